@@ -1,0 +1,46 @@
+# A room is a folder under src/ and a target of its own. A room sees the headers of the rooms that
+# it names and of those below them, through a folder of links made per room: an include that points
+# at another room does not compile.
+#
+#   ondrel_room(NAME FOLDER [EXCEPT SUBFOLDER...] [USES ROOM...] [LINKS LIBRARY...])
+#
+# FOLDER is the path below src/, which is also how its headers are included: "data/apartment.h".
+function(ondrel_room NAME FOLDER)
+  cmake_parse_arguments(ROOM "" "" "EXCEPT;USES;LINKS" ${ARGN})
+  set(HERE ${PROJECT_SOURCE_DIR}/src/${FOLDER})
+  file(GLOB_RECURSE SOURCES CONFIGURE_DEPENDS ${HERE}/*.cpp)
+  foreach(SUBFOLDER ${ROOM_EXCEPT})
+    list(FILTER SOURCES EXCLUDE REGEX "^${HERE}/${SUBFOLDER}/")
+  endforeach()
+
+  set(LINKS ${PROJECT_BINARY_DIR}/rooms/${NAME})
+  get_filename_component(PARENT ${LINKS}/${FOLDER} DIRECTORY)
+  if(ROOM_EXCEPT)
+    file(GLOB ENTRIES CONFIGURE_DEPENDS RELATIVE ${HERE} ${HERE}/*)
+    file(MAKE_DIRECTORY ${LINKS}/${FOLDER})
+    foreach(ENTRY ${ENTRIES})
+      if(NOT ENTRY IN_LIST ROOM_EXCEPT)
+        file(CREATE_LINK ${HERE}/${ENTRY} ${LINKS}/${FOLDER}/${ENTRY} SYMBOLIC)
+      endif()
+    endforeach()
+  else()
+    file(MAKE_DIRECTORY ${PARENT})
+    file(CREATE_LINK ${HERE} ${LINKS}/${FOLDER} SYMBOLIC)
+  endif()
+
+  if(SOURCES)
+    add_library(ondrel_${NAME} STATIC ${SOURCES})
+    target_include_directories(ondrel_${NAME} PUBLIC ${LINKS})
+    target_link_libraries(ondrel_${NAME} PUBLIC ${ROOM_LINKS})
+    foreach(USED ${ROOM_USES})
+      target_link_libraries(ondrel_${NAME} PUBLIC ondrel_${USED})
+    endforeach()
+  else()
+    add_library(ondrel_${NAME} INTERFACE)
+    target_include_directories(ondrel_${NAME} INTERFACE ${LINKS})
+    target_link_libraries(ondrel_${NAME} INTERFACE ${ROOM_LINKS})
+    foreach(USED ${ROOM_USES})
+      target_link_libraries(ondrel_${NAME} INTERFACE ondrel_${USED})
+    endforeach()
+  endif()
+endfunction()

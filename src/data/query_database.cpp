@@ -1,0 +1,90 @@
+#include "data/query_database.h"
+
+#include "base/text.h"
+
+namespace ondrel {
+namespace {
+
+constexpr int kReadTimeoutSeconds = 240;
+
+std::shared_ptr<Connection> newConnection(Apartment& apartment) {
+  if (!apartment.connect)
+    throw Error(ErrorNumber::ProviderFailure, "QueryDatabase", "No database driver is available to this program");
+  return apartment.connect({apartment.DBConnectionString, "", "", apartment.clock});
+}
+
+// One-shot reads use the transaction's slot on purpose: a transaction open in it is replaced, and so lost.
+// When the read fails, the slot keeps the connection that failed.
+RecordsetRef readOnce(Apartment& apartment, std::string_view sql, bool withTimeout) {
+  apartment.sharedConnection = newConnection(apartment);
+  Connection& connection = *apartment.sharedConnection;
+  if (withTimeout) connection.setCommandTimeout(kReadTimeoutSeconds);
+  connection.open();
+  apartment.trace.add(sql);
+  RecordsetRef table = connection.query(sql);
+  connection.close();
+  apartment.sharedConnection = nullptr;
+  return table;
+}
+
+}  // namespace
+
+RecordsetRef queryDatabase(Apartment& apartment, std::string_view sql) {
+  return readOnce(apartment, sql, true);
+}
+
+RecordsetRef queryDatabaseBatch(Apartment& apartment, std::string_view sql) {
+  return readOnce(apartment, sql, false);
+}
+
+void openTransaction(Apartment& apartment) {
+  apartment.sharedConnection = newConnection(apartment);
+  apartment.sharedConnection->open();
+  apartment.trace.add("<begin>");
+  apartment.sharedConnection->begin();
+}
+
+void executeInTransaction(Apartment& apartment, std::string_view sql) {
+  const bool ownsTransaction = !apartment.sharedConnection;
+  if (ownsTransaction) openTransaction(apartment);
+  apartment.sharedCommand = sql;
+  apartment.trace.add(sql);
+  apartment.sharedConnection->execute(sql);
+  if (ownsTransaction) commitTransaction(apartment);
+}
+
+RecordsetRef queryInTransaction(Apartment& apartment, std::string_view sql) {
+  if (!apartment.sharedConnection)
+    throw Error(ErrorNumber::ObjectClosed, "QueryDatabase", "Operation is not allowed when no transaction is open");
+  apartment.trace.add(sql);
+  return apartment.sharedConnection->query(sql);
+}
+
+void commitTransaction(Apartment& apartment) {
+  if (!apartment.sharedConnection) return;
+  apartment.trace.add("<commit>");
+  apartment.sharedConnection->commit();
+  closeTransaction(apartment);
+}
+
+void closeTransaction(Apartment& apartment) {
+  apartment.sharedCommand.clear();
+  if (!apartment.sharedConnection) return;
+  apartment.trace.add("<close>");
+  apartment.sharedConnection->close();
+  apartment.sharedConnection = nullptr;
+}
+
+std::string escapeSql(const Variant& value) {
+  return replaceAll(value.toText(), "'", "''");
+}
+
+std::string escapeSqlValue(const Variant& value) {
+  return escapeSql(value);
+}
+
+const Variant& plainValue(const Variant& value) {
+  return value;
+}
+
+}  // namespace ondrel

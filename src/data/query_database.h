@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "data/apartment.h"
+#include "data/recordset/recordset.h"
+
+namespace ondrel {
+
+// The one door through which all SQL leaves the library. Statements are finished texts; reads come back
+// as tables that no longer need the server. Errors of the store pass to the caller.
+//
+// | operation            | with no transaction open          | with one open                             |
+// |----------------------|-----------------------------------|-------------------------------------------|
+// | queryDatabase        | opens, reads, closes              | the same; the open transaction is dropped |
+// | executeInTransaction | a transaction of its own          | joins it                                  |
+// | queryInTransaction   | an error                          | reads its uncommitted rows                |
+// | commitTransaction    | nothing                           | commits and closes                        |
+// | closeTransaction     | nothing                           | closes, which discards it                 |
+
+// Reads with a time limit of 240 seconds. While a transaction is open this takes its place: the
+// transaction is lost, and the commit that follows does nothing.
+RecordsetRef queryDatabase(Apartment& apartment, std::string_view sql);
+// As queryDatabase with the connection's own time limit, for a table that the caller will change.
+RecordsetRef queryDatabaseBatch(Apartment& apartment, std::string_view sql);
+
+void openTransaction(Apartment& apartment);
+// Sends a statement that returns no rows. After an error the transaction stays open as it was.
+void executeInTransaction(Apartment& apartment, std::string_view sql);
+RecordsetRef queryInTransaction(Apartment& apartment, std::string_view sql);
+void commitTransaction(Apartment& apartment);
+void closeTransaction(Apartment& apartment);
+
+// Doubles each single quote. One behaviour under two names; the second is in general use.
+std::string escapeSql(const Variant& value);
+std::string escapeSqlValue(const Variant& value);
+// The argument unchanged: what stands for the escape where a value goes in bare.
+const Variant& plainValue(const Variant& value);
+
+}  // namespace ondrel
