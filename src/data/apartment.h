@@ -5,6 +5,7 @@
 
 #include "data/connection.h"
 #include "data/statement_trace.h"
+#include "data/store_tables.h"
 #include "platform/clock.h"
 
 namespace ondrel {
@@ -19,6 +20,9 @@ struct Apartment {
   std::shared_ptr<Connection> sharedConnection;
   // Text of the latest statement sent through executeInTransaction; empty when there is none.
   std::string sharedCommand;
+
+  // The store that the apartment's objects work for.
+  StoreTables store;
 
   std::shared_ptr<Clock> clock = std::make_shared<SystemClock>();
   // Makes the connections; the host sets it, since the drivers stand above this room.

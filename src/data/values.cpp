@@ -1,0 +1,143 @@
+#include "data/values.h"
+
+#include <array>
+#include <cmath>
+
+#include "base/text.h"
+#include "data/query_database.h"
+
+namespace ondrel {
+namespace {
+
+constexpr int kLargestPower = 50;
+
+constexpr double kCent = 0.01;
+constexpr double kHalfCent = 0.005;
+
+// Each power comes from its neighbour by one multiplication or division, so that it carries the very
+// error that amounts in the store were rounded with.
+const std::array<double, 2 * kLargestPower + 1>& powersOfTen() {
+  static const auto table = [] {
+    std::array<double, 2 * kLargestPower + 1> powers{};
+    powers[kLargestPower] = 1.0;
+    for (size_t k = 1; k <= kLargestPower; ++k) {
+      powers[kLargestPower + k] = powers[kLargestPower + k - 1] * 10.0;
+      powers[kLargestPower - k] = powers[kLargestPower - k + 1] / 10.0;
+    }
+    return powers;
+  }();
+  return table;
+}
+
+double powerOfTen(int exponent) {
+  if (exponent < -kLargestPower || exponent > kLargestPower)
+    throw Error(ErrorNumber::SubscriptOutOfRange, "values", "Subscript out of range");
+  return powersOfTen()[static_cast<size_t>(exponent + kLargestPower)];
+}
+
+std::string quoted(std::string_view text) {
+  return "'" + replaceAll(text, "'", "''") + "'";
+}
+
+std::string_view entityOf(int code) {
+  switch (code) {
+    case '"': return "&quot;";
+    case '&': return "&amp;";
+    case '<': return "&lt;";
+    case '>': return "&gt;";
+    default: return {};
+  }
+}
+
+}  // namespace
+
+Variant jsonEscape(const Variant& value) {
+  if (value.isNull()) return value;
+  std::string result;
+  for (const char c : value.toText()) {
+    switch (c) {
+      case '\\': result += "\\\\"; break;
+      case '"': result += "\\\""; break;
+      case '\r': result += "\\r"; break;
+      case '\n': result += "\\n"; break;
+      default: result += c;
+    }
+  }
+  return result;
+}
+
+std::string jsEscapeSimple(const Variant& value) {
+  return replaceAll(replaceAll(value.joined(), "\\", "\\\\"), "\"", "\\");
+}
+
+std::string htmlEncode(const Variant& value) {
+  const std::string text = value.joined();
+  std::string result;
+  result.reserve(text.size());
+  for (size_t position = 0; position < text.size();) {
+    const int code = ansiCode(nextCharacter(text, position));
+    if (const std::string_view entity = entityOf(code); !entity.empty())
+      result += entity;
+    else if (code < 32 || code >= 128)
+      result += "&#" + std::to_string(code) + ";";
+    else
+      result += static_cast<char>(code);
+  }
+  return result;
+}
+
+std::string sqlQuotedOrNull(const Variant& value) {
+  if (value.isNull() || value.isObject()) return "null";
+  return quoted(value.toText());
+}
+
+std::string sqlString(const Variant& value) {
+  const std::string text = value.joined();
+  return text.empty() ? "NULL" : quoted(text);
+}
+
+std::string sqlNumber(const Variant& value) {
+  return value.isNull() ? "NULL" : value.toText();
+}
+
+double wholeAmount(double value) {
+  return std::floor(value / 1) * 1;
+}
+
+double roundMoney(std::string_view, double amount) {
+  return std::floor((amount + kHalfCent) / kCent) * kCent;
+}
+
+double roundingDP(double value, int digits) {
+  const double power = powerOfTen(digits), inverse = powerOfTen(-digits);
+  if (value < 0) return -std::floor(-value * power + 0.5) * inverse;
+  return std::floor(value * power + 0.5) * inverse;
+}
+
+Variant roundTo(const Variant& value, Variant& step) {
+  if (!value.isNumeric()) return value;
+  if (step.toDouble() <= 0) step = kCent;
+  return roundTo(value.toDouble(), step.toDouble());
+}
+
+double roundTo(double value, double step) {
+  if (step <= 0) step = kCent;
+  return std::floor((value + step / 2) / step) * step;
+}
+
+Variant round2(Variant& value, int digits) {
+  if (!value.isNumeric()) return value;
+  value = *parseNumber(numberText(value.toDouble()));
+  return roundingDP(value.toDouble(), digits);
+}
+
+double round2(double value, int digits) {
+  return roundingDP(*parseNumber(numberText(value)), digits);
+}
+
+Variant roundDB(const Variant& value, int digits) {
+  if (!value.isNumeric()) return value;
+  return fixedText(value.toDouble(), digits);
+}
+
+}  // namespace ondrel

@@ -1,0 +1,287 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/dictionary.h"
+#include "base/variant.h"
+#include "data/apartment.h"
+#include "data/recordset/recordset.h"
+#include "invoice/line_columns.h"
+
+namespace ondrel {
+
+// A ticket being written or edited: one table of lines and the operations of the counter on it.
+//
+// Working rule of the lines: an operation sets the filter that it needs, works and clears it; one that
+// must call others while it walks lines walks a clone. Where an operation leaves a filter set, it says so.
+class Invoice : public Object {
+ public:
+  Invoice();
+  std::string_view className() const override { return "invoice"; }
+
+  // ---------------------------------------------------------------- properties
+  RecordsetRef lineItems;       // see line_columns.h
+  RecordsetRef ticketLogItems;  // see line_columns.h
+  std::int32_t currentLineNumber = 1;  // the next free line number
+  std::string starchPref, finishPref;
+  std::int32_t custSeqNumber = 0;
+  std::int32_t priceListId = 0;
+  Date InvDueDate;
+  bool vipQualified = false;
+  Date vipExpiryDate;
+  double vipQualAmount = 0;
+  bool referralQualified = false;
+  std::int32_t ticketNo = 0;
+  std::string invoiceNo;
+  std::int32_t storeNumber = 0;
+  std::string multiPickUpCustName, multiPickUpLoc;
+  RecordsetRef taxCodes;        // the store's taxes as the last finishing had them
+  RecordsetRef invoiceDeptIds;  // departments in ticket order
+  bool isEdittable = false, isAdd = false;
+  double amountPaid = 0, invoiceTotal = 0, netTotal = 0, transactionchangeDue = 0;
+  DictionaryRef invoicesDictionary;  // child invoices after a split; nothing before
+  bool splitTheInvoice = false;
+  std::int32_t custVisitCount = 0;
+  std::int32_t routeNumber = 0;
+  bool tagsSameAsInvNos = false;
+  DictionaryRef ticketTags;
+  bool counterSaleOnly = false;  // no cleaning: no due date is computed
+  std::string invoiceType;       // D for a normal drop-off, Q for a quick one
+  std::int32_t signatureid = 0;
+  Date lastModifiedDate, createdDate;
+  std::int32_t createdByEmployeeId = 0, terminalID = 0;
+  std::string ticketReadyTime;
+  bool hasCleared = false;
+  std::string addOrEdit;  // page mode: "add" or "edit"
+  bool excludeTaxes = false, excludeSurcharges = false, invoiceOnDelivery = false;
+  DictionaryRef preferences;
+  bool groupSimilarItems = false;  // the store's setting to merge like lines
+  std::int32_t selectedLineNumber = 0;
+  bool garmentSearch = false;
+
+  const std::string& DBConnectionString() const { return apartment_->DBConnectionString; }
+  void setDBConnectionString(const std::string& value) { apartment_->DBConnectionString = value; }
+
+  // ---------------------------------------------------------------- the object (invoice.cpp)
+  // Resets for a new ticket. After clearInvoice the log, createdDate, invoiceType, the remembered days and
+  // the exclusions stay.
+  void initInvoice();
+  // Reads how the store sorts its items. Set storeNumber first.
+  void LoadDefaults();
+  // Logs every line visible under the filter as it stands as deleted, then empties the invoice.
+  void clearInvoice();
+  // Department of the first garment, department or charge line; 0 when there is none.
+  Variant getFirstDeptId();
+  // Joins the pieces that came from one line again. The sort stays set.
+  void collectLineItems();
+  // Whether this is a quick drop-off.
+  bool isQuickInvoice() const;
+
+  // ---------------------------------------------------------------- garments (lines/items*.cpp)
+  // Puts pieces of a price-list item on the invoice. Returns the line that took them, 0 for an unknown item.
+  // `groupSimilarItems`: -1 or True makes a line a piece, any other true value merges into a line of the
+  // same item and price, false makes one line. The unit price is the item's times `multiplier`, to a multiple
+  // of `roundOff`. A quantity that is no number counts as 1 (error 13 where a line a piece is made).
+  Variant addItem(const Variant& priceListItemId, const Variant& groupSimilarItems, const Variant& quantity,
+                  const Variant& multiplier, const Variant& roundOff);
+  // addItem by the groupSimilarItems property at list price.
+  Variant addItem2(const Variant& itemId, const Variant& quantity);
+  // As addItem2 at price 0, the line marked as a re-clean.
+  Variant addRedoItem(const Variant& itemId, const Variant& quantity);
+  // An item button: `id` is a two-letter kind and a number. Returns the line number for an item, otherwise `id`.
+  Variant addPriceListItem(const Variant& id, const Variant& name, const Variant& quantity,
+                           const Variant& parentLineNumber, const Variant& redo);
+  // The reverse of addPriceListItem, by `id` or by the line itself when `id` is 0. Returns 0 when a garment
+  // or charge was deleted, otherwise `lineNumber`.
+  Variant removePriceListItem(const Variant& lineNumber, const Variant& id);
+  // Adds the garment that a heat seal is known for. Returns its line, -1 for an unknown seal.
+  Variant addItemByHeatSeal(const Variant& hsnumber);
+
+  // ---------------------------------------------------------------- upcharges and descriptors (lines/)
+  // `upchargeId`, `colorId` and `patternId` are names. A child always hangs on the garment itself, whichever
+  // of its lines is named; on a re-clean it is free. A negative upcharge quantity means: once only.
+  void addUpcharge(const Variant& parentLineNumber, const Variant& upchargeId, const Variant& quantity,
+                   const Variant& groupSimilarItems, const Variant& multiplier, const Variant& roundOff);
+  // As addUpcharge, merged, with `quantity` for each piece of the line.
+  void addUpcharge2(const Variant& parentLineNumber, const Variant& upchargeId, const Variant& quantity);
+  // The same for every garment of a department; an empty quantity counts as 1.
+  void addUpchargeToAllItems(const Variant& deptID, const Variant& upchargeId, const Variant& quantity,
+                             const Variant& groupSimilarItems);
+  void addColor(const Variant& parentLineNumber, const Variant& colorId, const Variant& quantity,
+                const Variant& groupSimilarItems, const Variant& multiplier, const Variant& roundOff);
+  void addPattern(const Variant& parentLineNumber, const Variant& patternId, const Variant& quantity,
+                  const Variant& groupSimilarItems, const Variant& multiplier, const Variant& roundOff);
+  // A descriptor of any group on the line as named. An upcharge through here takes the line's quantity twice.
+  // Leaves the filter on the parent line.
+  void addDescriptor(const Variant& parentLineNumber, const Variant& name, const Variant& group,
+                     const Variant& quantity);
+  // Removes all children of the name and group; the parent's upchargeTotal gives up the first one's amount.
+  void removeDescriptor(const Variant& parentLineNumber, const Variant& name, const Variant& group);
+
+  // ---------------------------------------------------------------- line edits (lines/edits*.cpp)
+  void deleteItem(const Variant& lineNo);
+  void changeQuantity(const Variant& newQuantity, const Variant& lineNo);
+  // A price that is no number changes nothing. Leaves the filter set for an unknown line or kind.
+  void overRidePrice(const Variant& newPrice, const Variant& lineNo);
+  // Makes a garment and its children a free re-clean.
+  void setLineToRedo(const Variant& lineNo);
+  void renameLineItem(const Variant& lineNo, const Variant& name);
+  void attachNotes(const Variant& lineNo, const Variant& notes);
+  void attachPromptReponse(const Variant& lineNo, const Variant& promptResponse);
+  // The counter notes of a line, "" when it has none.
+  Variant getItemNotes(const Variant& lineNo);
+  // Pieces of a line, 0 for an unknown one. Leaves the table's own filter alone.
+  Variant getLineQuantity(const Variant& lineNumber);
+
+  // ---------------------------------------------------------------- charges (lines/charges.cpp)
+  // Free-text charges; an Amount that is no number adds nothing. `chargeDeptId` -1 is the first department.
+  void addChargeLine(const Variant& taxCode, const Variant& Amount, const Variant& chargeDesc,
+                     const Variant& countAs, const Variant& chargeDeptId);
+  Variant addChargeLineNew(const Variant& storeid, const Variant& custPriceList, const Variant& Amount,
+                           const Variant& chargeDesc, const Variant& countAs, const Variant& chargeDeptId,
+                           const Variant& unitQuantity);
+
+  // ---------------------------------------------------------------- due dates (lifecycle/due_dates.cpp)
+  // Loads the store's calendar and departments; a new ticket gets a first promise.
+  void setStoreDays(const Variant& storeid);
+  // Sets InvDueDate by hand; another day than before keeps it from being recomputed.
+  void setInvoiceDueDate(const Variant& NewValue);
+  // InvDueDate becomes the latest date of the lines, createdDate at least. Leaves the lines unfiltered, at the end.
+  void calculateInvDueDate();
+  // Largest daysToProcess of the department's garments, of all with an empty name; without any, the days that
+  // InvDueDate stands for.
+  Variant getDeptDaysToProcess(const Variant& deptName);
+  // Days that the department's dates stand for; without garments its remembered days, then its own. The last
+  // leaves the shared department table filtered.
+  Variant getDeptIDDaysToProcess(const Variant& deptID);
+  // Latest date of the department as month/day/year text.
+  Variant getDeptDueDate(const Variant& deptName);
+  void setAllDepartmentDueDates(const Variant& datedue);
+  // Moves the whole department of a garment or charge. Error 3021 for an unknown line.
+  void setLineDueDate(const Variant& lineNumber, const Variant& datedue);
+  // A department without lines remembers the date's days for its first garment.
+  void setDeptIdDueDate(const Variant& deptID, const Variant& datedue);
+  void setDeptDueDate(const Variant& dept, const Variant& datedue);
+  // Extra days of a late drop-off by the hour of createdDate; 0 when they cannot be read.
+  Variant getAdditionalDeptDays(Variant& departmentID);
+  // Whether the loaded ticket had the department.
+  Variant isDepartmentExisting(Variant& deptID);
+  // Whether some line belongs to the department.
+  Variant isDepartmentPresent(Variant& deptID);
+
+  // ---------------------------------------------------------------- route, workload, rush (lifecycle/)
+  // Moves lines of less than 5 days to the next day on which the customer's route delivers.
+  void adjustDueDatesForRoute(Variant& CustomerSeq);
+  // Moves departments that are booked full on their date to the next day with room.
+  void adjustDueDatesForWorkload();
+  Variant isRush();
+  Variant applyRushUpcharge(Variant& groupSimiliarItems);
+
+  // ---------------------------------------------------------------- coupons, loyalty, promotions (pricing/)
+  void getQualifyingCoupons();
+  RecordsetRef getDisplayCouponRst();
+  Variant addCoupon(const Variant& couponID);
+  Variant removeCoupon(const Variant& lineNumber);
+  void adjustCoupon();
+  Variant isFirstCoupon();
+  bool validateCouponAdd();
+  Variant allowFurtherDiscounts();
+  Variant getLineItemTotalDiscountable(const RecordsetRef& rs, const Variant& discountFilter);
+  void getQualifyingLoyalty();
+  void addLoyalty(const Variant& couponID);
+
+  // ---------------------------------------------------------------- VIP, prepay (pricing/)
+  Variant isVIPQualified();
+  Variant isVipValidWithOtherOffer();
+  Variant getMinimumPrepay();
+  Variant getPrepayDiscount();
+  Variant getDepartmentPrepayDiscount(Variant& departmentID);
+  void recalculatePrepay();
+  void applyPrepay(Variant& val);
+  Variant isPrepayEnabled();
+
+  // ---------------------------------------------------------------- surcharges and finishing (pricing/)
+  void calculateSurcharges();
+  void invoiceDone2();
+  void invoiceDoneAgain();
+  void invoiceDone(const Variant& oneDiscount, Variant& taxesRst);
+  Variant resetLineTaxableAmounts();
+  double getInvoiceAmountToPay();
+  double getInvoiceAmountToPayBeforeTaxSurcharge();
+
+  // ---------------------------------------------------------------- sums and groups (lifecycle/)
+  Variant getTotalPriceForDisplay();
+  // Sum of a column over the lines that pass a filter, Nulls left out.
+  Variant liColTotal(const Variant& col, const Variant& filter);
+
+  // ---------------------------------------------------------------- heat seals (lifecycle/heat_seals.cpp)
+  void pushNewHeatSeal(const Variant& heatSeal);
+  void removeNewHeatSeal(const Variant& heatSeal);
+  Variant getNewHeatSealCount();
+  // The first seal that is still waiting for a garment, Empty when none is.
+  Variant getSelectedHeatSeal();
+  void addHeatSeal(const Variant& lineNumber, Variant& heatSeal);
+
+  // ---------------------------------------------------------------- rounding
+  Variant RoundingDP(const Variant& dblNumber, const Variant& numDP);
+  Variant roundTo(const Variant& x, Variant& d);
+  Variant round2(Variant& x, const Variant& digits);
+  Variant roundDB(const Variant& x, const Variant& digits);
+
+ private:
+  // ---------------------------------------------------------------- the object
+  RecordsetRef createLineItemsTable() const;
+  bool mergeFlattenedLine();
+  void moveChildLines(std::int32_t oldParent, std::int32_t newParent);
+  Variant getMiscSetupValue(std::string_view column);
+  void logLine(std::string_view logType, const Variant& quantity, const Variant& deptName,
+               const Variant& itemName, const Variant& amount);
+  // Deletes every line that passes the filter, then clears it.
+  void deleteFilteredLines(std::string_view filter);
+  // Adds up `amountOf(lines)` over the lines that pass the filter, then clears it.
+  template <class Amount>
+  double sumLines(std::string_view filter, Amount amountOf) {
+    double sum = 0;
+    lineItems->setFilter(filter);
+    for (; !lineItems->eof(); lineItems->moveNext()) sum += amountOf(*lineItems);
+    lineItems->clearFilter();
+    return sum;
+  }
+  // The lines that the number names pass the filter afterwards; whether there is one.
+  bool findLine(const Variant& lineNumber);
+
+  // ---------------------------------------------------------------- garments
+  RecordsetRef readPriceListItem(std::int32_t id, std::string_view daysColumn);
+  bool countsUse() const;  // whether the store sorts items by use
+  bool findSimilarLine(Recordset& row, const Variant& multiplier, const Variant& roundOff);
+  void mergeIntoLine(Recordset& row, const Variant& quantity, double unitPrice, std::int32_t& lineNumber);
+  void addPriceRowLine(Recordset& row, const Variant& quantityText, const Variant& multiplier,
+                       const Variant& roundOff);
+  bool deptLineExists(const Variant& deptId);
+  Variant getDeptLineNotes(const Variant& deptId);
+  void subtractFromDeptLine(const Variant& deptId, const Variant& quantityText, const Variant& pkgQuantityText);
+  void addToDeptLine(const Variant& deptId, const Variant& quantity, const Variant& pkgQuantity);
+  void adjustDeptLine(const Variant& deptId, const Variant& oldQuantity, const Variant& newQuantity,
+                      const Variant& pkgQuantity);
+  void changeDeptLine(const Variant& deptId, const Variant& change);
+  Variant getUpchargeNameById(const Variant& id);
+  Variant getDescriptorNameById(const Variant& id);
+
+  // ---------------------------------------------------------------- members told by role
+  ApartmentRef apartment_;
+  RecordsetRef offers_;             // candidate discounts, one row a discount and department
+  RecordsetRef priceListSettings_;  // VIP and referral rules of the price list
+  Variant itemSortMethod_;          // 1: by use
+  DictionaryRef pendingDeptDays_;   // department id -> days, chosen before its first line
+  DictionaryRef newHeatSeals_;      // scanned and not on a garment yet
+  std::vector<std::int32_t> invoiceDepartments_;     // of the loaded ticket; the last slot is empty
+  std::vector<std::int32_t> invoiceDepartmentDays_;  // parallel
+  bool prepayEnabled_ = false;
+  bool dueDateOverridden_ = false;
+  Variant oneDiscount_;  // of the last invoiceDone
+};
+
+}  // namespace ondrel
