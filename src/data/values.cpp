@@ -41,11 +41,16 @@ std::string quoted(std::string_view text) {
 
 std::string_view entityOf(int code) {
   switch (code) {
-    case '"': return "&quot;";
-    case '&': return "&amp;";
-    case '<': return "&lt;";
-    case '>': return "&gt;";
-    default: return {};
+    case '"':
+      return "&quot;";
+    case '&':
+      return "&amp;";
+    case '<':
+      return "&lt;";
+    case '>':
+      return "&gt;";
+    default:
+      return {};
   }
 }
 
@@ -56,11 +61,20 @@ Variant jsonEscape(const Variant& value) {
   std::string result;
   for (const char c : value.toText()) {
     switch (c) {
-      case '\\': result += "\\\\"; break;
-      case '"': result += "\\\""; break;
-      case '\r': result += "\\r"; break;
-      case '\n': result += "\\n"; break;
-      default: result += c;
+      case '\\':
+        result += "\\\\";
+        break;
+      case '"':
+        result += "\\\"";
+        break;
+      case '\r':
+        result += "\\r";
+        break;
+      case '\n':
+        result += "\\n";
+        break;
+      default:
+        result += c;
     }
   }
   return result;
@@ -98,6 +112,10 @@ std::string sqlString(const Variant& value) {
 
 std::string sqlNumber(const Variant& value) {
   return value.isNull() ? "NULL" : value.toText();
+}
+
+std::int32_t integerOrOne(const Variant& quantity) {
+  return quantity.isNumeric() ? quantity.toLong() : 1;
 }
 
 double wholeAmount(double value) {

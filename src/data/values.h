@@ -24,6 +24,9 @@ std::string sqlString(const Variant& value);
 // The value's bare text; NULL for Null.
 std::string sqlNumber(const Variant& value);
 
+// The whole number of a quantity as a page sends it, 1 when it is no number.
+std::int32_t integerOrOne(const Variant& quantity);
+
 // ---- rounding
 //
 // | function   | to                     | half                          |

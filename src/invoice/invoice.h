@@ -23,8 +23,8 @@ class Invoice : public Object {
   std::string_view className() const override { return "invoice"; }
 
   // ---------------------------------------------------------------- properties
-  RecordsetRef lineItems;       // see line_columns.h
-  RecordsetRef ticketLogItems;  // see line_columns.h
+  RecordsetRef lineItems;              // see line_columns.h
+  RecordsetRef ticketLogItems;         // see line_columns.h
   std::int32_t currentLineNumber = 1;  // the next free line number
   std::string starchPref, finishPref;
   std::int32_t custSeqNumber = 0;
@@ -91,7 +91,8 @@ class Invoice : public Object {
   Variant addItem2(const Variant& itemId, const Variant& quantity);
   // As addItem2 at price 0, the line marked as a re-clean.
   Variant addRedoItem(const Variant& itemId, const Variant& quantity);
-  // An item button: `id` is a two-letter kind and a number. Returns the line number for an item, otherwise `id`.
+  // An item button: `id` is a two-letter kind and a number. Returns the line number for an item, otherwise
+  // `id`.
   Variant addPriceListItem(const Variant& id, const Variant& name, const Variant& quantity,
                            const Variant& parentLineNumber, const Variant& redo);
   // The reverse of addPriceListItem, by `id` or by the line itself when `id` is 0. Returns 0 when a garment
@@ -149,7 +150,8 @@ class Invoice : public Object {
   void setStoreDays(const Variant& storeid);
   // Sets InvDueDate by hand; another day than before keeps it from being recomputed.
   void setInvoiceDueDate(const Variant& NewValue);
-  // InvDueDate becomes the latest date of the lines, createdDate at least. Leaves the lines unfiltered, at the end.
+  // InvDueDate becomes the latest date of the lines, createdDate at least. Leaves the lines unfiltered, at
+  // the end.
   void calculateInvDueDate();
   // Largest daysToProcess of the department's garments, of all with an empty name; without any, the days that
   // InvDueDate stands for.
@@ -256,13 +258,22 @@ class Invoice : public Object {
   // ---------------------------------------------------------------- garments
   RecordsetRef readPriceListItem(std::int32_t id, std::string_view daysColumn);
   bool countsUse() const;  // whether the store sorts items by use
-  bool findSimilarLine(Recordset& row, const Variant& multiplier, const Variant& roundOff);
-  void mergeIntoLine(Recordset& row, const Variant& quantity, double unitPrice, std::int32_t& lineNumber);
+  bool findSimilarLine(Recordset& row, double unitPrice);
+  std::int32_t addLinePerPiece(Recordset& row, const Variant& quantity, const Variant& multiplier,
+                               const Variant& roundOff);
+  std::int32_t addToLines(Recordset& row, const Variant& groupSimilarItems, const Variant& quantity,
+                          const Variant& multiplier, const Variant& roundOff);
+  std::int32_t mergeIntoLine(Recordset& row, const Variant& quantity, double unitPrice);
+  // The one place where a garment's line is born.
   void addPriceRowLine(Recordset& row, const Variant& quantityText, const Variant& multiplier,
                        const Variant& roundOff);
+  // What a garment that joins the department promises.
+  void promiseFor(const Variant& deptId, const Variant& deptName, const Variant& itemDays, Variant& days,
+                  Variant& due);
   bool deptLineExists(const Variant& deptId);
   Variant getDeptLineNotes(const Variant& deptId);
-  void subtractFromDeptLine(const Variant& deptId, const Variant& quantityText, const Variant& pkgQuantityText);
+  void subtractFromDeptLine(const Variant& deptId, const Variant& quantityText,
+                            const Variant& pkgQuantityText);
   void addToDeptLine(const Variant& deptId, const Variant& quantity, const Variant& pkgQuantity);
   void adjustDeptLine(const Variant& deptId, const Variant& oldQuantity, const Variant& newQuantity,
                       const Variant& pkgQuantity);
@@ -270,13 +281,125 @@ class Invoice : public Object {
   Variant getUpchargeNameById(const Variant& id);
   Variant getDescriptorNameById(const Variant& id);
 
+  // ---------------------------------------------------------------- due dates
+  Date dueDateForDays(const Variant& days);
+  std::int32_t daysUntilDate(Date target);
+  void rememberDeptDays(const Variant& deptId, std::int32_t days);
+  void forgetDeptDays(const Variant& deptId);
+  bool hasRememberedDeptDays(const Variant& deptId) const;
+  Variant rememberedDeptDays(const Variant& deptId) const;
+  // One date on every line that passes the filter ("" for all); whether there was one.
+  bool setDates(std::string_view filter, Date due, std::int32_t days);
+  // The shared department table; error 91 before setStoreDays.
+  Recordset& storeDepartments() const;
+
+  // ---------------------------------------------------------------- upcharges and descriptors
+  // The garment that a line hangs on, at whatever depth.
+  struct RootLine {
+    std::int32_t itemId = -1, deptId = -1, lineNumber = 0;
+    bool redo = false;
+  };
+  RootLine getRootLineInfo(std::int32_t lineNumber);
+  // Leaves the filter on the child found.
+  bool findChildLine(std::int32_t parentLineNumber, std::string_view itemName, std::string_view itemType);
+  struct PricedDescriptor;  // what differs between upcharges, colours and patterns
+  void addPricedDescriptor(const PricedDescriptor& kind, const Variant& parentLineNumber, const Variant& name,
+                           const Variant& quantity, const Variant& groupSimilarItems,
+                           const Variant& multiplier, const Variant& roundOff);
+  struct DescriptorDisplay {
+    Variant color, icon, price;  // Empty for an unknown descriptor
+  };
+  DescriptorDisplay getDescriptorDisplay(std::string_view name, std::string_view group);
+
+  // ---------------------------------------------------------------- line edits
+  void changeChildQuantities(const Variant& newQuantity, const Variant& lineNo);
+
+  // ---------------------------------------------------------------- charges
+  struct ChargeForm;  // what differs between the three ways to add a charge
+  void addCharge(const ChargeForm& form, const Variant& storeid, const Variant& taxCode,
+                 const Variant& amount, const Variant& chargeDesc, const Variant& countAs,
+                 const Variant& chargeDeptId, const Variant& unitQuantity);
+  void addChargeRow(const Variant& storeid, const Variant& custPriceList, const Variant& amount,
+                    const Variant& chargeDesc, const Variant& countAs, const Variant& chargeDeptId,
+                    const Variant& unitQuantity);
+
+  // ---------------------------------------------------------------- coupons and other offers
+  struct Totals {  // pieces and money that a discount looks at
+    double count = 0;
+    double total = 0;
+  };
+  void initOfferTable();
+  void fillOfferTable(Recordset& rows, double total, double count);
+  void addOfferRow(Recordset& rows, double amount);
+  Totals getDiscountableTotals(bool coupon);
+  Totals getItemDiscountTotals(Recordset& rows, int kind);
+  Totals getDeptDiscountTotals(const Variant& deptId, bool coupon, const Variant& priceListItemId, int kind);
+  double getDiscountAmount(Recordset& rows, double base, double count);
+  bool deptHasItems(const Variant& deptId);
+  bool isDiscountRuleBlocked(const Variant& discountId);
+  bool isDiscountOnTicket(const Variant& discountId);
+  bool discountExists();
+  std::string getCouponQuery(double count, double total, const std::string& ids, const Variant& customer);
+  std::string getCouponPassQuery(double count, double total, const std::string& ids, const Variant& customer);
+  std::string getLoyaltyQuery(double count, double total, const std::string& ids);
+  bool applyCoupons(bool vipApplied);
+  bool applyLoyalty(bool vipApplied);
+  void applyPromotions(bool vipApplied, bool applied);
+  bool addPromotionLine(Recordset& rows, double amount);
+  RecordsetRef getDiscountLineTable(Recordset& rows, bool coupon);
+  void addCouponShare(std::int32_t lineNumber, const Variant& discountId, const Variant& discountName,
+                      double share);
+  void addLoyaltyShare(std::int32_t lineNumber, const Variant& discountId, const Variant& discountName,
+                       double share);
+  void reduceChildTaxable(std::int32_t lineNumber, double share, double linePrice, Recordset& lines);
+  void removeCouponLines();
+  // Price of a garment with its upcharges, colours and patterns.
+  static double linePriceOf(const Recordset& line);
+
+  // ---------------------------------------------------------------- VIP, referral, prepay
+  void loadPriceListSettings();
+  bool applyVipDiscount();
+  Totals getVipDiscountableTotals();
+  void addVipLine(Recordset& lines, const Variant& deptId, const Variant& deptName, double amount);
+  void applyReferralCredit();
+  void insertReferralCharge(const Variant& referredBy, double amount, const std::string& description,
+                            const Variant& terminal);
+  void removePrepayLines();
+  void addPrepayLine(double amount, const Variant& deptId);
+
+  // ---------------------------------------------------------------- surcharges and taxes
+  void calculateTaxes();
+  void removeTaxLines(Recordset& lines);
+  std::string getLineItemIdList();
+  // Leaves the filter on the descriptor lines unless there are none.
+  std::string getDescriptorKeyList();
+  void addTaxLine(const Variant& taxCode, double amount, const Variant& description, const Variant& deptId,
+                  const Variant& deptName, Recordset& lines);
+  double addDepartmentTaxes(Recordset& lines, const Variant& deptId, const Variant& deptName,
+                            double taxableAmount, const Variant& quantity);
+  void roundTaxLines();
+  void removeSurchargeLines(Recordset& lines);
+  void addSurchargeLine(const Variant& surchargeCode, double amount, const Variant& description,
+                        const Variant& deptId, double tax, const Variant& deptName, Recordset& lines,
+                        bool flat);
+  void addChargeSurcharges();
+  void roundSurchargeLines();
+
+  // ---------------------------------------------------------------- route, workload, rush
+  bool usesRouteVersion2();
+  bool isDeliveryDay(const Variant& customerSeq, int dayIndex, bool routeVersion2);
+  void setRouteDueDate(Date date);
+  double getWorkloadThreshold(const std::string& deptName);
+  double getPiecesDue(const std::string& deptName, Date date);
+  void removeRushUpcharges();
+
   // ---------------------------------------------------------------- members told by role
   ApartmentRef apartment_;
-  RecordsetRef offers_;             // candidate discounts, one row a discount and department
-  RecordsetRef priceListSettings_;  // VIP and referral rules of the price list
-  Variant itemSortMethod_;          // 1: by use
-  DictionaryRef pendingDeptDays_;   // department id -> days, chosen before its first line
-  DictionaryRef newHeatSeals_;      // scanned and not on a garment yet
+  RecordsetRef offers_;                              // candidate discounts, one row a discount and department
+  RecordsetRef priceListSettings_;                   // VIP and referral rules of the price list
+  Variant itemSortMethod_;                           // 1: by use
+  DictionaryRef pendingDeptDays_;                    // department id -> days, chosen before its first line
+  DictionaryRef newHeatSeals_;                       // scanned and not on a garment yet
   std::vector<std::int32_t> invoiceDepartments_;     // of the loaded ticket; the last slot is empty
   std::vector<std::int32_t> invoiceDepartmentDays_;  // parallel
   bool prepayEnabled_ = false;

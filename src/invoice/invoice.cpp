@@ -1,0 +1,167 @@
+#include "invoice/invoice.h"
+
+#include <fmt/format.h>
+
+#include "data/query_database.h"
+#include "data/values.h"
+
+namespace ondrel {
+namespace {
+
+using enum LineColumn;
+
+// What the pieces of one line add up to when they are joined again.
+constexpr std::array kMergedSums = {lineItemTotal, totalTax,   totalSurcharge, taxableAmt, balance,
+                                    upchargeTotal, colorTotal, patternTotal,   quantity};
+
+}  // namespace
+
+Invoice::Invoice() : apartment_(Apartment::current()) {
+  initInvoice();
+  invoiceDepartments_.assign(1, 0);
+  invoiceDepartmentDays_.assign(1, 0);
+}
+
+RecordsetRef Invoice::createLineItemsTable() const {
+  return Recordset::create(kLineLayout);
+}
+
+void Invoice::initInvoice() {
+  currentLineNumber = 1;
+  lineItems = createLineItemsTable();
+  if (!hasCleared) {
+    ticketLogItems = Recordset::create(kLogLayout);
+    excludeTaxes = excludeSurcharges = invoiceOnDelivery = prepayEnabled_ = false;
+    createdDate = apartment_->clock->now();
+    tagsSameAsInvNos = true;
+    counterSaleOnly = false;
+    invoiceType = "D";
+    pendingDeptDays_ = std::make_shared<Dictionary>();
+  }
+  newHeatSeals_ = std::make_shared<Dictionary>();
+  transactionchangeDue = 0;
+  splitTheInvoice = false;
+  dueDateOverridden_ = false;
+  recalculatePrepay();
+}
+
+void Invoice::LoadDefaults() {
+  itemSortMethod_ = getMiscSetupValue("ItemSortMethod");
+}
+
+void Invoice::clearInvoice() {
+  hasCleared = true;
+  if (lineItems->recordCount() > 0) lineItems->moveFirst();
+  for (; !lineItems->eof(); lineItems->moveNext())
+    logLine("D", lineItems->value(quantity), lineItems->value(deptName), lineItems->value(itemName),
+            -1 * lineItems->number(lineItemTotal));
+  lineItems = nullptr;
+  offers_ = nullptr;
+  initInvoice();
+}
+
+Variant Invoice::getFirstDeptId() {
+  lineItems->setFilter("itemType='IT' or itemType='DE' or itemType='AC'");
+  const bool found = !lineItems->eof() && !lineItems->isNull(deptId);
+  const std::int32_t first = found ? lineItems->integer(deptId) : 0;
+  lineItems->clearFilter();
+  return first;
+}
+
+bool Invoice::isQuickInvoice() const {
+  return invoiceType == "Q";
+}
+
+Variant Invoice::getMiscSetupValue(std::string_view column) {
+  const RecordsetRef rows = queryDatabase(
+      *apartment_, fmt::format("select {} from miscsetup where storeid = '{}'", column, storeNumber));
+  return rows->eof() ? Variant() : rows->value(column);
+}
+
+void Invoice::logLine(std::string_view logType, const Variant& pieces, const Variant& department,
+                      const Variant& name, const Variant& money) {
+  // The log takes no Null, and a click must not fail for the want of a department's name.
+  ticketLogItems->addNew({{LogColumn::itemLogType, logType},
+                          {LogColumn::quantity, pieces.isNull() ? Variant(0) : pieces},
+                          {LogColumn::deptName, department.joined()},
+                          {LogColumn::itemName, name.joined()},
+                          {LogColumn::amount, money}});
+}
+
+bool Invoice::findLine(const Variant& number) {
+  lineItems->setFilter("lineNumber=" + number.toText());
+  return !lineItems->eof();
+}
+
+void Invoice::deleteFilteredLines(std::string_view filter) {
+  lineItems->setFilter(filter);
+  for (; !lineItems->eof(); lineItems->moveNext()) lineItems->deleteRow();
+  lineItems->clearFilter();
+}
+
+// ---------------------------------------------------------------- joining flattened lines
+
+void Invoice::collectLineItems() {
+  lineItems->clearFilter();
+  if (lineItems->recordCount() == 0) return;
+  lineItems->setFilter("flattenedGroup > 0");
+  lineItems->setSort("flattenedGroup");
+  while (!lineItems->eof() && !lineItems->bof())
+    if (!mergeFlattenedLine()) lineItems->moveNext();
+  lineItems->clearFilter();
+}
+
+bool Invoice::mergeFlattenedLine() {
+  const Variant group = lineItems->value(flattenedGroup);
+  const std::int32_t oldParent = lineItems->integer(lineNumber);
+  std::array<Variant, kMergedSums.size()> sums;
+  for (size_t k = 0; k < sums.size(); ++k) sums[k] = lineItems->value(kMergedSums[k]);
+
+  lineItems->moveNext();
+  if (lineItems->eof()) {
+    lineItems->movePrevious();
+    return false;
+  }
+  const bool sameGroup = isEqual(lineItems->value(flattenedGroup), group);
+  lineItems->movePrevious();
+  if (!sameGroup) {
+    lineItems->setValue(flattenedGroup, 0);
+    return false;
+  }
+  lineItems->deleteRow();
+  lineItems->moveNext();
+  for (size_t k = 0; k < sums.size(); ++k)
+    lineItems->setValue(kMergedSums[k], lineItems->value(kMergedSums[k]) + sums[k]);
+  moveChildLines(oldParent, lineItems->integer(lineNumber));
+  return true;
+}
+
+void Invoice::moveChildLines(std::int32_t oldParent, std::int32_t newParent) {
+  const Variant filter = lineItems->filter();
+  const std::string sort = lineItems->sort();
+  lineItems->setFilter(fmt::format("parentLineNumber = {}", oldParent));
+  for (; !lineItems->eof(); lineItems->moveNext()) lineItems->setValue(parentLineNumber, newParent);
+  lineItems->setFilter(filter);
+  lineItems->setSort(sort);
+  lineItems->moveFirst();
+}
+
+// ---------------------------------------------------------------- rounding
+
+Variant Invoice::RoundingDP(const Variant& dblNumber, const Variant& numDP) {
+  return roundingDP(dblNumber.toDouble(), numDP.toLong());
+}
+
+Variant Invoice::roundTo(const Variant& x, Variant& d) {
+  return ondrel::roundTo(x, d);
+}
+
+Variant Invoice::round2(Variant& x, const Variant& digits) {
+  return ondrel::round2(x, digits.toLong());
+}
+
+Variant Invoice::roundDB(const Variant& x, const Variant& digits) {
+  return ondrel::roundDB(x, digits.toLong());
+}
+
+}  // namespace ondrel

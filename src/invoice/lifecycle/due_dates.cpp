@@ -1,0 +1,203 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "base/text.h"
+#include "data/query_database.h"
+#include "data/values.h"
+#include "invoice/invoice.h"
+
+namespace ondrel {
+namespace {
+
+using enum LineColumn;
+
+// Garments and department lines, of one department or of all.
+std::string garmentFilter(std::string_view column, const std::string& value) {
+  if (value.empty()) return "itemType = 'IT' or itemType = 'DE'";
+  return fmt::format("(itemType = 'IT' and {0}='{1}') or (itemType = 'DE' and {0}='{1}')", column, value);
+}
+
+std::string dayText(Date date) {
+  const DateParts parts = date.parts();
+  return fmt::format("{}/{}/{}", parts.month, parts.day, parts.year);
+}
+
+// The latest calendar day wins; a line without a date does not count.
+void takeLaterDate(const Recordset& line, Date& latest) {
+  if (!line.isNull(dueDate) && daysBetween(latest, line.date(dueDate)) > 0) latest = line.date(dueDate);
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------- counting days
+
+Date Invoice::dueDateForDays(const Variant& days) {
+  apartment_->store.dueDateBase = createdDate;
+  return addStoreDays(*apartment_, days.toLong());
+}
+
+std::int32_t Invoice::daysUntilDate(Date target) {
+  apartment_->store.dueDateBase = createdDate;
+  return ondrel::daysUntilDate(apartment_->store.calendar, createdDate, target);
+}
+
+Variant Invoice::getAdditionalDeptDays(Variant& departmentID) {
+  // Late drop-off days are a courtesy of the store's set-up: a failure to read them must not stop a garment.
+  try {
+    const RecordsetRef rows = queryDatabase(
+        *apartment_,
+        fmt::format(
+            " select isnull(sum(isnull(adddays, 0)), 0) as tmod from departmentdays where  departmentid "
+            "= '{}' and hour <= {}",
+            departmentID.joined(), createdDate.parts().hour));
+    return rows->eof() ? Variant(0) : rows->value("tmod");
+  } catch (const Error&) {
+    return 0;
+  }
+}
+
+// ---------------------------------------------------------------- the invoice's date
+
+void Invoice::setStoreDays(const Variant& storeid) {
+  storeNumber = storeid.toLong();
+  loadStoreDays(*apartment_, storeid, createdDate);
+  loadDepartments(*apartment_, storeNumber, priceListId);
+  loadPriceListSettings();
+  // A first promise only, counted from whatever date the last calculation left.
+  if (isAdd && !counterSaleOnly)
+    InvDueDate = addStoreDays(*apartment_, apartment_->store.defaultProcessingDays);
+}
+
+void Invoice::setInvoiceDueDate(const Variant& NewValue) {
+  const Date due = NewValue.toDate();
+  if (daysBetween(InvDueDate, due) == 0) return;
+  InvDueDate = due;
+  dueDateOverridden_ = true;
+}
+
+void Invoice::calculateInvDueDate() {
+  InvDueDate = createdDate;
+  lineItems->clearFilter();
+  for (; !lineItems->eof(); lineItems->moveNext()) takeLaterDate(*lineItems, InvDueDate);
+}
+
+// ---------------------------------------------------------------- dates of a department
+
+Variant Invoice::getDeptDaysToProcess(const Variant& department) {
+  const RecordsetRef lines = lineItems->clone();
+  lines->setFilter(garmentFilter("deptName", department.joined()));
+  if (lines->eof()) return daysUntilDate(InvDueDate);
+  std::int32_t days = -1;
+  for (; !lines->eof(); lines->moveNext())
+    if (!lines->isNull(daysToProcess)) days = std::max(days, lines->integer(daysToProcess));
+  return days;
+}
+
+Variant Invoice::getDeptIDDaysToProcess(const Variant& deptID) {
+  const RecordsetRef lines = lineItems->clone();
+  lines->setFilter(garmentFilter("deptID", deptID.joined()));
+  if (!lines->eof()) {
+    std::int32_t days = -1;
+    for (; !lines->eof(); lines->moveNext())
+      if (!lines->isNull(dueDate)) days = std::max(days, daysUntilDate(lines->date(dueDate)));
+    return days;
+  }
+  if (hasRememberedDeptDays(deptID)) return rememberedDeptDays(deptID);
+  if (deptID.joined().empty()) return daysUntilDate(InvDueDate);
+  Recordset& departments = storeDepartments();
+  departments.setFilter("departmentID=" + deptID.toText());
+  return departments.value("daysToProcess");
+}
+
+Variant Invoice::getDeptDueDate(const Variant& department) {
+  const RecordsetRef lines = lineItems->clone();
+  if (const std::string name = department.joined(); !name.empty())
+    lines->setFilter("deptName='" + name + "'");
+  if (lines->eof()) return dayText(InvDueDate);
+  Date latest = Date::of(1980, 1, 1);
+  for (; !lines->eof(); lines->moveNext()) takeLaterDate(*lines, latest);
+  return dayText(latest);
+}
+
+// ---------------------------------------------------------------- dates set by hand
+
+bool Invoice::setDates(std::string_view filter, Date due, std::int32_t days) {
+  if (filter.empty())
+    lineItems->clearFilter();
+  else
+    lineItems->setFilter(filter);
+  const bool found = !lineItems->eof();
+  for (; !lineItems->eof(); lineItems->moveNext()) {
+    lineItems->setValue(daysToProcess, days);
+    lineItems->setValue(dueDate, due);
+  }
+  lineItems->clearFilter();
+  calculateInvDueDate();
+  return found;
+}
+
+void Invoice::setAllDepartmentDueDates(const Variant& datedue) {
+  const Date due = datedue.toDate();
+  setDates("", due, daysUntilDate(due));
+}
+
+void Invoice::setDeptDueDate(const Variant& dept, const Variant& datedue) {
+  const Date due = datedue.toDate();
+  setDates("deptName='" + dept.joined() + "'", due, daysUntilDate(due));
+}
+
+void Invoice::setDeptIdDueDate(const Variant& deptID, const Variant& datedue) {
+  const Date due = datedue.toDate();
+  const std::int32_t days = daysUntilDate(due);
+  if (!setDates("deptid='" + deptID.joined() + "'", due, days)) rememberDeptDays(deptID, days);
+}
+
+void Invoice::setLineDueDate(const Variant& line, const Variant& datedue) {
+  findLine(line);
+  const std::string kindOfLine = toUpper(lineItems->text(itemType));  // fails on a line that is not there
+  if (kindOfLine == "AC" || kindOfLine == "IT") setDeptDueDate(lineItems->value(deptName), datedue);
+  lineItems->clearFilter();
+}
+
+// ---------------------------------------------------------------- departments of the invoice
+
+Variant Invoice::isDepartmentExisting(Variant& deptID) {
+  return std::any_of(invoiceDepartments_.begin(), invoiceDepartments_.end(),
+                     [&](std::int32_t id) { return isEqual(id, deptID); });
+}
+
+Variant Invoice::isDepartmentPresent(Variant& deptID) {
+  const RecordsetRef lines = lineItems->clone();
+  lines->setFilter("deptID=" + sqlNumber(deptID));
+  return !lines->eof();
+}
+
+Recordset& Invoice::storeDepartments() const {
+  if (!apartment_->store.storeDepartments)
+    throw Error(ErrorNumber::ObjectNotSet, className(),
+                "The store's departments are not loaded: call setStoreDays first");
+  return *apartment_->store.storeDepartments;
+}
+
+void Invoice::rememberDeptDays(const Variant& department, std::int32_t days) {
+  forgetDeptDays(department);
+  pendingDeptDays_->add(department.toLong(), days);
+}
+
+void Invoice::forgetDeptDays(const Variant& department) {
+  const std::int32_t id = department.toLong();
+  if (pendingDeptDays_->exists(id)) pendingDeptDays_->remove(id);
+}
+
+bool Invoice::hasRememberedDeptDays(const Variant& department) const {
+  if (!department.isNumeric() || department.joined().empty()) return false;
+  return pendingDeptDays_->exists(department.toLong());
+}
+
+Variant Invoice::rememberedDeptDays(const Variant& department) const {
+  const Variant* days = pendingDeptDays_->find(department.toLong());
+  return days ? *days : Variant(0);
+}
+
+}  // namespace ondrel
