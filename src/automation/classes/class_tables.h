@@ -1,0 +1,19 @@
+#pragma once
+
+#include <span>
+
+#include "automation/dispatch/class_table.h"
+
+namespace ondrel {
+
+// One function a class, in the file of its name.
+const ClassTable& recordsetClass();
+const ClassTable& recordsetFieldsClass();
+const ClassTable& recordsetFieldClass();
+const ClassTable& dictionaryClass();
+const ClassTable& arrayClass();
+
+// All of them.
+std::span<const ClassTable* const> classTables();
+
+}  // namespace ondrel
