@@ -19,9 +19,10 @@ constexpr long long kUnixEpoch = 25569;
 long long dayNumber(int year, int month, int day) {
   int monthsFromYearStart = month - 1;
   int carriedYears = monthsFromYearStart >= 0 ? monthsFromYearStart / 12 : -((11 - monthsFromYearStart) / 12);
-  const std::chrono::year_month_day first{std::chrono::year{year + carriedYears},
-                                          std::chrono::month{static_cast<unsigned>(monthsFromYearStart - carriedYears * 12 + 1)},
-                                          std::chrono::day{1}};
+  const std::chrono::year_month_day first{
+      std::chrono::year{year + carriedYears},
+      std::chrono::month{static_cast<unsigned>(monthsFromYearStart - carriedYears * 12 + 1)},
+      std::chrono::day{1}};
   return std::chrono::sys_days{first}.time_since_epoch().count() + kUnixEpoch + day - 1;
 }
 
@@ -100,11 +101,13 @@ bool readTime(Reader& reader, DateParts& parts) {
   return parts.hour < 24 && parts.minute < 60 && parts.second < 60;
 }
 
+// The calendar of dates starts with the year 100.
 bool isCalendarDay(const DateParts& parts) {
-  return std::chrono::year_month_day{std::chrono::year{parts.year},
+  return parts.year >= 100 &&
+         std::chrono::year_month_day{std::chrono::year{parts.year},
                                      std::chrono::month{static_cast<unsigned>(parts.month)},
                                      std::chrono::day{static_cast<unsigned>(parts.day)}}
-      .ok();
+             .ok();
 }
 
 }  // namespace
@@ -151,8 +154,11 @@ DateParts Date::parts() const {
   const std::chrono::year_month_day date{
       std::chrono::sys_days{std::chrono::days{static_cast<int>(day() - kUnixEpoch)}}};
   const int seconds = secondOfDay();
-  return {static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
-          static_cast<int>(static_cast<unsigned>(date.day())), seconds / 3600, seconds / 60 % 60,
+  return {static_cast<int>(date.year()),
+          static_cast<int>(static_cast<unsigned>(date.month())),
+          static_cast<int>(static_cast<unsigned>(date.day())),
+          seconds / 3600,
+          seconds / 60 % 60,
           seconds % 60};
 }
 

@@ -17,7 +17,7 @@ struct DateParts {
 };
 
 // A moment in local time: days since 1899-12-30, the time of day as the fraction. Day 0 stands for a
-// time of day without a date.
+// time of day without a date. Meant for the years 100 to 9999.
 class Date {
  public:
   constexpr Date() = default;

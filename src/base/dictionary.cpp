@@ -7,7 +7,8 @@ namespace {
 
 std::string placeName(const Variant& key) {
   if (key.isText()) return "t" + key.text();
-  if (key.isNull() || key.isObject()) throw Error(ErrorNumber::InvalidCall, "Dictionary", "Invalid procedure call or argument");
+  if (key.isNull() || key.isObject())
+    throw Error(ErrorNumber::InvalidCall, "Dictionary", "Invalid procedure call or argument");
   return "n" + numberText(key.toDouble());
 }
 
@@ -16,7 +17,8 @@ std::string placeName(const Variant& key) {
 void Dictionary::add(const Variant& key, Variant item) {
   const auto [place, isNew] = places_.try_emplace(placeName(key), entries_.size());
   if (!isNew)
-    throw Error(ErrorNumber::KeyAlreadyExists, "Dictionary", "This key is already associated with an element of this collection");
+    throw Error(ErrorNumber::KeyAlreadyExists, "Dictionary",
+                "This key is already associated with an element of this collection");
   entries_.push_back({key, std::move(item)});
 }
 

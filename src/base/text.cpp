@@ -30,11 +30,16 @@ char32_t lowerCharacter(char32_t c) {
   if (c < 128) return static_cast<unsigned char>(lowerAscii(static_cast<char>(c)));
   if (c >= 0xC0 && c <= 0xDE && c != 0xD7) return c + 0x20;
   switch (c) {
-    case 0x0160: return 0x0161;
-    case 0x0152: return 0x0153;
-    case 0x017D: return 0x017E;
-    case 0x0178: return 0x00FF;
-    default: return c;
+    case 0x0160:
+      return 0x0161;
+    case 0x0152:
+      return 0x0153;
+    case 0x017D:
+      return 0x017E;
+    case 0x0178:
+      return 0x00FF;
+    default:
+      return c;
   }
 }
 
@@ -42,11 +47,16 @@ char32_t upperCharacter(char32_t c) {
   if (c >= 'a' && c <= 'z') return c - ('a' - 'A');
   if (c >= 0xE0 && c <= 0xFE && c != 0xF7) return c - 0x20;
   switch (c) {
-    case 0x0161: return 0x0160;
-    case 0x0153: return 0x0152;
-    case 0x017E: return 0x017D;
-    case 0x00FF: return 0x0178;
-    default: return c;
+    case 0x0161:
+      return 0x0160;
+    case 0x0153:
+      return 0x0152;
+    case 0x017E:
+      return 0x017D;
+    case 0x00FF:
+      return 0x0178;
+    default:
+      return c;
   }
 }
 
@@ -54,7 +64,8 @@ template <class Change>
 std::string changeEach(std::string_view text, Change change) {
   std::string result;
   result.reserve(text.size());
-  for (size_t position = 0; position < text.size();) appendCharacter(result, change(nextCharacter(text, position)));
+  for (size_t position = 0; position < text.size();)
+    appendCharacter(result, change(nextCharacter(text, position)));
   return result;
 }
 
@@ -65,9 +76,10 @@ struct Decimal {
 };
 
 Decimal decimalOf(double value) {
-  std::array<char, 40> buffer;
+  std::array<char, 40> buffer{};
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::fabs(value),
-                                 std::chars_format::scientific, kSignificantDigits - 1).ptr;
+                                 std::chars_format::scientific, kSignificantDigits - 1)
+                       .ptr;
   const std::string_view text(buffer.data(), static_cast<size_t>(end - buffer.data()));
   const size_t mark = text.find('e');
   Decimal result;
@@ -82,7 +94,9 @@ Decimal decimalOf(double value) {
 // The digit that stands at the power of ten `place`, 0 outside the significant ones.
 char digitAt(const Decimal& number, int place) {
   const int index = number.exponent - place;
-  return index >= 0 && index < static_cast<int>(number.digits.size()) ? number.digits[static_cast<size_t>(index)] : '0';
+  return index >= 0 && index < static_cast<int>(number.digits.size())
+             ? number.digits[static_cast<size_t>(index)]
+             : '0';
 }
 
 std::string positional(const Decimal& number, int places) {
@@ -113,8 +127,23 @@ Decimal roundedBehind(Decimal number, int last) {
   return number;
 }
 
+// Of a finite value, without its sign.
 std::string fixedMagnitude(double value, int digits) {
   return positional(roundedBehind(decimalOf(value), -digits), digits);
+}
+
+// Bytes of the sequence that starts with `first`, 0 when none does.
+size_t sequenceLength(unsigned char first) {
+  if (first >= 0xC2 && first < 0xE0) return 2;
+  if (first >= 0xE0 && first < 0xF0) return 3;
+  return first >= 0xF0 && first < 0xF5 ? 4 : 0;
+}
+
+// Whether a decoded sequence was no longer than needed and names a character: no half of a surrogate
+// pair, nothing past the last one.
+bool isShortestForm(char32_t character, size_t length) {
+  if (length == 3) return character >= 0x800 && (character < 0xD800 || character > 0xDFFF);
+  return length != 4 || (character >= 0x10000 && character <= 0x10FFFF);
 }
 
 bool isAllZero(std::string_view number) {
@@ -140,6 +169,11 @@ std::string toUpper(std::string_view text) {
 int compareIgnoringCase(std::string_view a, std::string_view b) {
   size_t i = 0, j = 0;
   while (i < a.size() && j < b.size()) {
+    if (((a[i] | b[j]) & 0x80) == 0) {  // the common case needs no decoding
+      const char left = lowerAscii(a[i++]), right = lowerAscii(b[j++]);
+      if (left != right) return left < right ? -1 : 1;
+      continue;
+    }
     const char32_t left = lowerCharacter(nextCharacter(a, i));
     const char32_t right = lowerCharacter(nextCharacter(b, j));
     if (left != right) return left < right ? -1 : 1;
@@ -166,15 +200,15 @@ std::string_view leftCharacters(std::string_view text, size_t count) {
 char32_t nextCharacter(std::string_view text, size_t& position) {
   const auto byte = [&](size_t at) { return static_cast<unsigned char>(text[at]); };
   const unsigned char first = byte(position);
-  const size_t length = first < 0x80 ? 1 : first >= 0xF0 && first < 0xF5 ? 4 : first >= 0xE0 && first < 0xF0 ? 3
-                        : first >= 0xC2 && first < 0xE0 ? 2 : 0;
-  if (length == 1) return text[position++] & 0x7F;
+  if (first < 0x80) return byte(position++);
+  const size_t length = sequenceLength(first);
   if (length == 0 || position + length > text.size()) return byte(position++);
   char32_t character = first & (0xFF >> (length + 1));
   for (size_t k = 1; k < length; ++k) {
     if ((byte(position + k) & 0xC0) != 0x80) return byte(position++);
     character = character << 6 | (byte(position + k) & 0x3F);
   }
+  if (!isShortestForm(character, length)) return byte(position++);
   position += length;
   return character;
 }
@@ -188,7 +222,8 @@ void appendCharacter(std::string& text, char32_t c) {
   } else if (c < 0x10000) {
     byte(0xE0 | c >> 12), byte(0x80 | (c >> 6 & 0x3F)), byte(0x80 | (c & 0x3F));
   } else {
-    byte(0xF0 | c >> 18), byte(0x80 | (c >> 12 & 0x3F)), byte(0x80 | (c >> 6 & 0x3F)), byte(0x80 | (c & 0x3F));
+    byte(0xF0 | c >> 18), byte(0x80 | (c >> 12 & 0x3F)), byte(0x80 | (c >> 6 & 0x3F)),
+        byte(0x80 | (c & 0x3F));
   }
 }
 
@@ -199,13 +234,16 @@ int ansiCode(char32_t character) {
 }
 
 char32_t ansiCharacter(int code) {
-  return code >= 128 && code < 160 ? kWindows1252[static_cast<size_t>(code - 128)] : static_cast<char32_t>(code);
+  return code >= 128 && code < 160 ? kWindows1252[static_cast<size_t>(code - 128)]
+                                   : static_cast<char32_t>(code);
 }
 
 std::string replaceAll(std::string_view text, std::string_view what, std::string_view with) {
+  if (what.empty()) return std::string(text);
   std::string result;
   size_t from = 0;
-  for (size_t found; (found = text.find(what, from)) != std::string_view::npos; from = found + what.size())
+  for (size_t found = 0; (found = text.find(what, from)) != std::string_view::npos;
+       from = found + what.size())
     result.append(text, from, found - from).append(with);
   return result.append(text, from, std::string_view::npos);
 }
@@ -267,19 +305,22 @@ std::string numberText(double value) {
   const Decimal number = decimalOf(value);
   const int places = std::max(static_cast<int>(number.digits.size()) - 1 - number.exponent, 0);
   const std::string sign = value < 0 ? "-" : "";
-  if (number.exponent < kSignificantDigits && places <= kSignificantDigits) return sign + positional(number, places);
+  if (number.exponent < kSignificantDigits && places <= kSignificantDigits)
+    return sign + positional(number, places);
   const std::string fraction = number.digits.size() > 1 ? "." + number.digits.substr(1) : "";
   return fmt::format("{}{}{}E{}{:02}", sign, number.digits.front(), fraction, number.exponent < 0 ? '-' : '+',
                      std::abs(number.exponent));
 }
 
 std::string currencyText(double value) {
+  if (!std::isfinite(value)) return numberText(value);
   std::string amount = fixedMagnitude(value, 2);
   for (size_t comma = amount.size() - 3; comma > 3;) amount.insert(comma -= 3, ",");
   return value < 0 && !isAllZero(amount) ? "($" + amount + ")" : "$" + amount;
 }
 
 std::string fixedText(double value, int digits) {
+  if (!std::isfinite(value)) return numberText(value);
   const std::string magnitude = fixedMagnitude(value, digits);
   return value < 0 && !isAllZero(magnitude) ? "-" + magnitude : magnitude;
 }

@@ -8,8 +8,12 @@ namespace ondrel {
 
 // Text is UTF-8. Case is ignored for ASCII letters and for the accented letters of Windows-1252.
 
-constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
-constexpr bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+constexpr bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+constexpr bool isLetter(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
 
 // Without blanks (the character 32, nothing else) at both ends.
 std::string_view trim(std::string_view text);
@@ -37,7 +41,7 @@ int ansiCode(char32_t character);
 // Character of a Windows-1252 code from 0 to 255.
 char32_t ansiCharacter(int code);
 
-// `text` with every `what` replaced by `with`.
+// `text` with every `what` replaced by `with`; an empty `what` replaces nothing.
 std::string replaceAll(std::string_view text, std::string_view what, std::string_view with);
 
 // Number text as the platform reads it: blanks around, a sign, thousands commas, a decimal point, a

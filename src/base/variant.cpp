@@ -48,9 +48,17 @@ double finite(double value) {
   return value;
 }
 
+// The calendar of dates runs from the year 100 to 9999.
+Date dateOf(double serial) {
+  constexpr double kFirst = -657434, kBehindLast = 2958466;
+  if (!(serial >= kFirst && serial < kBehindLast)) failOverflow();
+  return Date(serial);
+}
+
 std::partial_ordering order(int sign) {
-  return sign < 0 ? std::partial_ordering::less
-                  : sign > 0 ? std::partial_ordering::greater : std::partial_ordering::equivalent;
+  return sign < 0   ? std::partial_ordering::less
+         : sign > 0 ? std::partial_ordering::greater
+                    : std::partial_ordering::equivalent;
 }
 
 std::partial_ordering compareWithText(const Variant& other, const Variant& text) {
@@ -65,7 +73,9 @@ std::partial_ordering compareWithText(const Variant& other, const Variant& text)
 }
 
 std::partial_ordering reversed(std::partial_ordering ordering) {
-  return 0 <=> ordering;
+  return std::is_lt(ordering)   ? std::partial_ordering::greater
+         : std::is_gt(ordering) ? std::partial_ordering::less
+                                : ordering;
 }
 
 }  // namespace
@@ -75,9 +85,12 @@ bool Variant::isNumeric() const {
     case Kind::Empty:
     case Kind::Boolean:
     case Kind::Long:
-    case Kind::Double: return true;
-    case Kind::Text: return parseNumber(text()).has_value();
-    default: return false;
+    case Kind::Double:
+      return true;
+    case Kind::Text:
+      return parseNumber(text()).has_value();
+    default:
+      return false;
   }
 }
 
@@ -97,18 +110,25 @@ std::int32_t Variant::toLong() const {
 
 double Variant::toDouble() const {
   switch (kind()) {
-    case Kind::Empty: return 0;
-    case Kind::Null: failNull();
-    case Kind::Boolean: return std::get<bool>(value_) ? -1 : 0;
-    case Kind::Long: return std::get<std::int32_t>(value_);
-    case Kind::Double: return std::get<double>(value_);
-    case Kind::Date: return std::get<Date>(value_).serial();
+    case Kind::Empty:
+      return 0;
+    case Kind::Null:
+      failNull();
+    case Kind::Boolean:
+      return std::get<bool>(value_) ? -1 : 0;
+    case Kind::Long:
+      return std::get<std::int32_t>(value_);
+    case Kind::Double:
+      return std::get<double>(value_);
+    case Kind::Date:
+      return std::get<Date>(value_).serial();
     case Kind::Text: {
       const auto number = parseNumber(text());
       if (!number) failMismatch();
       return *number;
     }
-    case Kind::Object: break;
+    case Kind::Object:
+      break;
   }
   failObject();
 }
@@ -118,19 +138,27 @@ Date Variant::toDate() const {
   if (isText()) {
     if (const auto date = Date::parse(text())) return *date;
   }
-  return Date(toDouble());
+  return dateOf(toDouble());
 }
 
 std::string Variant::toText() const {
   switch (kind()) {
-    case Kind::Empty: return {};
-    case Kind::Null: failNull();
-    case Kind::Boolean: return std::get<bool>(value_) ? "True" : "False";
-    case Kind::Long: return std::to_string(std::get<std::int32_t>(value_));
-    case Kind::Double: return numberText(std::get<double>(value_));
-    case Kind::Date: return std::get<Date>(value_).text();
-    case Kind::Text: return text();
-    case Kind::Object: break;
+    case Kind::Empty:
+      return {};
+    case Kind::Null:
+      failNull();
+    case Kind::Boolean:
+      return std::get<bool>(value_) ? "True" : "False";
+    case Kind::Long:
+      return std::to_string(std::get<std::int32_t>(value_));
+    case Kind::Double:
+      return numberText(std::get<double>(value_));
+    case Kind::Date:
+      return std::get<Date>(value_).text();
+    case Kind::Text:
+      return text();
+    case Kind::Object:
+      break;
   }
   failObject();
 }
@@ -143,7 +171,8 @@ ObjectRef Variant::toObject() const {
 
 std::int32_t toLong(double value) {
   const double rounded = std::nearbyint(value);
-  if (!(rounded >= std::numeric_limits<std::int32_t>::min() && rounded <= std::numeric_limits<std::int32_t>::max()))
+  if (!(rounded >= std::numeric_limits<std::int32_t>::min() &&
+        rounded <= std::numeric_limits<std::int32_t>::max()))
     failOverflow();
   return static_cast<std::int32_t>(rounded);
 }
@@ -155,14 +184,14 @@ Variant operator+(const Variant& a, const Variant& b) {
   if (a.isEmpty() && b.isText()) return b;
   if (isWhole(a) && isWhole(b)) return wholeResult(whole(a) + whole(b));
   const double sum = finite(a.toDouble() + b.toDouble());
-  return isDate(a) || isDate(b) ? Variant(Date(sum)) : Variant(sum);
+  return isDate(a) || isDate(b) ? Variant(dateOf(sum)) : Variant(sum);
 }
 
 Variant operator-(const Variant& a, const Variant& b) {
   if (a.isNull() || b.isNull()) return Variant::null();
   if (isWhole(a) && isWhole(b)) return wholeResult(whole(a) - whole(b));
   const double difference = finite(a.toDouble() - b.toDouble());
-  return isDate(a) && !isDate(b) ? Variant(Date(difference)) : Variant(difference);
+  return isDate(a) && !isDate(b) ? Variant(dateOf(difference)) : Variant(difference);
 }
 
 Variant operator*(const Variant& a, const Variant& b) {

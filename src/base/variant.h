@@ -35,8 +35,7 @@ class Variant {
   template <std::same_as<bool> Bool>
   Variant(Bool value) : value_(value) {}
   template <std::integral Integer>
-    requires(!std::same_as<Integer, bool> && !std::same_as<Integer, char>)
-  Variant(Integer value) {
+  requires(!std::same_as<Integer, bool> && !std::same_as<Integer, char>) Variant(Integer value) {
     if (std::in_range<std::int32_t>(value))
       value_ = static_cast<std::int32_t>(value);
     else
@@ -70,7 +69,7 @@ class Variant {
   bool toBoolean() const;
   std::int32_t toLong() const;  // half to even; error 6 outside 32 bits
   double toDouble() const;
-  Date toDate() const;
+  Date toDate() const;  // from a number too; error 6 outside the years 100 to 9999
   std::string toText() const;
   // Nothing for Empty; error 424 when the value is no object.
   ObjectRef toObject() const;
@@ -107,8 +106,14 @@ Variant operator-(const Variant& a);
 // character code and case, a number with text as numbers when the text is one. Unordered with Null, and
 // every test below is then false.
 std::partial_ordering compare(const Variant& a, const Variant& b);
-inline bool isEqual(const Variant& a, const Variant& b) { return std::is_eq(compare(a, b)); }
-inline bool isLess(const Variant& a, const Variant& b) { return std::is_lt(compare(a, b)); }
-inline bool isGreater(const Variant& a, const Variant& b) { return std::is_gt(compare(a, b)); }
+inline bool isEqual(const Variant& a, const Variant& b) {
+  return std::is_eq(compare(a, b));
+}
+inline bool isLess(const Variant& a, const Variant& b) {
+  return std::is_lt(compare(a, b));
+}
+inline bool isGreater(const Variant& a, const Variant& b) {
+  return std::is_gt(compare(a, b));
+}
 
 }  // namespace ondrel

@@ -9,7 +9,8 @@ Date SystemClock::now() {
   const std::time_t seconds = std::time(nullptr);
   std::tm local{};
   localtime_r(&seconds, &local);
-  return Date::of(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
+  return Date::of(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min,
+                  local.tm_sec);
 }
 
 void SystemClock::sleep(std::chrono::milliseconds duration) {

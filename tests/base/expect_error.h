@@ -1,0 +1,21 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "base/error.h"
+
+namespace ondrel {
+
+// Number of the error that `action` raises, 0 when it raises none.
+inline int errorNumberOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return error.number();
+  }
+  return 0;
+}
+
+}  // namespace ondrel
