@@ -116,7 +116,6 @@ class Invoice : public Object {
   void addPattern(const Variant& parentLineNumber, const Variant& patternId, const Variant& quantity,
                   const Variant& groupSimilarItems, const Variant& multiplier, const Variant& roundOff);
   // A descriptor of any group on the line as named. An upcharge through here takes the line's quantity twice.
-  // Leaves the filter on the parent line.
   void addDescriptor(const Variant& parentLineNumber, const Variant& name, const Variant& group,
                      const Variant& quantity);
   // Removes all children of the name and group; the parent's upchargeTotal gives up the first one's amount.
@@ -227,11 +226,15 @@ class Invoice : public Object {
   Variant getSelectedHeatSeal();
   void addHeatSeal(const Variant& lineNumber, Variant& heatSeal);
 
-  // ---------------------------------------------------------------- rounding
+  // ---------------------------------------------------------------- rounding (see data/values.h)
   Variant RoundingDP(const Variant& dblNumber, const Variant& numDP);
   Variant roundTo(const Variant& x, Variant& d);
   Variant round2(Variant& x, const Variant& digits);
   Variant roundDB(const Variant& x, const Variant& digits);
+
+  // Rows of the tables by which one sequence of steps serves several kinds of line.
+  struct PricedDescriptor;  // upcharges, colours and patterns
+  struct ChargeForm;        // the ways to add a charge
 
  private:
   // ---------------------------------------------------------------- the object
@@ -296,16 +299,22 @@ class Invoice : public Object {
   // ---------------------------------------------------------------- upcharges and descriptors
   // The garment that a line hangs on, at whatever depth.
   struct RootLine {
-    std::int32_t itemId = -1, deptId = -1, lineNumber = 0;
+    Variant itemId = -1, deptId = -1;
+    std::int32_t lineNumber = 0;
     bool redo = false;
   };
   RootLine getRootLineInfo(std::int32_t lineNumber);
   // Leaves the filter on the child found.
   bool findChildLine(std::int32_t parentLineNumber, std::string_view itemName, std::string_view itemType);
-  struct PricedDescriptor;  // what differs between upcharges, colours and patterns
   void addPricedDescriptor(const PricedDescriptor& kind, const Variant& parentLineNumber, const Variant& name,
                            const Variant& quantity, const Variant& groupSimilarItems,
                            const Variant& multiplier, const Variant& roundOff);
+  bool mergeIntoChild(const RootLine& root, const std::string& name, std::string_view lineKind,
+                      std::int32_t pieces, double amount);
+  void addChildLine(const PricedDescriptor& kind, const Recordset& row, const RootLine& root,
+                    const Variant& deptName, std::int32_t pieces, double price, double amount);
+  void addDescriptorLine(const Variant& parent, const Variant& name, const Variant& group,
+                         const Variant& pieces);
   struct DescriptorDisplay {
     Variant color, icon, price;  // Empty for an unknown descriptor
   };
@@ -313,9 +322,27 @@ class Invoice : public Object {
 
   // ---------------------------------------------------------------- line edits
   void changeChildQuantities(const Variant& newQuantity, const Variant& lineNo);
+  void setLineText(const Variant& lineNo, Column column, const Variant& text);
+  // A log row from the current line.
+  void logCurrent(std::string_view logType, const Variant& pieces, const Variant& amount);
+  void deleteGarment(std::int32_t line);
+  void deleteChild(LineColumn parentSum, bool alwaysLogged);
+  void recomputeInvDueDate();
+  void deletePlainLine();
+  // InvDueDate from the lines that pass the filter as it stands.
+  void raiseInvDueDate();
+  void writeQuantity(const Variant& pieces);
+  void writeUnitPrice(double price, bool rounded);
+  void logOverride(double oldTotal);
+  void overrideCharge(double price);
+  void overrideCoupon(double price);
+  void changeGarmentQuantity(const Variant& newQuantity, const Variant& lineNo);
+  void changeChildQuantity(LineColumn parentSum, bool isUpcharge, const Variant& newQuantity);
+  void changePlainQuantity(bool isCharge, const Variant& newQuantity);
+  void overrideGarment(double price);
+  void overrideChild(LineColumn parentSum, bool isUpcharge, double price);
 
   // ---------------------------------------------------------------- charges
-  struct ChargeForm;  // what differs between the three ways to add a charge
   void addCharge(const ChargeForm& form, const Variant& storeid, const Variant& taxCode,
                  const Variant& amount, const Variant& chargeDesc, const Variant& countAs,
                  const Variant& chargeDeptId, const Variant& unitQuantity);

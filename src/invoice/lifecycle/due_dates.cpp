@@ -77,8 +77,12 @@ void Invoice::setInvoiceDueDate(const Variant& NewValue) {
 }
 
 void Invoice::calculateInvDueDate() {
-  InvDueDate = createdDate;
   lineItems->clearFilter();
+  raiseInvDueDate();
+}
+
+void Invoice::raiseInvDueDate() {
+  InvDueDate = createdDate;
   for (; !lineItems->eof(); lineItems->moveNext()) takeLaterDate(*lineItems, InvDueDate);
 }
 

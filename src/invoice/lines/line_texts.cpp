@@ -1,0 +1,40 @@
+#include "invoice/invoice.h"
+
+namespace ondrel {
+
+using enum LineColumn;
+
+void Invoice::setLineText(const Variant& lineNo, Column column, const Variant& text) {
+  if (findLine(lineNo)) lineItems->setValue(column, text);
+  lineItems->clearFilter();
+}
+
+void Invoice::renameLineItem(const Variant& lineNo, const Variant& name) {
+  setLineText(lineNo, itemName, name);
+}
+
+void Invoice::attachNotes(const Variant& lineNo, const Variant& text) {
+  setLineText(lineNo, notes, text);
+}
+
+void Invoice::attachPromptReponse(const Variant& lineNo, const Variant& response) {
+  setLineText(lineNo, promptResponse, response);
+}
+
+Variant Invoice::getItemNotes(const Variant& lineNo) {
+  const std::string found = findLine(lineNo) ? lineItems->text(notes) : std::string();
+  lineItems->clearFilter();
+  return found;
+}
+
+Variant Invoice::getLineQuantity(const Variant& line) {
+  const RecordsetRef lines = lineItems->clone();
+  lines->setFilter("lineNumber=" + line.toText());
+  return lines->eof() ? Variant(0) : lines->value(quantity);
+}
+
+void Invoice::logCurrent(std::string_view logType, const Variant& pieces, const Variant& amount) {
+  logLine(logType, pieces, lineItems->value(deptName), lineItems->value(itemName), amount);
+}
+
+}  // namespace ondrel
