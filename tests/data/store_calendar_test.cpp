@@ -26,7 +26,8 @@ StoreCalendar closedOn(std::initializer_list<int> weekdays, std::vector<StoreHol
 constexpr int kSaturday = 6, kSunday = 7;
 
 TEST(StoreDays, AreCountedOverClosedDaysAndHolidays) {
-  const StoreHoliday thursday{november(26, 0), 1}, thursdayFriday{november(26, 0), 2}, sunday{november(29, 0), 1};
+  const StoreHoliday thursday{november(26, 0), 1}, thursdayFriday{november(26, 0), 2},
+      sunday{november(29, 0), 1};
   const struct {
     const char* what;
     StoreCalendar calendar;

@@ -91,8 +91,9 @@ TEST(Rounding, StatementTextRoundsDecimals) {
     Variant value;
     int digits;
     const char* text;
-  } cases[] = {{1.005, 2, "1.01"}, {-1.005, 2, "-1.01"}, {12, 2, "12.00"},      {2.5, 0, "3"},
-               {"7.1", 2, "7.10"}, {"abc", 2, "abc"},    {1234567.891, 2, "1234567.89"}};
+  } cases[] = {
+      {1.005, 2, "1.01"}, {-1.005, 2, "-1.01"},          {12, 2, "12.00"}, {2.5, 0, "3"}, {"7.1", 2, "7.10"},
+      {"abc", 2, "abc"},  {1234567.891, 2, "1234567.89"}};
   for (const auto& [value, digits, text] : cases) EXPECT_EQ(roundDB(value, digits).toText(), text);
 }
 

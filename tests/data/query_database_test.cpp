@@ -1,0 +1,103 @@
+#include "data/query_database.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/fake_database.h"
+
+namespace ondrel {
+namespace {
+
+using ::testing::ElementsAre;
+
+class QueryDatabase : public ::testing::Test {
+ protected:
+  QueryDatabase() { database.attachTo(apartment); }
+
+  FakeDatabase database;
+  Apartment apartment;
+};
+
+TEST_F(QueryDatabase, ReadsOnceOnAConnectionOfItsOwn) {
+  database.answer("select 1", tableOf({"one"}, {{1}}));
+  const RecordsetRef table = queryDatabase(apartment, "select 1");
+  EXPECT_THAT(database.take(), ElementsAre("<timeout 240>", "<open>", "select 1", "<close>"));
+  EXPECT_EQ(table->integer("one"), 1) << "readable after the connection is closed";
+  EXPECT_FALSE(apartment.sharedConnection);
+
+  queryDatabaseBatch(apartment, "select 2");
+  EXPECT_THAT(database.take(), ElementsAre("<open>", "select 2", "<close>"))
+      << "the connection's own timeout";
+}
+
+TEST_F(QueryDatabase, AStatementAloneIsATransaction) {
+  executeInTransaction(apartment, "delete t");
+  EXPECT_THAT(database.take(), ElementsAre("<open>", "<begin>", "delete t", "<commit>", "<close>"));
+  EXPECT_FALSE(apartment.sharedConnection);
+  EXPECT_TRUE(apartment.sharedCommand.empty());
+}
+
+TEST_F(QueryDatabase, StatementsOfOneTransactionShareTheConnection) {
+  openTransaction(apartment);
+  executeInTransaction(apartment, "insert a");
+  queryInTransaction(apartment, "select a");
+  EXPECT_EQ(apartment.sharedCommand, "insert a");
+  executeInTransaction(apartment, "insert b");
+  commitTransaction(apartment);
+  EXPECT_THAT(database.take(),
+              ElementsAre("<open>", "<begin>", "insert a", "select a", "insert b", "<commit>", "<close>"));
+}
+
+TEST_F(QueryDatabase, NothingOpenMeansNothingToDo) {
+  commitTransaction(apartment);
+  closeTransaction(apartment);
+  EXPECT_TRUE(database.take().empty());
+  EXPECT_THROW(queryInTransaction(apartment, "select 1"), Error);
+}
+
+TEST_F(QueryDatabase, ClosingDiscardsWithoutACommit) {
+  openTransaction(apartment);
+  executeInTransaction(apartment, "insert a");
+  closeTransaction(apartment);
+  EXPECT_THAT(database.take(), ElementsAre("<open>", "<begin>", "insert a", "<close>"));
+}
+
+TEST_F(QueryDatabase, AOneShotReadTakesTheTransactionsPlace) {
+  openTransaction(apartment);
+  executeInTransaction(apartment, "insert a");
+  queryDatabase(apartment, "select 1");
+  EXPECT_FALSE(apartment.sharedConnection);
+  database.take();
+  commitTransaction(apartment);
+  EXPECT_TRUE(database.take().empty()) << "there is nothing left to commit";
+}
+
+TEST_F(QueryDatabase, AFailedStatementLeavesItsTransactionOpenForTheNext) {
+  database.failStatement(1);
+  EXPECT_THROW(executeInTransaction(apartment, "insert a"), Error);
+  ASSERT_TRUE(apartment.sharedConnection);
+  executeInTransaction(apartment, "insert b");
+  EXPECT_THAT(database.take(), ElementsAre("<open>", "<begin>", "insert a", "insert b"))
+      << "the next statement joins the transaction and does not commit it";
+}
+
+TEST_F(QueryDatabase, TheTraceTellsWhatWasSent) {
+  queryDatabase(apartment, "select 0");
+  apartment.trace.start();
+  executeInTransaction(apartment, "delete t");
+  EXPECT_THAT(apartment.trace.take(), ElementsAre("<begin>", "delete t", "<commit>", "<close>"));
+  EXPECT_TRUE(apartment.trace.take().empty());
+}
+
+TEST_F(QueryDatabase, ApartmentsDoNotShare) {
+  const auto other = std::make_shared<Apartment>();
+  const auto before = Apartment::current();
+  {
+    ApartmentScope scope(other);
+    EXPECT_EQ(Apartment::current(), other);
+  }
+  EXPECT_EQ(Apartment::current(), before);
+}
+
+}  // namespace
+}  // namespace ondrel
