@@ -47,7 +47,7 @@ struct Column {
 
   constexpr explicit Column(int position) : index(position) {}
   template <class Enum>
-    requires std::is_enum_v<Enum>
+  requires std::is_enum_v<Enum>
   constexpr Column(Enum name) : index(static_cast<int>(name)) {}
 };
 

@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -9,6 +10,8 @@
 
 #include "base/variant.h"
 #include "data/recordset/column.h"
+#include "data/recordset/table.h"
+#include "data/recordset/view.h"
 
 namespace ondrel {
 
@@ -26,8 +29,14 @@ struct CellValue {
 //
 // What a page calls `RecordCount`, `MoveFirst`, `Filter` and so on are the operations below. Column names
 // match without regard to case. Reading or writing a row on BOF, on EOF or on a deleted row raises error
-// 3021, an unknown column 3265. A value that does not fit the type of its column raises 13, one that does
-// not fit its size, or Null for a column that takes none, DataOverflow; the row is then as it was.
+// 3021, an unknown column 3265, any use of rows before open or after close 3704. A value converts to the
+// type of its column as Variant does; one that cannot raises 13, a number that an integer column does not
+// hold 6, a text longer than its column, or Null for a column that takes none, DataOverflow. The row is
+// then as it was; an addNew that fails adds none.
+//
+// While a loop runs over a view, its rows stand fast: a row that stops passing the filter, or was written
+// to in a column of the sort, leaves or moves only later (see View), and the next move goes on with the
+// row that stood behind it.
 class Recordset : public Object {
  public:
   // A table without columns that is not open yet: appendField, then open.
@@ -35,35 +44,41 @@ class Recordset : public Object {
   // An open, empty table of the given layout.
   static RecordsetRef create(std::span<const ColumnSpec> layout);
 
-  ~Recordset() override;
   std::string_view className() const override { return "Recordset"; }
 
   // ---- structure
   void appendField(std::string_view name, FieldType type, int size = 0, int attributes = 0);
   void open();
   void close();
-  bool isOpen() const;
+  bool isOpen() const { return view_.has_value(); }
   int fieldCount() const;
   std::string_view fieldName(Column column) const;
   FieldType fieldType(Column column) const;
   int fieldSize(Column column) const;
   bool fieldNullable(Column column) const;
   // Position of a column by name; error 3265 when the table has none of that name.
-  Column column(std::string_view name) const;
-  bool hasColumn(std::string_view name) const;
+  Column column(std::string_view name) const {
+    const int index = table_->find(name);
+    if (index < 0) failColumn(name);
+    return Column(index);
+  }
+  bool hasColumn(std::string_view name) const { return table_->find(name) >= 0; }
   // Kept because pages set it; 3, client side, is the only place where rows are.
-  int cursorLocation() const;
-  void setCursorLocation(int location);
+  int cursorLocation() const { return cursorLocation_; }
+  void setCursorLocation(int location) { cursorLocation_ = location; }
 
   // ---- position, inside the rows that pass the filter, in the order of the sort
-  int recordCount() const;  // rows that pass the filter
-  bool eof() const;
-  bool bof() const;
-  void moveFirst();
-  void moveLast();
-  void moveNext();
-  void movePrevious();
-  // A token of the current row, usable as long as the row exists and passes the filter.
+  int recordCount() const { return view().count(); }  // rows that pass the filter
+  // Behind the last row; before the first. Both are true when no row passes the filter.
+  bool eof() const { return view().atEnd(); }
+  bool bof() const { return view().atStart(); }
+  // Moves beyond either end stay there.
+  void moveFirst() { view().moveFirst(); }
+  void moveLast() { view().moveLast(); }
+  void moveNext() { view().moveNext(); }
+  void movePrevious() { view().movePrevious(); }
+  // A token of the current row, usable in every clone, as long as the row exists and passes the filter;
+  // assigning another raises 3021 and leaves the position as it was.
   Variant bookmark() const;
   void setBookmark(const Variant& bookmark);
 
@@ -71,27 +86,32 @@ class Recordset : public Object {
   // 0 or a filter text. Assigning moves to the first visible row; reading returns what was assigned.
   //
   //   filter     = either { "or" either }       either = both { "and" both }
-  //   comparison = column ( "=" | "<>" | ">" | "<" ) value
-  //   value      = number | 'text' | true | false | null
+  //   comparison = column ( "=" | "<>" | ">" | "<" | ">=" | "<=" ) value
+  //   value      = number | 'text' | #date# | true | false | null
   //
-  // A text that does not parse raises error 3001, which names the text, the position and the word; the
-  // filter then stays as it was.
+  // A blank text is no filter. A text that does not parse raises error 3001, which names the text, the
+  // position and the word; the filter then stays as it was.
   Variant filter() const;
   void setFilter(const Variant& filter);
   void setFilter(std::string_view text);
+  void setFilter(int none) { setFilter(Variant(none)); }
   void setFilter(const char* text) { setFilter(std::string_view(text)); }
   void setFilter(const std::string& text) { setFilter(std::string_view(text)); }
-  void clearFilter();
+  void clearFilter() {
+    filterAssigned_.reset();
+    view().clearFilter();
+  }
   // "column [desc], ...": ascending unless told; equal rows keep the order of insertion. The empty text
   // restores that order. Assigning keeps the filter and moves to the first visible row.
-  const std::string& sort() const;
-  void setSort(std::string_view text);
+  const std::string& sort() const { return view().sortText(); }
+  void setSort(std::string_view text) { view().setSort(text); }
   // A second view of the same rows, without filter and sort, on the first row.
   RecordsetRef clone() const;
 
   // ---- rows
-  // Appends a row and makes it current; it takes part in the view at the next move or assignment of
-  // filter or sort. Columns not named read Null, or 0, False, "" where they take no Null.
+  // Appends a row and makes it current. It takes part in the view at the next move or assignment of
+  // filter or sort, one made with its values at once; in the view of a clone at the clone's next
+  // assignment or moveFirst. Columns not named read Null, or 0, False, "" where they take no Null.
   void addNew();
   void addNew(std::initializer_list<CellValue> cells);
   void addNew(std::span<const Column> columns, std::span<const Variant> values);
@@ -105,14 +125,17 @@ class Recordset : public Object {
   void deleteVisibleRows();
 
   // ---- the current row
-  Variant value(Column column) const;
+  Variant value(Column column) const { return cells(column).read(currentRow()); }
   Variant value(std::string_view name) const { return value(column(name)); }
-  void setValue(Column column, const Variant& value);
+  void setValue(Column column, const Variant& value) {
+    cells(column);
+    table_->write(currentRow(), column.index, value);
+  }
   void setValue(std::string_view name, const Variant& newValue) { setValue(column(name), newValue); }
 
   // Typed reads. Null raises error 94 in integer, number and date; it reads False in flag and the empty
   // text in text.
-  bool isNull(Column column) const;
+  bool isNull(Column column) const { return !cells(column).present[currentRow()]; }
   std::int32_t integer(Column column) const;
   double number(Column column) const;
   bool flag(Column column) const;
@@ -127,9 +150,52 @@ class Recordset : public Object {
   bool isNull(std::string_view name) const { return isNull(column(name)); }
 
  private:
-  struct Impl;
-  explicit Recordset(std::unique_ptr<Impl> impl);
-  std::unique_ptr<Impl> impl_;
+  struct Key {};
+
+ public:
+  Recordset(Key, std::shared_ptr<Table> table) : table_(std::move(table)) {}
+
+ private:
+  View& view() {
+    if (!view_) failClosed();
+    return *view_;
+  }
+  const View& view() const { return const_cast<Recordset*>(this)->view(); }
+  const ColumnStore& cells(Column column) const {
+    if (static_cast<unsigned>(column.index) >= static_cast<unsigned>(table_->columnCount()))
+      failPosition(column);
+    return table_->column(column.index);
+  }
+  size_t currentRow() const {
+    const std::int32_t row = view().row();
+    if (row < 0) failNoRow();
+    return static_cast<size_t>(row);
+  }
+  template <class Fill>
+  void addRow(Fill fill);
+  [[noreturn]] void failClosed() const;
+  [[noreturn]] static void failNoRow();
+  [[noreturn]] static void failPosition(Column column);
+
+  std::shared_ptr<Table> table_;
+  std::optional<View> view_;  // while open
+  std::optional<std::string> filterAssigned_;
+  int cursorLocation_ = 3;
 };
+
+inline std::int32_t Recordset::integer(Column column) const {
+  const ColumnStore& store = cells(column);
+  const size_t row = currentRow();
+  if (store.storage == Storage::Integer && store.present[row]) return store.integers[row];
+  return store.read(row).toLong();
+}
+
+inline double Recordset::number(Column column) const {
+  const ColumnStore& store = cells(column);
+  const size_t row = currentRow();
+  if (store.storage == Storage::Number && store.present[row]) return store.numbers[row];
+  if (store.storage == Storage::Integer && store.present[row]) return store.integers[row];
+  return store.read(row).toDouble();
+}
 
 }  // namespace ondrel

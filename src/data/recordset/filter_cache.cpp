@@ -1,0 +1,93 @@
+#include "data/recordset/filter_cache.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace ondrel {
+namespace {
+
+size_t literalEnd(std::string_view filter, size_t position, FilterWord word) {
+  switch (word) {
+    case FilterWord::Number:
+      return numberEnd(filter, position);
+    case FilterWord::Text:
+      return quotedEnd(filter, position);
+    default: {
+      const bool opened = position < filter.size() && filter[position] == '#';
+      const size_t end = opened ? filter.find('#', position + 1) : std::string_view::npos;
+      return end == std::string_view::npos ? position : end + 1;
+    }
+  }
+}
+
+// The text with each literal replaced by a character that no filter has.
+std::string shapeText(std::string_view filter, const std::vector<FilterToken>& tokens) {
+  std::string shape;
+  size_t copied = 0;
+  for (const FilterToken& token : tokens) {
+    if (!token.isLiteral()) continue;
+    shape += filter.substr(copied, token.position - copied);
+    shape += static_cast<char>(token.word);
+    copied = token.position + token.text.size();
+  }
+  return shape += filter.substr(copied);
+}
+
+std::unique_ptr<FilterShape> makeShape(std::string_view filter, const std::vector<FilterToken>& tokens,
+                                       const Table& table) {
+  auto shape = std::make_unique<FilterShape>();
+  size_t copied = 0;
+  for (const FilterToken& token : tokens) {
+    if (!token.isLiteral()) continue;
+    shape->pieces.emplace_back(filter.substr(copied, token.position - copied));
+    shape->literals.push_back(token.word);
+    copied = token.position + token.text.size();
+  }
+  shape->pieces.emplace_back(filter.substr(copied));
+  shape->expression = parseFilter(filter, tokens, table);
+  return shape;
+}
+
+size_t startHash(std::string_view filter) {
+  std::uint64_t start = 0;
+  std::memcpy(&start, filter.data(), std::min(filter.size(), sizeof start));
+  return (start * 0x9E3779B97F4A7C15) >> 59;
+}
+
+}  // namespace
+
+bool FilterShape::matches(std::string_view filter, std::vector<std::string_view>& values) const {
+  values.clear();
+  size_t position = 0;
+  for (size_t k = 0;; ++k) {
+    const std::string& piece = pieces[k];
+    if (filter.size() - position < piece.size() ||
+        std::memcmp(filter.data() + position, piece.data(), piece.size()) != 0)
+      return false;
+    position += piece.size();
+    if (k == literals.size()) return position == filter.size();
+    const size_t end = literalEnd(filter, position, literals[k]);
+    if (end == position) return false;
+    values.push_back(filter.substr(position, end - position));
+    position = end;
+  }
+}
+
+const FilterShape& FilterCache::shapeOf(std::string_view filter, const Table& table,
+                                        std::vector<std::string_view>& values) {
+  const FilterShape*& latest = latest_[startHash(filter)];
+  if (latest && latest->matches(filter, values)) return *latest;
+
+  const std::vector<FilterToken> tokens = filterTokens(filter);
+  values.clear();
+  for (const FilterToken& token : tokens)
+    if (token.isLiteral()) values.push_back(token.text);
+  std::string text = shapeText(filter, tokens);
+  auto known = shapes_.find(text);
+  if (known == shapes_.end())
+    known = shapes_.emplace(std::move(text), makeShape(filter, tokens, table)).first;
+  latest = known->second.get();
+  return *latest;
+}
+
+}  // namespace ondrel

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "data/recordset/filter_tokens.h"
+
+namespace ondrel {
+
+class Table;
+
+enum class FilterAction : std::uint8_t { Compare, TestMissing, TestPresent, Nothing, And, Or };
+
+// One step of a filter in postfix order. Compare and the tests put a result on a stack, And and Or
+// join the two topmost.
+struct FilterStep {
+  FilterAction action = FilterAction::Nothing;
+  FilterWord comparison = FilterWord::Equal;
+  int column = 0;
+  FilterWord value = FilterWord::Number;  // kind of value that a Compare has: Number, Text, Date, True, False
+  size_t literal = 0;                     // which literal of the text it is, when it is one
+};
+
+struct FilterExpression {
+  std::vector<FilterStep> steps;
+  size_t depth = 0;  // results on the stack at one time, at most
+};
+
+// Parses the words of a filter on the columns of a table:
+//
+//   either     = both { "or" both }
+//   both       = term { "and" term }
+//   term       = "(" either ")" | column comparison value
+//   comparison = "=" | "<>" | "<" | ">" | "<=" | ">="
+//   value      = number | 'text' | #date# | true | false | null
+//
+// Error 3001 at a word that does not fit, 3265 for a column that the table does not have.
+FilterExpression parseFilter(std::string_view filter, const std::vector<FilterToken>& tokens,
+                             const Table& table);
+
+}  // namespace ondrel

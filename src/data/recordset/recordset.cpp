@@ -1,0 +1,201 @@
+#include "data/recordset/recordset.h"
+
+#include <fmt/format.h>
+
+#include <cassert>
+
+#include "base/text.h"
+
+namespace ondrel {
+
+RecordsetRef Recordset::create() {
+  return std::make_shared<Recordset>(Key(), std::make_shared<Table>());
+}
+
+RecordsetRef Recordset::create(std::span<const ColumnSpec> layout) {
+  RecordsetRef result = create();
+  for (const ColumnSpec& column : layout)
+    result->table_->addColumn(column.name, column.type, column.size, column.nullable);
+  result->open();
+  return result;
+}
+
+void Recordset::appendField(std::string_view name, FieldType type, int size, int attributes) {
+  if (isOpen())
+    throw Error(ErrorNumber::ObjectOpen, "Recordset", "Columns are added before the table is opened");
+  table_->addColumn(name, type, size, (attributes & kNullableColumn) != 0);
+}
+
+void Recordset::open() {
+  if (isOpen()) throw Error(ErrorNumber::ObjectOpen, "Recordset", "The table is open already");
+  view_.emplace(table_);
+}
+
+void Recordset::close() {
+  if (!isOpen()) failClosed();
+  view_.reset();
+  table_ = std::make_shared<Table>();
+  filterAssigned_.reset();
+}
+
+int Recordset::fieldCount() const {
+  return table_->columnCount();
+}
+std::string_view Recordset::fieldName(Column column) const {
+  return cells(column).name;
+}
+FieldType Recordset::fieldType(Column column) const {
+  return cells(column).type;
+}
+int Recordset::fieldSize(Column column) const {
+  return cells(column).size;
+}
+bool Recordset::fieldNullable(Column column) const {
+  return cells(column).nullable;
+}
+
+Variant Recordset::bookmark() const {
+  return table_->serial(currentRow());
+}
+
+void Recordset::setBookmark(const Variant& bookmark) {
+  View& rows = view();
+  const auto row = table_->rowOfSerial(bookmark.toLong());
+  if (!row || !rows.moveTo(*row))
+    throw Error(ErrorNumber::NoCurrentRecord, "Recordset", "The row of the bookmark is not in the view");
+}
+
+Variant Recordset::filter() const {
+  if (!filterAssigned_) return 0;
+  return *filterAssigned_;
+}
+
+void Recordset::setFilter(const Variant& filter) {
+  if (filter.isText()) return setFilter(std::string_view(filter.text()));
+  if (filter.isNull() || filter.toDouble() != 0)
+    throw Error(ErrorNumber::InvalidArgument, "Recordset", "A filter is 0 or a text");
+  clearFilter();
+}
+
+void Recordset::setFilter(std::string_view text) {
+  if (trim(text).empty())
+    view().clearFilter();
+  else
+    view().setFilter(text);
+  filterAssigned_ = text;
+}
+
+RecordsetRef Recordset::clone() const {
+  view();
+  RecordsetRef result = std::make_shared<Recordset>(Key(), table_);
+  result->open();
+  return result;
+}
+
+template <class Fill>
+void Recordset::addRow(Fill fill) {
+  View& rows = view();
+  const size_t row = table_->prepareRow();
+  try {
+    fill();
+  } catch (...) {
+    table_->abandonRow();
+    throw;
+  }
+  table_->completeRow(&rows);
+  rows.moveToNew(row);
+}
+
+void Recordset::addNew() {
+  addRow([] {});
+}
+
+void Recordset::addNew(std::initializer_list<CellValue> values) {
+  addRow([&] {
+    for (const CellValue& cell : values) {
+      cells(cell.column);
+      table_->writePrepared(cell.column.index, cell.value);
+    }
+  });
+  view().settle();
+}
+
+void Recordset::addNew(std::span<const Column> columns, std::span<const Variant> values) {
+  assert(columns.size() == values.size());
+  addRow([&] {
+    for (size_t k = 0; k < columns.size(); ++k) {
+      cells(columns[k]);
+      table_->writePrepared(columns[k].index, values[k]);
+    }
+  });
+  view().settle();
+}
+
+void Recordset::addNew(std::span<const std::string> names, std::span<const Variant> values) {
+  if (names.size() != values.size())
+    throw Error(ErrorNumber::InvalidArgument, "Recordset",
+                fmt::format("A new row with {} names and {} values", names.size(), values.size()));
+  addRow([&] {
+    for (size_t k = 0; k < names.size(); ++k) table_->writePrepared(column(names[k]).index, values[k]);
+  });
+  view().settle();
+}
+
+void Recordset::appendRow(std::span<const Variant> values) {
+  assert(static_cast<int>(values.size()) == fieldCount());
+  view();
+  table_->prepareRow();
+  try {
+    for (int index = 0; index < fieldCount(); ++index)
+      table_->writePrepared(index, values[static_cast<size_t>(index)]);
+  } catch (...) {
+    table_->abandonRow();
+    throw;
+  }
+  table_->completeRow(nullptr);
+}
+
+void Recordset::deleteRow() {
+  table_->removeRow(currentRow());
+}
+
+void Recordset::deleteVisibleRows() {
+  view().removeShown();
+}
+
+bool Recordset::flag(Column column) const {
+  const ColumnStore& store = cells(column);
+  const size_t row = currentRow();
+  if (!store.present[row]) return false;
+  return store.storage == Storage::Flag ? store.flags[row] != 0 : store.read(row).toBoolean();
+}
+
+Date Recordset::date(Column column) const {
+  const ColumnStore& store = cells(column);
+  const size_t row = currentRow();
+  if (store.storage == Storage::Date && store.present[row]) return Date(store.numbers[row]);
+  return store.read(row).toDate();
+}
+
+std::string Recordset::text(Column column) const {
+  const ColumnStore& store = cells(column);
+  const size_t row = currentRow();
+  if (!store.present[row]) return {};
+  return store.storage == Storage::Text ? store.texts[row] : store.read(row).toText();
+}
+
+void Recordset::failClosed() const {
+  throw Error(ErrorNumber::ObjectClosed, "Recordset", "The table is not open");
+}
+
+void Recordset::failNoRow() {
+  throw Error(ErrorNumber::NoCurrentRecord, "Recordset",
+              "There is no current row: BOF, EOF or a deleted row");
+}
+
+void Recordset::failPosition(Column column) {
+  throw Error(ErrorNumber::ItemNotFound, "Recordset",
+              fmt::format("The table has no column at position {}", column.index));
+}
+
+}  // namespace ondrel

@@ -1,0 +1,83 @@
+#include "data/recordset/sort_order.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "base/text.h"
+
+namespace ondrel {
+namespace {
+
+template <class Value>
+int order(Value a, Value b) {
+  return (a > b) - (a < b);
+}
+
+int compareCells(const ColumnStore& column, size_t a, size_t b) {
+  if (!column.present[a] || !column.present[b]) return order(column.present[a], column.present[b]);
+  switch (column.storage) {
+    case Storage::Integer:
+      return order(column.integers[a], column.integers[b]);
+    case Storage::Number:
+    case Storage::Date:
+      return order(column.numbers[a], column.numbers[b]);
+    case Storage::Flag:
+      return order(column.flags[a], column.flags[b]);
+    case Storage::Text:
+      break;
+  }
+  return compareIgnoringCase(column.texts[a], column.texts[b]);
+}
+
+[[noreturn]] void failSort(std::string_view text, std::string_view word) {
+  throw Error(ErrorNumber::InvalidArgument, "Recordset",
+              fmt::format("Sort \"{}\" is not understood at \"{}\"", text, word));
+}
+
+// The name and the direction of one entry; the name in brackets may have blanks.
+std::pair<std::string_view, std::string_view> splitEntry(std::string_view entry) {
+  if (entry.starts_with('[')) {
+    const size_t end = entry.find(']');
+    if (end != std::string_view::npos) return {entry.substr(1, end - 1), trim(entry.substr(end + 1))};
+  }
+  const size_t end = std::min(entry.find(' '), entry.size());
+  return {entry.substr(0, end), trim(entry.substr(end))};
+}
+
+}  // namespace
+
+void SortOrder::set(std::string_view text, const Table& table) {
+  std::vector<Key> keys;
+  std::uint64_t columns = 0;
+  for (std::string_view rest = trim(text); !rest.empty();) {
+    const size_t comma = std::min(rest.find(','), rest.size());
+    const auto [name, direction] = splitEntry(trim(rest.substr(0, comma)));
+    const bool descending = equalsIgnoringCase(direction, "desc");
+    if (name.empty() || !(descending || direction.empty() || equalsIgnoringCase(direction, "asc")))
+      failSort(text, direction.empty() ? rest : direction);
+    const int column = table.find(name);
+    if (column < 0) failColumn(name);
+    keys.push_back({column, descending});
+    columns |= std::uint64_t{1} << (column % 64);
+    rest.remove_prefix(std::min(comma + 1, rest.size()));
+  }
+  text_ = text;
+  keys_ = std::move(keys);
+  columns_ = columns;
+}
+
+bool SortOrder::comesBefore(const Table& table, std::int32_t a, std::int32_t b) const {
+  for (const Key& key : keys_) {
+    const int order = compareCells(table.column(key.column), static_cast<size_t>(a), static_cast<size_t>(b));
+    if (order != 0) return (order < 0) != key.descending;
+  }
+  return a < b;
+}
+
+void SortOrder::sort(const Table& table, std::span<std::int32_t> rows) const {
+  std::sort(rows.begin(), rows.end(),
+            [&](std::int32_t a, std::int32_t b) { return comesBefore(table, a, b); });
+}
+
+}  // namespace ondrel

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "data/recordset/column_store.h"
+#include "data/recordset/filter_cache.h"
+
+namespace ondrel {
+
+class View;
+
+// Error 3265 that names the column.
+[[noreturn]] void failColumn(std::string_view name);
+
+// Columns and rows that any number of views share. A row is told by its place in the columns; places
+// follow the order of insertion. A deleted row keeps its place, marked in alive(), until room is needed.
+class Table {
+ public:
+  // Rows are worked on in blocks: places come in multiples of this, those behind the last row unused.
+  static constexpr size_t kBlock = 16;
+
+  void addColumn(std::string_view name, FieldType type, int size, bool nullable);
+  int columnCount() const { return static_cast<int>(columns_.size()); }
+  const ColumnStore& column(int index) const { return columns_[static_cast<size_t>(index)]; }
+  // Position of a column by name without regard to case; -1 when there is none.
+  int find(std::string_view name) const;
+
+  // Places in use, deleted rows included.
+  size_t places() const { return places_; }
+  size_t blocks() const { return (places_ + kBlock - 1) / kBlock; }
+  bool hasGaps() const { return dead_ > 0; }
+  // 1 for each place with a row, 0 for the others, up to the end of the last block.
+  const std::uint8_t* alive() const { return alive_.data(); }
+
+  // A row is made in two steps, so that one whose values do not fit never becomes part of the table:
+  // the place that the next row will take, to be written to, and its completion.
+  size_t prepareRow();
+  void completeRow(const View* maker);
+  void abandonRow();
+  void removeRow(size_t row);
+  void write(size_t row, int column, const Variant& value);
+  // For the place that prepareRow gave.
+  void writePrepared(int column, const Variant& value) {
+    columns_[static_cast<size_t>(column)].write(places_, value);
+  }
+
+  // The number that a row keeps for as long as it exists.
+  std::int32_t serial(size_t row) const { return serials_[row]; }
+  std::optional<size_t> rowOfSerial(std::int32_t serial) const;
+
+  void attach(View* view) { views_.push_back(view); }
+  void detach(View* view) { std::erase(views_, view); }
+
+  FilterCache& filters() { return filters_; }
+
+ private:
+  void makeRoom();
+  void dropGaps();
+  void resize(size_t places);
+
+  std::vector<ColumnStore> columns_;
+  std::vector<std::int16_t> names_;  // open addressing: column by hash of its name, -1 where free
+  std::vector<std::uint8_t> alive_;
+  std::vector<std::int32_t> serials_;
+  std::vector<View*> views_;
+  size_t places_ = 0;
+  size_t dead_ = 0;
+  std::int32_t lastSerial_ = 0;
+  FilterCache filters_;
+};
+
+}  // namespace ondrel

@@ -1,0 +1,411 @@
+#include "data/recordset/recordset.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+
+namespace ondrel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+enum Lines {
+  lineNumber,
+  parentLineNumber,
+  deptId,
+  itemType,
+  itemName,
+  quantity,
+  unitPrice,
+  redo,
+  heatSeal,
+  dueDate
+};
+
+// clang-format off
+constexpr std::array<ColumnSpec, 10> kLines = {{
+    {"lineNumber",       FieldType::Long},
+    {"parentLineNumber", FieldType::Long},
+    {"deptId",           FieldType::Long,     0, true},
+    {"itemType",         FieldType::Text,    20},
+    {"itemName",         FieldType::Text,     8, true},
+    {"quantity",         FieldType::Long,     0, true},
+    {"unitPrice",        FieldType::Double},
+    {"redo",             FieldType::Boolean},
+    {"heatSeal",         FieldType::Text,    20},
+    {"dueDate",          FieldType::Date,     0, true},
+}};
+// clang-format on
+
+// | line | parent | type | name   | pieces | dept |
+// | 1    | -1     | IT   | Shirt  | 2      | 1    |
+// | 2    | 1      | UP   | Starch | 2      | 1    |
+// | 3    | -1     | IT   | Pants  | 1      | 2    |
+// | 4    | 3      | CO   | Blue   | 1      | 2    |
+// | 5    | -1     | AC   | Null   | Null   | Null |
+RecordsetRef ticket() {
+  RecordsetRef rs = Recordset::create(kLines);
+  rs->addNew({{lineNumber, 1},
+              {parentLineNumber, -1},
+              {itemType, "IT"},
+              {itemName, "Shirt"},
+              {quantity, 2},
+              {deptId, 1}});
+  rs->addNew({{lineNumber, 2},
+              {parentLineNumber, 1},
+              {itemType, "UP"},
+              {itemName, "Starch"},
+              {quantity, 2},
+              {deptId, 1}});
+  rs->addNew({{lineNumber, 3},
+              {parentLineNumber, -1},
+              {itemType, "IT"},
+              {itemName, "Pants"},
+              {quantity, 1},
+              {deptId, 2}});
+  rs->addNew({{lineNumber, 4},
+              {parentLineNumber, 3},
+              {itemType, "CO"},
+              {itemName, "Blue"},
+              {quantity, 1},
+              {deptId, 2}});
+  rs->addNew({{lineNumber, 5}, {parentLineNumber, -1}, {itemType, "AC"}});
+  rs->setFilter(0);
+  return rs;
+}
+
+// Line numbers from the current row to the end.
+std::vector<int> rest(Recordset& rs) {
+  std::vector<int> lines;
+  for (; !rs.eof(); rs.moveNext()) lines.push_back(rs.integer(lineNumber));
+  return lines;
+}
+
+std::vector<int> shown(Recordset& rs, const Variant& filter) {
+  rs.setFilter(filter);
+  return rest(rs);
+}
+
+int errorOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return error.number();
+  }
+  return 0;
+}
+
+TEST(Recordset, BuiltFieldByFieldAsPagesDo) {
+  RecordsetRef rs = Recordset::create();
+  rs->appendField("discountId", FieldType::Long);
+  rs->appendField("discountName", FieldType::Text, 50, kNullableColumn);
+  EXPECT_EQ(errorOf([&] { rs->recordCount(); }), 3704);
+  rs->setCursorLocation(3);
+  rs->open();
+  EXPECT_EQ(errorOf([&] { rs->appendField("late", FieldType::Long); }), 3705);
+  EXPECT_TRUE(rs->eof() && rs->bof());
+  EXPECT_EQ(rs->recordCount(), 0);
+  EXPECT_EQ(errorOf([&] { rs->value("discountId"); }), 3021);
+
+  rs->addNew();
+  rs->setValue("DISCOUNTID", "7");
+  EXPECT_EQ(rs->integer("DiscountID"), 7);
+  EXPECT_TRUE(rs->isNull("discountname"));
+  EXPECT_EQ(errorOf([&] { rs->value("discount"); }), 3265);
+  EXPECT_EQ(errorOf([&] { rs->value(Column(2)); }), 3265);
+  EXPECT_EQ(rs->fieldName(Column(1)), "discountName");
+  EXPECT_EQ(rs->fieldSize(Column(1)), 50);
+  EXPECT_TRUE(rs->fieldNullable(Column(1)));
+  rs->close();
+  EXPECT_EQ(errorOf([&] { rs->moveFirst(); }), 3704);
+}
+
+TEST(Recordset, UnnamedColumnsOfANewRow) {
+  RecordsetRef rs = Recordset::create(kLines);
+  rs->addNew({{lineNumber, 1}});
+  EXPECT_TRUE(rs->isNull(deptId) && rs->isNull(itemName) && rs->isNull(dueDate));
+  EXPECT_TRUE(rs->value(unitPrice).identicalTo(0.0));
+  EXPECT_TRUE(rs->value(redo).identicalTo(false));
+  EXPECT_TRUE(rs->value(heatSeal).identicalTo(""));
+  EXPECT_THAT(shown(*rs, "heatSeal = ''"), ElementsAre(1));
+}
+
+TEST(Recordset, ValuesTakeTheTypeOfTheirColumn) {
+  RecordsetRef rs = ticket();
+  const Variant noon = Date::of(2026, 11, 24, 12);
+  const struct {
+    Lines column;
+    Variant written, read;
+    int error;
+  } cases[] = {
+      {quantity, "12", 12, 0},
+      {quantity, 2.5, 2, 0},
+      {quantity, "many", {}, 13},
+      {quantity, 3e9, {}, 6},
+      {quantity, Variant::null(), Variant::null(), 0},
+      {lineNumber, Variant::null(), {}, -2147217887},
+      {unitPrice, "1,234.5", 1234.5, 0},
+      {redo, -1, true, 0},
+      {redo, "false", false, 0},
+      {dueDate, "11/24/2026 12:00:00 PM", noon, 0},
+      {dueDate, "soon", {}, 13},
+      {itemName, 12, "12", 0},
+      {itemName,
+       "Gr\xC3\xBC\xC3\x9F"
+       "e 12",
+       "Gr\xC3\xBC\xC3\x9F"
+       "e 12",
+       0},  // 8 characters, 10 bytes
+      {itemName, "Overcoats", {}, -2147217887},
+  };
+  for (const auto& [column, written, read, error] : cases) {
+    const Variant before = rs->value(column);
+    EXPECT_EQ(errorOf([&] { rs->setValue(column, written); }), error) << column;
+    EXPECT_TRUE(rs->value(column).identicalTo(error == 0 ? read : before))
+        << column << " " << rs->text(column);
+  }
+}
+
+TEST(Recordset, AddNewThatFailsAddsNothing) {
+  RecordsetRef rs = ticket();
+  rs->moveLast();
+  const Variant failing[] = {9, "far too long a name"};
+  const Column columns[] = {lineNumber, itemName};
+  EXPECT_NE(errorOf([&] { rs->addNew(columns, failing); }), 0);
+  EXPECT_EQ(rs->integer(lineNumber), 5);
+  EXPECT_EQ(rs->recordCount(), 5);
+  rs->addNew();
+  EXPECT_EQ(rs->integer(lineNumber), 0);
+}
+
+TEST(Recordset, NewRowJoinsTheViewAtTheNextMove) {
+  RecordsetRef rs = ticket();
+  rs->setFilter("itemType='IT'");
+  rs->addNew();
+  EXPECT_EQ(rs->recordCount(), 2);
+  rs->setValue(lineNumber, 6);
+  rs->setValue(itemType, "it");
+  rs->moveFirst();
+  EXPECT_EQ(rs->recordCount(), 3);
+  EXPECT_THAT(rest(*rs), ElementsAre(1, 3, 6));
+
+  rs->addNew({{lineNumber, 7}, {itemType, "UP"}});
+  EXPECT_EQ(rs->integer(lineNumber), 7);
+  EXPECT_EQ(rs->recordCount(), 3);
+  rs->moveNext();
+  EXPECT_TRUE(rs->eof());
+  EXPECT_THAT(shown(*rs, 0), ElementsAre(1, 2, 3, 4, 5, 6, 7));
+}
+
+TEST(Recordset, NewRowTakesItsPlaceInTheSort) {
+  RecordsetRef rs = ticket();
+  rs->setSort("quantity DESC");
+  rs->addNew({{lineNumber, 6}, {itemType, "IT"}, {quantity, 2}});
+  rs->moveNext();
+  EXPECT_THAT(rest(*rs), ElementsAre(3, 4, 5));
+  rs->moveFirst();
+  EXPECT_THAT(rest(*rs), ElementsAre(1, 2, 6, 3, 4, 5));
+}
+
+TEST(Recordset, RowsLeaveWhileALoopRuns) {
+  for (const bool sorted : {false, true}) {
+    RecordsetRef rs = ticket();
+    if (sorted) rs->setSort("quantity");
+    rs->setFilter("quantity > 0");
+    std::vector<int> visited;
+    while (!rs->eof() && !rs->bof()) {
+      visited.push_back(rs->integer(lineNumber));
+      rs->setValue(quantity, 0);
+      EXPECT_EQ(rs->integer(quantity), 0);
+      rs->moveNext();
+    }
+    if (sorted)
+      EXPECT_THAT(visited, ElementsAre(3, 4, 1, 2));
+    else
+      EXPECT_THAT(visited, ElementsAre(1, 2, 3, 4));
+    EXPECT_EQ(rs->recordCount(), 0);
+    EXPECT_THAT(shown(*rs, "quantity=0"), testing::SizeIs(4));
+  }
+}
+
+TEST(Recordset, RowThatLeavesAndComesBackBeforeTheMoveStays) {
+  RecordsetRef rs = ticket();
+  rs->setFilter("itemType='IT'");
+  rs->setValue(itemType, "XX");
+  rs->setValue(itemType, "IT");
+  rs->moveNext();
+  EXPECT_EQ(rs->integer(lineNumber), 3);
+  rs->setValue(itemType, "XX");
+  rs->movePrevious();
+  EXPECT_EQ(rs->integer(lineNumber), 1);
+  EXPECT_EQ(rs->recordCount(), 1);
+}
+
+TEST(Recordset, DeleteInsideALoopSkipsNothing) {
+  RecordsetRef rs = ticket();
+  std::vector<int> visited;
+  for (; !rs->eof(); rs->moveNext()) {
+    visited.push_back(rs->integer(lineNumber));
+    if (visited.back() % 2 == 0) continue;
+    rs->deleteRow();
+    EXPECT_EQ(errorOf([&] { rs->value(lineNumber); }), 3021);
+    EXPECT_EQ(errorOf([&] { rs->deleteRow(); }), 3021);
+    EXPECT_FALSE(rs->eof() || rs->bof());
+  }
+  EXPECT_THAT(visited, ElementsAre(1, 2, 3, 4, 5));
+  EXPECT_THAT(shown(*rs, 0), ElementsAre(2, 4));
+  rs->setFilter("lineNumber>2");
+  rs->deleteRow();
+  EXPECT_TRUE(rs->eof() && rs->bof());
+  rs->moveNext();
+  EXPECT_TRUE(rs->eof());
+  EXPECT_THAT(shown(*rs, 0), ElementsAre(2));
+}
+
+TEST(Recordset, DeleteVisibleRowsKeepsTheOthers) {
+  RecordsetRef rs = ticket();
+  rs->setFilter("parentLineNumber > 0");
+  rs->deleteVisibleRows();
+  EXPECT_TRUE(rs->eof() && rs->bof());
+  EXPECT_THAT(shown(*rs, 0), ElementsAre(1, 3, 5));
+}
+
+TEST(Recordset, RowsDeletedAndAddedManyTimesKeepOrderAndBookmarks) {
+  RecordsetRef rs = ticket();
+  rs->moveLast();
+  const Variant charge = rs->bookmark();
+  RecordsetRef walker = rs->clone();
+  walker->moveNext();
+  for (int round = 0; round < 100; ++round) {
+    rs->addNew({{lineNumber, 100 + round}, {itemType, "TA"}});
+    rs->addNew({{lineNumber, 300 + round}, {itemType, "SU"}});
+    rs->setFilter("itemType='TA'");
+    rs->deleteVisibleRows();
+  }
+  EXPECT_EQ(walker->integer(lineNumber), 2);
+  walker->moveNext();
+  EXPECT_EQ(walker->integer(lineNumber), 3);
+  rs->setFilter(0);
+  rs->setBookmark(charge);
+  EXPECT_EQ(rs->integer(lineNumber), 5);
+  rs->moveNext();
+  EXPECT_EQ(rs->integer(lineNumber), 300);
+  rs->moveLast();
+  EXPECT_EQ(rs->integer(lineNumber), 399);
+  EXPECT_EQ(rs->recordCount(), 105);
+}
+
+TEST(Recordset, ClonesShareRowsOnly) {
+  RecordsetRef rs = ticket();
+  rs->setFilter("itemType='IT'");
+  rs->moveNext();
+  RecordsetRef clone = rs->clone();
+  EXPECT_TRUE(clone->filter().identicalTo(0));
+  EXPECT_EQ(clone->integer(lineNumber), 1);
+  EXPECT_THAT(shown(*clone, "parentLineNumber = 3"), ElementsAre(4));
+  EXPECT_EQ(rs->integer(lineNumber), 3);
+
+  clone->addNew({{lineNumber, 6}, {itemType, "IT"}});
+  EXPECT_EQ(rs->recordCount(), 2);
+  clone->setFilter("lineNumber=3");
+  clone->deleteRow();
+  EXPECT_EQ(errorOf([&] { rs->value(lineNumber); }), 3021);
+  rs->moveNext();
+  EXPECT_TRUE(rs->eof());
+  EXPECT_THAT(shown(*rs, "itemType='IT'"), ElementsAre(1, 6));
+
+  rs->moveFirst();
+  clone->setFilter("lineNumber=1");
+  clone->setValue(itemType, "XX");
+  EXPECT_EQ(rs->integer(lineNumber), 1);
+  rs->moveNext();
+  EXPECT_EQ(rs->integer(lineNumber), 6);
+  EXPECT_EQ(rs->recordCount(), 1);
+  rs.reset();
+  EXPECT_THAT(shown(*clone, 0), ElementsAre(1, 2, 4, 5, 6));
+}
+
+TEST(Recordset, FilterAndSortAreSavedAndPutBack) {
+  RecordsetRef rs = ticket();
+  rs->setFilter("itemType='IT' OR itemType='AC'");
+  rs->setSort("lineNumber desc");
+  rs->moveNext();
+  const Variant filter = rs->filter(), mark = rs->bookmark();
+  const std::string sort = rs->sort();
+
+  rs->setFilter("parentLineNumber = 3");
+  rs->setSort("");
+  rs->addNew({{lineNumber, 6}, {itemType, "UP"}});
+
+  rs->setFilter(filter);
+  rs->setSort(sort);
+  EXPECT_EQ(rs->integer(lineNumber), 5);
+  EXPECT_THAT(rest(*rs), ElementsAre(5, 3, 1));
+  rs->setBookmark(mark);
+  EXPECT_EQ(rs->integer(lineNumber), 3);
+  rs->movePrevious();
+  rs->movePrevious();
+  EXPECT_TRUE(rs->bof());
+
+  rs->setFilter("lineNumber=1");
+  EXPECT_EQ(errorOf([&] { rs->setBookmark(mark); }), 3021);
+  EXPECT_EQ(rs->integer(lineNumber), 1);
+  rs->clearFilter();
+  rs->setBookmark(mark);
+  rs->deleteRow();
+  EXPECT_EQ(errorOf([&] { rs->setBookmark(mark); }), 3021);
+  EXPECT_TRUE(rs->filter().identicalTo(0));
+}
+
+TEST(Recordset, SortForms) {
+  const struct {
+    const char* sort;
+    std::vector<int> lines;
+  } cases[] = {
+      {"lineNumber desc", {5, 4, 3, 2, 1}},
+      {"quantity", {5, 3, 4, 1, 2}},
+      {"quantity DESC", {1, 2, 3, 4, 5}},
+      {"ITEMNAME", {5, 4, 3, 1, 2}},
+      {"deptid Desc , lineNumber desc", {4, 3, 2, 1, 5}},
+      {"", {1, 2, 3, 4, 5}},
+  };
+  RecordsetRef rs = ticket();
+  for (const auto& [sort, lines] : cases) {
+    rs->setSort(sort);
+    EXPECT_EQ(rest(*rs), lines) << sort;
+  }
+  rs->setSort("quantity");
+  EXPECT_EQ(errorOf([&] { rs->setSort("pieces"); }), 3265);
+  EXPECT_EQ(errorOf([&] { rs->setSort("quantity downwards"); }), 3001);
+  EXPECT_EQ(rs->sort(), "quantity");
+}
+
+// A walk over sorted rows that changes the sort column meets every row once.
+TEST(Recordset, SortColumnWrittenInsideALoop) {
+  RecordsetRef rs = ticket();
+  rs->setFilter("quantity > 0");
+  rs->setSort("quantity");
+  std::vector<int> visited;
+  for (; !rs->eof() && visited.size() < 10; rs->moveNext()) {
+    visited.push_back(rs->integer(lineNumber));
+    rs->setValue(quantity, rs->integer(quantity) * 10);
+  }
+  EXPECT_THAT(visited, ElementsAre(3, 4, 1, 2));
+}
+
+TEST(Recordset, RowsFilledInBulkShowFromMoveFirst) {
+  RecordsetRef rs = Recordset::create(std::span(kLines).first(3));
+  const Variant row[] = {1, -1, Variant::null()};
+  rs->appendRow(row);
+  rs->appendRow(row);
+  rs->moveFirst();
+  EXPECT_EQ(rs->recordCount(), 2);
+  EXPECT_TRUE(rs->isNull(deptId));
+  EXPECT_EQ(errorOf([&] { rs->integer(deptId); }), 94);
+}
+
+}  // namespace
+}  // namespace ondrel
