@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,8 @@
 #include "invoice/line_columns.h"
 
 namespace ondrel {
+
+class StoredLines;
 
 // A ticket being written or edited: one table of lines and the operations of the counter on it.
 //
@@ -57,7 +60,9 @@ class Invoice : public Object {
   bool hasCleared = false;
   std::string addOrEdit;  // page mode: "add" or "edit"
   bool excludeTaxes = false, excludeSurcharges = false, invoiceOnDelivery = false;
-  DictionaryRef preferences;
+  // Preference types of the store: the value in force, shared with the children of a split, and the name.
+  DictionaryRef preferences = std::make_shared<Dictionary>();
+  DictionaryRef preferenceNames = std::make_shared<Dictionary>();
   bool groupSimilarItems = false;  // the store's setting to merge like lines
   std::int32_t selectedLineNumber = 0;
   bool garmentSearch = false;
@@ -224,7 +229,53 @@ class Invoice : public Object {
   Variant getNewHeatSealCount();
   // The first seal that is still waiting for a garment, Empty when none is.
   Variant getSelectedHeatSeal();
+  // Whether the seal may go on a garment of this invoice. `message` takes what is wrong.
+  Variant isHeatSealValid(Variant& heatSeal, Variant& message);
+  // Gives the line a seal. Errors are swallowed; the filter stays on the line.
+  Variant setLineHeatSeal(const Variant& lineNumber, Variant& heatSeal);
+  // As setLineHeatSeal with a waiting seal, which waits no longer. Errors pass, the filter is cleared.
   void addHeatSeal(const Variant& lineNumber, Variant& heatSeal);
+  // Takes the seal off the first sealed line alone; the filter stays on the sealed lines.
+  void clearHeatSeals();
+  Variant getHeatSealCount();
+  // Whether a line that requires a seal has none.
+  Variant isMissingHeatSeals();
+  // Colours, patterns, brands and upcharges of a garment in words.
+  Variant getDescriptorText(Variant& lineNumber);
+  // Draws tag numbers for the ticket and for each that was split off it, unless the page brought its own.
+  // `printTagsForHeatSeals` has no effect. An error leaves the transaction open.
+  void insertTagsForTicket(const Variant& printTagsForHeatSeals);
+
+  // ---------------------------------------------------------------- preferences (lifecycle/preferences.cpp)
+  // Reads the customer's exemptions and the value of every preference type: of this ticket, else the
+  // standing one, else the default. An empty ticket or customer counts as none.
+  Variant loadCustomerPreferences(Variant& CustomerSeq, Variant& ticketNumber);
+  // For this ticket; written by the next save.
+  Variant setCustomerPreference(Variant& preferenceTypeID, Variant& value);
+  // An unknown name is ignored.
+  Variant setCustomerPreferenceByName(Variant& preferenceName, Variant& value);
+
+  // ---------------------------------------------------------------- saving (lifecycle/saving*.cpp)
+  // Whether there is no garment, charge or department line.
+  Variant isInvoiceEmpty();
+  // Writes the invoice and what was split off it: `userAction` "edit" over the ticket that ticketNo names,
+  // anything else as a new ticket, whose numbers ticketNo and invoiceNo take. `onHold` is "1" or "0";
+  // `startTrans` has no effect. After an error a new ticket is not there at all; an edit leaves its
+  // transaction open on the apartment's shared connection.
+  void saveInvoice(const Variant& userAction, const Variant& employeeid, const Variant& terminal,
+                   const Variant& onHold, const Variant& empName, const Variant& storeName,
+                   const Variant& startTrans);
+  // Takes a finished invoice back to an entry: children come home, generated lines go.
+  void cancelDoneOperation();
+
+  // ---------------------------------------------------------------- loading (lifecycle/loading*.cpp)
+  // Loads a ticket into a fresh invoice, for edit or for printing. An unknown ticket gives no lines; a number
+  // that is none raises error 13.
+  void getExistingDetails(const Variant& ticketNumber);
+  void getInvoiceDetailsForPrinting(const Variant& ticketNumber);
+  // Kind and department of a line; Empty when there is none.
+  Variant getLineItemType(Variant& lineNumber);
+  Variant getLineDeptID(Variant& lineNumber);
 
   // ---------------------------------------------------------------- rounding (see data/values.h)
   Variant RoundingDP(const Variant& dblNumber, const Variant& numDP);
@@ -420,6 +471,76 @@ class Invoice : public Object {
   double getPiecesDue(const std::string& deptName, Date date);
   void removeRushUpcharges();
 
+  // ---------------------------------------------------------------- heat seals and tags
+  // The checks of a seal: what is wrong, or "".
+  std::string sealRangeFault(const std::string& seal);
+  std::string sealInvoiceFault(const std::string& seal);
+  std::string sealActiveFault(const std::string& seal);
+  std::string sealCustomerFault(const std::string& seal);
+  std::string sealDisabledFault(const std::string& seal);
+  void saveTaggedItems();
+  void saveTaggedItem(std::int32_t lineNumber);
+  // Number of the garment that the seal is known for, whose item becomes `priceListItem`; a new one for an
+  // unknown seal. Both arguments are SQL text.
+  std::string findTaggedItem(const std::string& seal, const std::string& priceListItem);
+  std::string addTaggedItem(const std::string& seal, const std::string& priceListItem);
+  void saveTicketTags(std::string_view userAction);
+
+  // ---------------------------------------------------------------- preferences
+  Variant getCustomerPreferenceValue(const Variant& customerSeq, const Variant& ticketNumber,
+                                     const Variant& typeId, const Variant& defaultValue);
+  void saveCustomerPreferences(const Variant& customerSeq, const Variant& ticketNumber);
+
+  // ---------------------------------------------------------------- saving
+  struct SaveRequest;  // what the counter tells with a save, see lifecycle/saving.h
+  void insertTicket(const SaveRequest& request);
+  void updateTicket(const SaveRequest& request);
+  // The calls that write the header; dates, preferences and department lines are settled on the way.
+  std::string insertTicketText(const SaveRequest& request);
+  std::string updateTicketText(const SaveRequest& request);
+  std::string customerAndMoney(const SaveRequest& request);
+  std::string sumsAndNames(const SaveRequest& request);
+  double vipQualifyingAmount();
+  void quotePreferences();
+  std::string routeText() const;
+  std::string readyTime() const;
+  void extendInvDueDateFromLines();
+  void dropEmptyDepartmentLines();
+  void insertTicketLineItems(std::int32_t employeeId);
+  void deleteTaggedItemLinks(const Variant& ticketNumber);
+  void addRedoCustomer();
+  void insertTicketLogItems(const std::string& ticketNumber, const Variant& logDate);
+  void finishSave(std::string_view userAction, const Variant& onHold);
+  void addDeliveryWillCall();
+  void updateVisitsAndOffers();
+  void mergeDepartmentCoupon(const Variant& lineItemId, const Variant& itemName, double amount);
+  // The lines of the children come back, and there are no children any more.
+  void mergeSplitInvoices();
+  // The invoices of invoicesDictionary, in order.
+  std::vector<std::shared_ptr<Invoice>> splitChildren() const;
+
+  // ---------------------------------------------------------------- loading
+  struct LineLoader;
+  struct LoadStep;
+  // Sets every property whose column the view has and whose value is not Null.
+  void takeHeader(const Recordset& header);
+  void loadPreferencesOfTicket();
+  void startLines();
+  void loadTicketLines();
+  void loadPrintLines();
+  void loadLines(const std::string& statement, std::span<const LineLoader> loaders);
+  void addStoredLine(const StoredLines& lines, const LoadStep& step);
+  void addGarmentLine(const StoredLines& lines, const LoadStep& step);
+  void loadGarmentLine(const StoredLines& lines, const LoadStep& step);
+  void loadPrintGarmentLine(const StoredLines& lines, const LoadStep& step);
+  void loadDepartmentLine(const StoredLines& lines, const LoadStep& step);
+  void loadMergedLine(const StoredLines& lines, const LoadStep& step);
+  void loadDescriptiveLine(const StoredLines& lines, const LoadStep& step);
+  void loadPrintDescriptorLine(const StoredLines& lines, const LoadStep& step);
+  bool isDepartmentLoaded(std::int32_t deptId) const;
+  std::int32_t countTicketTags(const Variant& ticketNumber);
+  Variant getLineValue(const Variant& lineNumber, Column column);
+
   // ---------------------------------------------------------------- members told by role
   ApartmentRef apartment_;
   RecordsetRef offers_;                              // candidate discounts, one row a discount and department
@@ -429,6 +550,8 @@ class Invoice : public Object {
   DictionaryRef newHeatSeals_;                       // scanned and not on a garment yet
   std::vector<std::int32_t> invoiceDepartments_;     // of the loaded ticket; the last slot is empty
   std::vector<std::int32_t> invoiceDepartmentDays_;  // parallel
+  std::int32_t ticketLotId_ = 0;                     // of the loaded ticket, 0 for none
+  std::int32_t ticketTagCount_ = 0;                  // paper tags of the loaded ticket
   bool prepayEnabled_ = false;
   bool dueDateOverridden_ = false;
   Variant oneDiscount_;  // of the last invoiceDone

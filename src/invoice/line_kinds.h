@@ -24,4 +24,9 @@ inline constexpr std::string_view referral = "RE";
 inline constexpr std::string_view surcharge = "SU";
 inline constexpr std::string_view tax = "TA";
 
+// Kinds that describe a garment and are remembered with its heat seal; `type` in upper case.
+constexpr bool isDescriptor(std::string_view type) {
+  return type == color || type == pattern || type == brand || type == upcharge;
+}
+
 }  // namespace ondrel::kind
