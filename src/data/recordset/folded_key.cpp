@@ -14,7 +14,7 @@ constexpr FoldedKey kDigestMark = FoldedKey{0xFF} << 56;
 
 std::uint64_t loadBytes(const char* bytes, size_t count) {
   std::uint64_t word = 0;
-  std::memcpy(&word, bytes, count);
+  if (count > 0) std::memcpy(&word, bytes, count);  // an empty text may have no bytes to point at
   return word;
 }
 
