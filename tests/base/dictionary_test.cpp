@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "base/expect_error.h"
+#include "support/error_of.h"
 
 namespace ondrel {
 namespace {
@@ -26,8 +26,8 @@ TEST(DictionaryTest, KeysAreNumbersByValueAndTextsByCase) {
   EXPECT_EQ(tags.item("tag").toText(), "lower");
   EXPECT_FALSE(tags.exists("TAG"));
   EXPECT_TRUE(tags.exists(1LL));
-  EXPECT_EQ(errorNumberOf([&] { tags.add(1.0, "again"); }), 457);
-  EXPECT_EQ(errorNumberOf([&] { tags.exists(Variant::null()); }), 5);
+  EXPECT_EQ(errorOf([&] { tags.add(1.0, "again"); }), 457);
+  EXPECT_EQ(errorOf([&] { tags.exists(Variant::null()); }), 5);
 }
 
 TEST(DictionaryTest, ReadingAMissingKeyEntersIt) {
@@ -52,7 +52,7 @@ TEST(DictionaryTest, KeepsTheOrderOfEntryThroughRemovals) {
   EXPECT_THAT(texts(seals.keys()), testing::ElementsAre("b", "c", "d"));
   EXPECT_THAT(texts(seals.items()), testing::ElementsAre("changed", "cc", "back"));
   EXPECT_EQ(seals.item("c").toText(), "cc");
-  EXPECT_EQ(errorNumberOf([&] { seals.remove("a"); }), 32811);
+  EXPECT_EQ(errorOf([&] { seals.remove("a"); }), 32811);
   seals.removeAll();
   EXPECT_EQ(seals.count(), 0);
   EXPECT_FALSE(seals.exists("b"));

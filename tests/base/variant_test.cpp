@@ -5,7 +5,7 @@
 #include <limits>
 #include <vector>
 
-#include "base/expect_error.h"
+#include "support/error_of.h"
 
 namespace ondrel {
 namespace {
@@ -29,7 +29,7 @@ struct Outcome {
 template <class Action>
 void expectOutcome(const Outcome& expected, const std::string& name, Action action) {
   Variant found;
-  EXPECT_EQ(errorNumberOf([&] { found = action(); }), expected.error) << name;
+  EXPECT_EQ(errorOf([&] { found = action(); }), expected.error) << name;
   if (expected.error != 0) return;
   EXPECT_TRUE(found.identicalTo(expected.is))
       << name << " gives " << found.joined() << " of kind " << static_cast<int>(found.kind());
@@ -134,8 +134,8 @@ TEST(VariantTest, ObjectsAreGivenOutAndNothingElseIs) {
   const auto thing = std::make_shared<Thing>();
   EXPECT_EQ(Variant(thing).toObject(), thing);
   EXPECT_EQ(Variant().toObject(), nullptr);
-  EXPECT_EQ(errorNumberOf([] { Variant(5).toObject(); }), 424);
-  EXPECT_EQ(errorNumberOf([] { Variant("x").toObject(); }), 424);
+  EXPECT_EQ(errorOf([] { Variant(5).toObject(); }), 424);
+  EXPECT_EQ(errorOf([] { Variant("x").toObject(); }), 424);
 }
 
 TEST(VariantTest, ArithmeticKeepsTheNarrowestKindAndNullSpreads) {
@@ -180,8 +180,8 @@ TEST(VariantTest, ArithmeticKeepsTheNarrowestKindAndNullSpreads) {
   }
   EXPECT_TRUE((-Variant(5)).identicalTo(-5));
   EXPECT_TRUE((-null).isNull());
-  EXPECT_EQ(errorNumberOf([] { -Variant(std::numeric_limits<int>::min()); }), 6);
-  EXPECT_EQ(errorNumberOf([] { Variant(std::make_shared<Thing>()) + Variant(1); }), 438);
+  EXPECT_EQ(errorOf([] { -Variant(std::numeric_limits<int>::min()); }), 6);
+  EXPECT_EQ(errorOf([] { Variant(std::make_shared<Thing>()) + Variant(1); }), 438);
 }
 
 TEST(VariantTest, ComparesNumbersTextsAndDates) {
@@ -216,7 +216,7 @@ TEST(VariantTest, ComparesNumbersTextsAndDates) {
 TEST(VariantTest, JoiningTakesNullAsNoText) {
   EXPECT_EQ(Variant::null().joined(), "");
   EXPECT_EQ(Variant().joined() + Variant(1.50).joined() + Variant(true).joined(), "1.5True");
-  EXPECT_EQ(errorNumberOf([] { Variant(std::make_shared<Thing>()).joined(); }), 438);
+  EXPECT_EQ(errorOf([] { Variant(std::make_shared<Thing>()).joined(); }), 438);
 }
 
 TEST(VariantTest, IdentityDistinguishesKinds) {

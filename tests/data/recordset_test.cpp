@@ -4,7 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <functional>
+
+#include "support/error_of.h"
 
 namespace ondrel {
 namespace {
@@ -87,15 +88,6 @@ std::vector<int> rest(Recordset& rs) {
 std::vector<int> shown(Recordset& rs, const Variant& filter) {
   rs.setFilter(filter);
   return rest(rs);
-}
-
-int errorOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const Error& error) {
-    return error.number();
-  }
-  return 0;
 }
 
 TEST(Recordset, BuiltFieldByFieldAsPagesDo) {

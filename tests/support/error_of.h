@@ -9,7 +9,7 @@
 namespace ondrel {
 
 // Number of the error that `action` raises, 0 when it raises none.
-inline int errorNumberOf(const std::function<void()>& action) {
+inline int errorOf(const std::function<void()>& action) {
   try {
     action();
   } catch (const Error& error) {
