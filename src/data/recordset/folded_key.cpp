@@ -1,5 +1,6 @@
 #include "data/recordset/folded_key.h"
 
+#include <bit>
 #include <cstring>
 
 #include "base/text.h"
@@ -12,10 +13,24 @@ constexpr std::uint64_t kHighBits = 0x80 * kEachByte;
 constexpr size_t kWord = sizeof(std::uint64_t);
 constexpr FoldedKey kDigestMark = FoldedKey{0xFF} << 56;
 
+static_assert(std::endian::native == std::endian::little, "parts of a word are put together by shifts");
+
+template <class Part>
+std::uint64_t load(const char* bytes) {
+  Part part;
+  std::memcpy(&part, bytes, sizeof part);
+  return part;
+}
+
+// The first `count` bytes, up to eight, the others 0. Two loads that may overlap, as a copy of a length
+// known only now would be a call.
 std::uint64_t loadBytes(const char* bytes, size_t count) {
-  std::uint64_t word = 0;
-  if (count > 0) std::memcpy(&word, bytes, count);  // an empty text may have no bytes to point at
-  return word;
+  if (count == kWord) return load<std::uint64_t>(bytes);
+  if (count >= 4)
+    return load<std::uint32_t>(bytes) | load<std::uint32_t>(bytes + count - 4) << (8 * (count - 4));
+  if (count >= 2)
+    return load<std::uint16_t>(bytes) | load<std::uint16_t>(bytes + count - 2) << (8 * (count - 2));
+  return count == 1 ? load<std::uint8_t>(bytes) : 0;
 }
 
 // Lower case for the ASCII letters among eight bytes: one that lies from 'A' to 'Z' carries into its
