@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <initializer_list>
 #include <memory>
 #include <span>
 #include <string>
@@ -15,6 +17,13 @@
 namespace ondrel {
 
 class StoredLines;
+
+// Taxes and surcharges, see pricing/rates.h.
+struct Rate;
+struct LineRateSource;
+class RateTable;
+enum class RatedLine;
+using BookLineRate = std::function<void(RatedLine kind, const Rate& rate, double& sum)>;
 
 // A ticket being written or edited: one table of lines and the operations of the counter on it.
 //
@@ -436,32 +445,49 @@ class Invoice : public Object {
 
   // ---------------------------------------------------------------- VIP, referral, prepay
   void loadPriceListSettings();
+  // A column of the rules; Null before they are loaded and for an unknown price list.
+  Variant priceListSetting(std::string_view column) const;
   bool applyVipDiscount();
+  bool spreadVipDiscount(const std::function<double(double linePrice)>& amountOf);
   Totals getVipDiscountableTotals();
   void addVipLine(Recordset& lines, const Variant& deptId, const Variant& deptName, double amount);
   void applyReferralCredit();
-  void insertReferralCharge(const Variant& referredBy, double amount, const std::string& description,
-                            const Variant& terminal);
+  void buildUpReferral(const Recordset& referral);
+  void insertReferralCharge(const Variant& referredBy, double amount, const std::string& description);
   void removePrepayLines();
   void addPrepayLine(double amount, const Variant& deptId);
 
   // ---------------------------------------------------------------- surcharges and taxes
+  // Books the rates of the garments' items and of their descriptors: `book` sees each rate with its line as
+  // the current one, and `sumColumn` of the line takes what it adds up.
+  void applyLineRates(const LineRateSource& source, LineColumn sumColumn, const BookLineRate& book);
+  // Clears the lines' filter at the end.
+  void bookLineRates(const RateTable& rates, RatedLine kind, LineColumn sumColumn, const BookLineRate& book);
+  // Columns of the lines that pass the filter to cents.
+  void roundGeneratedLines(std::string_view filter, std::initializer_list<LineColumn> columns);
   void calculateTaxes();
-  void removeTaxLines(Recordset& lines);
+  void removeTaxLines();
+  // The garments' items, quoted and joined by commas.
   std::string getLineItemIdList();
   // Leaves the filter on the descriptor lines unless there are none.
   std::string getDescriptorKeyList();
-  void addTaxLine(const Variant& taxCode, double amount, const Variant& description, const Variant& deptId,
-                  const Variant& deptName, Recordset& lines);
+  void addTaxLine(const Rate& tax, double amount, const Variant& deptId, const Variant& deptName,
+                  Recordset& lines);
+  void addSurchargeTaxes(Recordset& lines);
+  void addChargeTaxes(Recordset& lines);
   double addDepartmentTaxes(Recordset& lines, const Variant& deptId, const Variant& deptName,
-                            double taxableAmount, const Variant& quantity);
+                            double taxableAmount);
   void roundTaxLines();
-  void removeSurchargeLines(Recordset& lines);
-  void addSurchargeLine(const Variant& surchargeCode, double amount, const Variant& description,
-                        const Variant& deptId, double tax, const Variant& deptName, Recordset& lines,
-                        bool flat);
+  void removeSurchargeLines();
+  void addSurchargeLine(const Rate& surcharge, double amount, bool flat, const Variant& deptId,
+                        const Variant& deptName, Recordset& lines);
   void addChargeSurcharges();
+  void addChargeLineSurcharges(const Recordset& charge);
   void roundSurchargeLines();
+
+  // ---------------------------------------------------------------- finishing
+  void applyDiscounts(bool oneDiscount);
+  void setFinishedDueDate();
 
   // ---------------------------------------------------------------- route, workload, rush
   bool usesRouteVersion2();
@@ -469,7 +495,14 @@ class Invoice : public Object {
   void setRouteDueDate(Date date);
   double getWorkloadThreshold(const std::string& deptName);
   double getPiecesDue(const std::string& deptName, Date date);
+  void rollOverDepartment(const std::string& deptName);
   void removeRushUpcharges();
+  void takeBackUpcharges(std::string_view filter);
+
+  // ---------------------------------------------------------------- departments in ticket order
+  void createDeptTable();
+  // One row a run of a department in the order of the lines. Leaves the lines sorted by number.
+  void fillDeptTable();
 
   // ---------------------------------------------------------------- heat seals and tags
   // The checks of a seal: what is wrong, or "".

@@ -4,7 +4,6 @@ namespace ondrel {
 
 // An invoice without offers and taxes needs nothing more.
 void Invoice::adjustCoupon() {}
-void Invoice::calculateTaxes() {}
 bool Invoice::discountExists() {
   return false;
 }

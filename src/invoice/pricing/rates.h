@@ -1,0 +1,60 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "data/recordset/recordset.h"
+
+namespace ondrel {
+
+// Taxes and surcharges hang on the same things: on an item, on a descriptor of an item, on a department. A
+// rate is a row that says so; what a pass makes of it stands with the pass.
+
+struct Rate {
+  Variant code;
+  std::string description;
+  double percent = 0;
+  std::optional<double> fixedAmount;  // of a surcharge; the percentage then does not count
+  bool perItem = false;               // the fixed amount is for each piece, otherwise once
+};
+
+// Names of the columns of a rate's row; a tax has no fixed amount.
+struct RateColumns {
+  std::string_view code, percent, fixedAmount, perItem;
+};
+
+std::vector<Rate> readRates(const RecordsetRef& rows, const RateColumns& columns);
+
+enum class RatedLine { Garment, Descriptor };
+
+// What the rates of a line are found by: the item of a garment; item, kind and name of an upcharge, colour
+// or pattern.
+std::string lineRateKey(const Recordset& line, RatedLine kind);
+
+// Rates by the key of the lines that they are for.
+class RateTable {
+ public:
+  // Rows of descriptors carry their kind and name beside the item.
+  RateTable(const RecordsetRef& rows, const RateColumns& columns);
+  bool empty() const { return rates_.empty(); }
+  const std::vector<Rate>& of(const std::string& key) const;
+
+ private:
+  std::unordered_map<std::string, std::vector<Rate>> rates_;
+};
+
+// Where the rates of an invoice's lines are read from. {0} stands for the items, {1} for the descriptors.
+struct LineRateSource {
+  std::string_view itemRates;
+  std::string_view descriptorRates;
+  RateColumns columns;
+};
+
+// The line of a kind that already gathers the code for the department passes the filter afterwards; whether
+// there is one.
+bool findRateLine(Recordset& lines, std::string_view itemType, const Variant& code, const Variant& deptId);
+
+}  // namespace ondrel
