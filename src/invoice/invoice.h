@@ -4,6 +4,7 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -17,6 +18,8 @@
 namespace ondrel {
 
 class StoredLines;
+struct OfferKind;
+struct OfferQuestion;
 
 // Taxes and surcharges, see pricing/rates.h.
 struct Rate;
@@ -196,16 +199,30 @@ class Invoice : public Object {
   Variant applyRushUpcharge(Variant& groupSimiliarItems);
 
   // ---------------------------------------------------------------- coupons, loyalty, promotions (pricing/)
+  // Works out which coupons the invoice qualifies for, and what each would give. addCoupon picks from them.
   void getQualifyingCoupons();
+  // The offers worked out last, to choose from: a new table of discountId and discountName.
   RecordsetRef getDisplayCouponRst();
+  // Puts a coupon on the invoice, as one line without a department. False when it was not offered. Its amount
+  // is positive; totals subtract it.
   Variant addCoupon(const Variant& couponID);
+  // Leaves the filter on the coupon line of that number, which is gone.
   Variant removeCoupon(const Variant& lineNumber);
+  // Works out coupons and loyalty offers again after the invoice changed; what no longer qualifies falls off.
   void adjustCoupon();
+  // Whether no coupon and no loyalty offer is on the invoice.
   Variant isFirstCoupon();
+  // Whether the first coupon or loyalty offer on the invoice suffers others beside it.
   bool validateCouponAdd();
+  // Whether the store's rule and the offers on the invoice leave room for another; true when it cannot be
+  // read.
   Variant allowFurtherDiscounts();
-  Variant getLineItemTotalDiscountable(const RecordsetRef& rs, const Variant& discountFilter);
+  // Amount of the line at the table's position, with its upcharges, colors and patterns when a flag that
+  // `discountFilter` asks for is set on it (1 couponable, 2 discountable, 4 VIP).
+  Variant getLineItemTotalDiscountable(const RecordsetRef& rs, const Variant& discountFilter = 7);
+  // Works out what the customer's loyalty offers would give. addLoyalty picks from them.
   void getQualifyingLoyalty();
+  // Puts a loyalty offer on the invoice; does nothing when it was not offered.
   void addLoyalty(const Variant& couponID);
 
   // ---------------------------------------------------------------- VIP, prepay (pricing/)
@@ -415,33 +432,56 @@ class Invoice : public Object {
     double count = 0;
     double total = 0;
   };
+  // The table of candidates. `rows` are offers as the store answers them.
   void initOfferTable();
   void fillOfferTable(Recordset& rows, double total, double count);
-  void addOfferRow(Recordset& rows, double amount);
-  Totals getDiscountableTotals(bool coupon);
-  Totals getItemDiscountTotals(Recordset& rows, int kind);
-  Totals getDeptDiscountTotals(const Variant& deptId, bool coupon, const Variant& priceListItemId, int kind);
-  double getDiscountAmount(Recordset& rows, double base, double count);
-  bool deptHasItems(const Variant& deptId);
+  void addOfferRow(const Recordset& rows, double amount);
+  double getDiscountAmount(const Recordset& rows, double base, double count);
   bool isDiscountRuleBlocked(const Variant& discountId);
   bool isDiscountOnTicket(const Variant& discountId);
+  // What offers look at. `kind` as in getLineItemTotalDiscountable; `coupon` asks for couponable garments,
+  // otherwise for discountable ones.
+  template <class Counts, class AmountOf>
+  Totals sumDiscountTotals(std::string_view filter, Counts counts, AmountOf amountOf);
+  Totals getDiscountableTotals(bool coupon);
+  Totals getItemDiscountTotals(const Recordset& rows, int kind);
+  Totals getDeptDiscountTotals(const Variant& deptId, bool coupon, const Variant& priceListItemId, int kind);
+  // What the row's department, or its item, holds; nothing when that does not reach the row's minimum.
+  std::optional<Totals> getQualifyingDepartment(const Recordset& rows, int kind);
+  bool deptHasItems(const Variant& deptId);
+  // Price of a garment with its upcharges, colors and patterns.
+  static double linePriceOf(const Recordset& line);
+  // Lines of discounts.
+  bool hasLines(std::string_view filter);
   bool discountExists();
-  std::string getCouponQuery(double count, double total, const std::string& ids, const Variant& customer);
-  std::string getCouponPassQuery(double count, double total, const std::string& ids, const Variant& customer);
-  std::string getLoyaltyQuery(double count, double total, const std::string& ids);
+  std::vector<std::int32_t> getDiscountIds(std::string_view itemType);  // one a line
+  void addDiscountLine(std::string_view itemType, const Variant& deptId, const Variant& deptName,
+                       const Variant& discountId, const Variant& name, double amount);
+  // Leaves the filter on the line found.
+  bool findDiscountLine(std::string_view itemType, const Variant& deptId, const Variant& discountId);
+  // Into the department's line of the discount, or onto a new one.
+  void addToDiscountLine(std::string_view itemType, const Variant& deptId, const Variant& deptName,
+                         const Variant& discountId, const Variant& name, double amount);
+  void removeCouponLines();
+  // Coupons and loyalty offers; `kind` tells them apart.
+  OfferQuestion offerQuestion(const Totals& totals, const std::vector<std::int32_t>& ids) const;
+  bool addOffer(const OfferKind& kind, const Variant& discountId);
+  double cappedOffer(double amount);
+  void adjustOffers(const OfferKind& kind);
+  bool applyOffers(const OfferKind& kind, bool vipApplied);
   bool applyCoupons(bool vipApplied);
   bool applyLoyalty(bool vipApplied);
-  void applyPromotions(bool vipApplied, bool applied);
-  bool addPromotionLine(Recordset& rows, double amount);
   RecordsetRef getDiscountLineTable(Recordset& rows, bool coupon);
-  void addCouponShare(std::int32_t lineNumber, const Variant& discountId, const Variant& discountName,
-                      double share);
-  void addLoyaltyShare(std::int32_t lineNumber, const Variant& discountId, const Variant& discountName,
-                       double share);
+  void spreadOffer(const OfferKind& kind, Recordset& rows);
+  // Deletes the offer's lines to be spread anew and gives their sum; nothing when there is none.
+  std::optional<double> collectOffer(const OfferKind& kind, const Variant& discountId);
+  // Takes the children's parts of a garment's share off their taxable amounts.
   void reduceChildTaxable(std::int32_t lineNumber, double share, double linePrice, Recordset& lines);
-  void removeCouponLines();
-  // Price of a garment with its upcharges, colours and patterns.
-  static double linePriceOf(const Recordset& line);
+  // Promotions.
+  RecordsetRef readProbablePromotions(const Totals& totals);
+  void applyPromotions(bool vipApplied, bool applied);
+  bool applyPromotion(const Recordset& rows, bool applied);
+  bool addPromotionLine(const Recordset& rows, double amount);
 
   // ---------------------------------------------------------------- VIP, referral, prepay
   void loadPriceListSettings();
