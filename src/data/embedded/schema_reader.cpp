@@ -1,0 +1,230 @@
+#include "data/embedded/schema_reader.h"
+
+#include <fmt/format.h>
+
+#include <charconv>
+
+#include "data/embedded/parser.h"
+#include "data/embedded/sql_values.h"
+
+namespace ondrel {
+namespace {
+
+class SchemaReader {
+ public:
+  explicit SchemaReader(std::string_view statement) : statement_(statement), lexer_(statement), token_(lexer_.next()) {}
+
+  SchemaStatement read() {
+    SchemaStatement result;
+    result.text = statement_;
+    expect("create");
+    const bool unique = take("unique");
+    if (!unique && take("table"))
+      readTable(result);
+    else
+      readIndex(result, unique);
+    take(";");
+    if (token_.kind != TokenKind::End) fail();
+    return result;
+  }
+
+ private:
+  bool is(std::string_view word) const {
+    return (token_.kind == TokenKind::Word || token_.kind == TokenKind::Symbol) && sameWord(token_.text, word);
+  }
+  bool take(std::string_view word) {
+    if (!is(word)) return false;
+    token_ = lexer_.next();
+    return true;
+  }
+  void expect(std::string_view word) {
+    if (!take(word)) fail();
+  }
+  [[noreturn]] void fail() const { failAt(statement_, token_); }
+
+  std::string_view name() {
+    if (token_.kind != TokenKind::Word && token_.kind != TokenKind::Quoted) fail();
+    const std::string_view result = token_.text;
+    token_ = lexer_.next();
+    if (sameWord(result, "dbo") && take(".")) return name();
+    return result;
+  }
+
+  int number() {
+    if (token_.kind != TokenKind::Number) fail();
+    int result = 0;
+    std::from_chars(token_.text.data(), token_.text.data() + token_.text.size(), result);
+    token_ = lexer_.next();
+    return result;
+  }
+
+  // "(a, b desc)", written with quoted names.
+  std::string nameList() {
+    std::string result;
+    expect("(");
+    do {
+      result += fmt::format("{}\"{}\"", result.empty() ? "" : ", ", name());
+      if (take("desc")) result += " desc";
+      take("asc");
+    } while (take(","));
+    expect(")");
+    return "(" + result + ")";
+  }
+
+  void readTable(SchemaStatement& result) {
+    result.table.name = name();
+    std::string parts;
+    expect("(");
+    do {
+      if (is(")")) break;  // a comma behind the last column
+      if (!parts.empty()) parts += ", ";
+      parts += tablePart(result.table);
+    } while (take(","));
+    expect(")");
+    result.sql = fmt::format("create table \"{}\" ({})", result.table.name, parts);
+  }
+
+  std::string tablePart(TableDefinition& table) {
+    if (take("constraint")) name();
+    if (is("primary") || is("unique")) {
+      const bool primary = take("primary");
+      primary ? expect("key") : expect("unique");
+      take("clustered");
+      return (primary ? "primary key " : "unique ") + nameList();
+    }
+    return column(table);
+  }
+
+  std::string column(TableDefinition& table) {
+    ColumnDefinition column;
+    column.name = name();
+    column.type = type();
+    std::string rules;
+    bool primary = false;
+    while (!is(",") && !is(")")) {
+      if (take("identity")) {
+        column.identity = true;
+        if (take("(")) number(), expect(","), number(), expect(")");
+      } else if (take("not")) {
+        expect("null");
+        column.nullable = false;
+      } else if (take("primary")) {
+        expect("key");
+        primary = true;
+      } else if (take("unique")) {
+        rules += " unique";
+      } else if (take("default")) {
+        rules += " default " + defaultValue(column.type);
+      } else {
+        expect("null");
+      }
+    }
+    std::string result = fmt::format("\"{}\" {}", column.name, storageType(column.type.type));
+    if (column.identity)
+      result += " primary key autoincrement";
+    else
+      result += fmt::format("{}{}", primary ? " primary key" : "", column.nullable && !primary ? "" : " not null");
+    table.columns.push_back(std::move(column));
+    return result + rules;
+  }
+
+  ColumnType type() {
+    const Token at = token_;
+    const auto found = sqlTypeNamed(name());
+    if (!found) failAt(statement_, at);
+    ColumnType result{*found, 0, 0};
+    if (*found == SqlType::Guid) result.size = 38;
+    if (!take("(")) return result;
+    if (!take("max")) result.size = number();
+    if (take(",")) result.scale = number();
+    expect(")");
+    return result;
+  }
+
+  // The value in the form in which the column holds it.
+  std::string defaultValue(const ColumnType& type) {
+    if (take("(")) {
+      std::string inner = defaultValue(type);
+      expect(")");
+      return inner;
+    }
+    if (take("null")) return "null";
+    if (take("getdate")) {
+      expect("("), expect(")");
+      return "(getdate())";
+    }
+    if (token_.kind != TokenKind::Number && token_.kind != TokenKind::Text) fail();
+    const bool isNumber = token_.kind == TokenKind::Number;
+    std::string text = isNumber ? std::string(token_.text) : unquoted(token_);
+    token_ = lexer_.next();
+    std::string buffer;
+    if (categoryOf(type.type) == Category::Date)
+      text = converted(SqlValue::of(std::string_view(text)), {Conversion::ToDate, type}, buffer).text;
+    else if (isNumber && categoryOf(type.type) != Category::Text)
+      return text.front() == '-' ? "(" + text + ")" : text;
+    std::string quoted = "'";
+    for (const char c : text) quoted.append(c == '\'' ? 2 : 1, c);
+    return quoted + "'";
+  }
+
+  void readIndex(SchemaStatement& result, bool unique) {
+    take("nonclustered");
+    expect("index");
+    const std::string_view index = name();
+    expect("on");
+    const std::string_view table = name();
+    result.sql = fmt::format("create {}index \"{}\" on \"{}\" {}", unique ? "unique " : "", index, table, nameList());
+  }
+
+  std::string_view statement_;
+  Lexer lexer_;
+  Token token_;
+};
+
+bool beginsStatement(const Token& token) {
+  if (token.kind != TokenKind::Word) return false;
+  for (const std::string_view word : {"create", "insert", "update", "delete", "exec", "execute"})
+    if (sameWord(token.text, word)) return true;
+  return false;
+}
+
+}  // namespace
+
+SchemaStatement readSchemaStatement(std::string_view statement) {
+  return SchemaReader(statement).read();
+}
+
+bool isCreateStatement(std::string_view statement) {
+  const Token first = Lexer(statement).next();
+  return first.kind == TokenKind::Word && sameWord(first.text, "create");
+}
+
+std::vector<std::string_view> splitScript(std::string_view script) {
+  std::vector<std::string_view> statements;
+  Lexer lexer(script);
+  size_t start = 0;
+  bool begun = false;
+  int depth = 0;
+  const auto finish = [&](size_t end, size_t next) {
+    if (begun) statements.push_back(script.substr(start, end - start));
+    begun = false;
+    depth = 0;
+    start = next;
+  };
+  for (Token token = lexer.next(); token.kind != TokenKind::End; token = lexer.next()) {
+    const bool symbol = token.kind == TokenKind::Symbol;
+    const bool go = token.kind == TokenKind::Word && sameWord(token.text, "go");
+    if ((symbol && token.text == ";") || (go && depth == 0)) {
+      finish(token.position, token.position + token.text.size());
+      continue;
+    }
+    if (begun && depth == 0 && beginsStatement(token)) finish(token.position, token.position);
+    if (!begun) start = token.position;
+    begun = true;
+    if (symbol) depth += token.text == "(" ? 1 : token.text == ")" ? -1 : 0;
+  }
+  finish(script.size(), script.size());
+  return statements;
+}
+
+}  // namespace ondrel

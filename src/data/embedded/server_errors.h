@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string_view>
+
+#include "base/error.h"
+
+namespace ondrel {
+
+// Numbers of the server's own messages that the embedded store raises with them.
+enum class ServerError : int {
+  IncorrectSyntax = 102,
+  TooFewValues = 109,
+  TooManyValues = 110,
+  MissingArgument = 201,
+  InvalidColumn = 207,
+  InvalidObject = 208,
+  AmbiguousColumn = 209,
+  ColumnCountMismatch = 213,
+  DateConversion = 241,
+  TextToNumber = 245,
+  CannotInsertNull = 515,
+  LockTimeout = 1222,
+  DuplicateKey = 2627,
+  NoSuchProcedure = 2812,
+  NoSuchFunction = 4121,
+  TextTruncated = 8152,
+  ArithmeticOverflow = 8115,
+  DivideByZero = 8134,
+  TooManyArguments = 8144,
+};
+
+inline constexpr std::string_view kStoreSource = "Embedded store";
+
+inline Error serverError(ServerError number, std::string_view description) {
+  return Error(static_cast<ErrorNumber>(number), kStoreSource, description);
+}
+
+}  // namespace ondrel
