@@ -11,8 +11,9 @@
 namespace ondrel {
 namespace {
 
-constexpr std::array<std::string_view, 12> kMonths = {"January", "February", "March",     "April",   "May",      "June",
-                                                      "July",    "August",   "September", "October", "November", "December"};
+constexpr std::array<std::string_view, 12> kMonths = {"January",   "February", "March",    "April",
+                                                      "May",       "June",     "July",     "August",
+                                                      "September", "October",  "November", "December"};
 constexpr std::array<std::string_view, 7> kWeekdays = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                                        "Thursday", "Friday", "Saturday"};
 
@@ -42,26 +43,52 @@ std::string_view patternOf(int style, bool dayOnly) {
   if (style == 0 && dayOnly) return "Y-m-d";
   for (const Style& row : kStyles)
     if (row.number == style) return row.pattern;
-  throw serverError(ServerError::DateConversion, fmt::format("{} is not a valid style number when converting a date to text.", style));
+  throw serverError(ServerError::DateConversion,
+                    fmt::format("{} is not a valid style number when converting a date to text.", style));
 }
 
 void appendPiece(std::string& text, char piece, const DateParts& at) {
   const auto put = [&](auto... arguments) { text += fmt::format(arguments...); };
   const int twelve = at.hour % 12 == 0 ? 12 : at.hour % 12;
   switch (piece) {
-    case 'Y': put(FMT_STRING("{:04}"), at.year); break;
-    case 'y': put(FMT_STRING("{:02}"), at.year % 100); break;
-    case 'm': put(FMT_STRING("{:02}"), at.month); break;
-    case 'M': text += kMonths[static_cast<size_t>(at.month - 1)].substr(0, 3); break;
-    case 'd': put(FMT_STRING("{:02}"), at.day); break;
-    case 'D': put(FMT_STRING("{:2}"), at.day); break;
-    case 'H': put(FMT_STRING("{:02}"), at.hour); break;
-    case 'h': put(FMT_STRING("{:2}"), twelve); break;
-    case 'i': put(FMT_STRING("{:02}"), at.minute); break;
-    case 's': put(FMT_STRING("{:02}"), at.second); break;
-    case 'f': text += "000"; break;
-    case 'p': text += at.hour < 12 ? "AM" : "PM"; break;
-    default: text += piece;
+    case 'Y':
+      put(FMT_STRING("{:04}"), at.year);
+      break;
+    case 'y':
+      put(FMT_STRING("{:02}"), at.year % 100);
+      break;
+    case 'm':
+      put(FMT_STRING("{:02}"), at.month);
+      break;
+    case 'M':
+      text += kMonths[static_cast<size_t>(at.month - 1)].substr(0, 3);
+      break;
+    case 'd':
+      put(FMT_STRING("{:02}"), at.day);
+      break;
+    case 'D':
+      put(FMT_STRING("{:2}"), at.day);
+      break;
+    case 'H':
+      put(FMT_STRING("{:02}"), at.hour);
+      break;
+    case 'h':
+      put(FMT_STRING("{:2}"), twelve);
+      break;
+    case 'i':
+      put(FMT_STRING("{:02}"), at.minute);
+      break;
+    case 's':
+      put(FMT_STRING("{:02}"), at.second);
+      break;
+    case 'f':
+      text += "000";
+      break;
+    case 'p':
+      text += at.hour < 12 ? "AM" : "PM";
+      break;
+    default:
+      text += piece;
   }
 }
 
@@ -81,15 +108,24 @@ std::int64_t unitNumber(DatePart part, Date moment) {
   const std::int64_t day = moment.day();
   const std::int64_t second = day * 86400 + moment.secondOfDay();
   switch (part) {
-    case DatePart::Year: return at.year;
-    case DatePart::Quarter: return at.year * 4 + (at.month - 1) / 3;
-    case DatePart::Month: return at.year * 12 + at.month - 1;
-    case DatePart::Week: return floorDivide(day + 6, 7);  // day 1 was a Sunday
-    case DatePart::Hour: return floorDivide(second, 3600);
-    case DatePart::Minute: return floorDivide(second, 60);
-    case DatePart::Second: return second;
-    case DatePart::Millisecond: return second * 1000;
-    default: return day;
+    case DatePart::Year:
+      return at.year;
+    case DatePart::Quarter:
+      return at.year * 4 + (at.month - 1) / 3;
+    case DatePart::Month:
+      return at.year * 12 + at.month - 1;
+    case DatePart::Week:
+      return floorDivide(day + 6, 7);  // day 1 was a Sunday
+    case DatePart::Hour:
+      return floorDivide(second, 3600);
+    case DatePart::Minute:
+      return floorDivide(second, 60);
+    case DatePart::Second:
+      return second;
+    case DatePart::Millisecond:
+      return second * 1000;
+    default:
+      return day;
   }
 }
 
@@ -107,15 +143,24 @@ Date monthsLater(Date moment, std::int64_t months) {
 Date later(DatePart part, std::int64_t count, Date moment) {
   const auto days = static_cast<double>(count);
   switch (part) {
-    case DatePart::Year: return monthsLater(moment, count * 12);
-    case DatePart::Quarter: return monthsLater(moment, count * 3);
-    case DatePart::Month: return monthsLater(moment, count);
-    case DatePart::Week: return moment.addDays(days * 7);
-    case DatePart::Hour: return moment.addDays(days / 24);
-    case DatePart::Minute: return moment.addDays(days / 1440);
-    case DatePart::Second: return moment.addDays(days / 86400);
-    case DatePart::Millisecond: return moment.addDays(days / 86400000);
-    default: return moment.addDays(days);
+    case DatePart::Year:
+      return monthsLater(moment, count * 12);
+    case DatePart::Quarter:
+      return monthsLater(moment, count * 3);
+    case DatePart::Month:
+      return monthsLater(moment, count);
+    case DatePart::Week:
+      return moment.addDays(days * 7);
+    case DatePart::Hour:
+      return moment.addDays(days / 24);
+    case DatePart::Minute:
+      return moment.addDays(days / 1440);
+    case DatePart::Second:
+      return moment.addDays(days / 86400);
+    case DatePart::Millisecond:
+      return moment.addDays(days / 86400000);
+    default:
+      return moment.addDays(days);
   }
 }
 
@@ -123,17 +168,28 @@ std::int64_t partOf(DatePart part, Date moment) {
   const DateParts at = moment.parts();
   const Date newYear = Date::of(at.year, 1, 1);
   switch (part) {
-    case DatePart::Year: return at.year;
-    case DatePart::Quarter: return (at.month + 2) / 3;
-    case DatePart::Month: return at.month;
-    case DatePart::DayOfYear: return daysBetween(newYear, moment) + 1;
-    case DatePart::Day: return at.day;
-    case DatePart::Week: return unitNumber(DatePart::Week, moment) - unitNumber(DatePart::Week, newYear) + 1;
-    case DatePart::Weekday: return sundayWeekday(moment);
-    case DatePart::Hour: return at.hour;
-    case DatePart::Minute: return at.minute;
-    case DatePart::Second: return at.second;
-    case DatePart::Millisecond: return 0;
+    case DatePart::Year:
+      return at.year;
+    case DatePart::Quarter:
+      return (at.month + 2) / 3;
+    case DatePart::Month:
+      return at.month;
+    case DatePart::DayOfYear:
+      return daysBetween(newYear, moment) + 1;
+    case DatePart::Day:
+      return at.day;
+    case DatePart::Week:
+      return unitNumber(DatePart::Week, moment) - unitNumber(DatePart::Week, newYear) + 1;
+    case DatePart::Weekday:
+      return sundayWeekday(moment);
+    case DatePart::Hour:
+      return at.hour;
+    case DatePart::Minute:
+      return at.minute;
+    case DatePart::Second:
+      return at.second;
+    case DatePart::Millisecond:
+      return 0;
   }
   return 0;
 }

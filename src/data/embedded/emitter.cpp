@@ -26,14 +26,18 @@ void Emitter::emit() {
       select(*tree_.query, false);
       result_.columns = tree_.query->columns;
       return;
-    case StatementKind::Insert: return insert();
-    case StatementKind::Update: return update();
-    case StatementKind::Delete: return remove();
+    case StatementKind::Insert:
+      return insert();
+    case StatementKind::Update:
+      return update();
+    case StatementKind::Delete:
+      return remove();
     case StatementKind::Call:
       result_.procedure = tree_.target.text;
       result_.arguments = tree_.arguments;
       return;
-    case StatementKind::Setting: return;
+    case StatementKind::Setting:
+      return;
   }
 }
 
@@ -102,13 +106,26 @@ void Emitter::order(const Query& query) {
 void Emitter::sources(const std::vector<Source*>& list) {
   for (const Source* each : list) {
     switch (each->join) {
-      case JoinKind::First: break;
-      case JoinKind::Comma: put(", "); break;
-      case JoinKind::Inner: put(" join "); break;
-      case JoinKind::Left: put(" left join "); break;
-      case JoinKind::Right: put(" right join "); break;
-      case JoinKind::Full: put(" full join "); break;
-      case JoinKind::Cross: put(", "); break;
+      case JoinKind::First:
+        break;
+      case JoinKind::Comma:
+        put(", ");
+        break;
+      case JoinKind::Inner:
+        put(" join ");
+        break;
+      case JoinKind::Left:
+        put(" left join ");
+        break;
+      case JoinKind::Right:
+        put(" right join ");
+        break;
+      case JoinKind::Full:
+        put(" full join ");
+        break;
+      case JoinKind::Cross:
+        put(", ");
+        break;
     }
     source(*each);
     if (each->on) put(" on "), value(*each->on);

@@ -31,8 +31,10 @@ bool isAtomic(const Expression& expression) {
     case ExpressionKind::Call:
     case ExpressionKind::Convert:
     case ExpressionKind::Case:
-    case ExpressionKind::Subquery: return true;
-    default: return expression.conversion.kind != Conversion::None;
+    case ExpressionKind::Subquery:
+      return true;
+    default:
+      return expression.conversion.kind != Conversion::None;
   }
 }
 
@@ -64,19 +66,36 @@ void Emitter::value(const Expression& expression) {
 
 void Emitter::plainValue(const Expression& node) {
   switch (node.kind) {
-    case ExpressionKind::Column: return column(node);
+    case ExpressionKind::Column:
+      return column(node);
     case ExpressionKind::Number:
-    case ExpressionKind::Text: return value(node);
-    case ExpressionKind::Null: put("null"); return;
-    case ExpressionKind::Variable: put(sameWord(node.token.text, "@@identity") ? "last_identity()" : "row_count()"); return;
-    case ExpressionKind::Star: put("*"); return;
-    case ExpressionKind::Unary: put(node.token.text).put(" "), operand(*node.operands[0]); return;
-    case ExpressionKind::Not: put("not "), operand(*node.operands[0]); return;
-    case ExpressionKind::Binary: return binary(node);
-    case ExpressionKind::Call: return call(node);
-    case ExpressionKind::Convert: return convert(node);
-    case ExpressionKind::Case: return caseOf(node);
-    case ExpressionKind::In: return in(node);
+    case ExpressionKind::Text:
+      return value(node);
+    case ExpressionKind::Null:
+      put("null");
+      return;
+    case ExpressionKind::Variable:
+      put(sameWord(node.token.text, "@@identity") ? "last_identity()" : "row_count()");
+      return;
+    case ExpressionKind::Star:
+      put("*");
+      return;
+    case ExpressionKind::Unary:
+      put(node.token.text).put(" "), operand(*node.operands[0]);
+      return;
+    case ExpressionKind::Not:
+      put("not "), operand(*node.operands[0]);
+      return;
+    case ExpressionKind::Binary:
+      return binary(node);
+    case ExpressionKind::Call:
+      return call(node);
+    case ExpressionKind::Convert:
+      return convert(node);
+    case ExpressionKind::Case:
+      return caseOf(node);
+    case ExpressionKind::In:
+      return in(node);
     case ExpressionKind::Between:
       collated(*node.operands[0]), put(node.negated ? " not between " : " between ");
       operand(*node.operands[1]), put(" and "), operand(*node.operands[2]);
@@ -87,8 +106,12 @@ void Emitter::plainValue(const Expression& node) {
     case ExpressionKind::IsNull:
       operand(*node.operands[0]), put(node.negated ? " is not null" : " is null");
       return;
-    case ExpressionKind::Exists: put("exists ("), select(*node.query, false), put(")"); return;
-    case ExpressionKind::Subquery: put("("), select(*node.query, false), put(")"); return;
+    case ExpressionKind::Exists:
+      put("exists ("), select(*node.query, false), put(")");
+      return;
+    case ExpressionKind::Subquery:
+      put("("), select(*node.query, false), put(")");
+      return;
   }
 }
 
@@ -99,7 +122,8 @@ void Emitter::operand(const Expression& expression) {
 
 // A column brings its collation along; any other text is told.
 void Emitter::collated(const Expression& expression) {
-  if (!isTextExpression(expression) || (expression.kind == ExpressionKind::Column && expression.source->definition))
+  if (!isTextExpression(expression) ||
+      (expression.kind == ExpressionKind::Column && expression.source->definition))
     return value(expression);
   operand(expression), put(" collate store");
 }
@@ -166,8 +190,9 @@ void Emitter::convert(const Expression& node) {
   const ColumnType& to = node.target;
   if (categoryOf(to.type) == Category::Text) {
     put("convert_text("), value(from);
-    put(", ").put(std::to_string(from.type.category == Category::Text ? static_cast<int>(SqlType::VarChar)
-                                                                      : static_cast<int>(from.type.declared.type)));
+    put(", ").put(std::to_string(from.type.category == Category::Text
+                                     ? static_cast<int>(SqlType::VarChar)
+                                     : static_cast<int>(from.type.declared.type)));
     put(", ").put(std::to_string(to.size)).put(", ");
     node.operands.size() > 1 ? value(*node.operands[1]) : void(put("0"));
     put(", 0)");

@@ -26,7 +26,19 @@ std::span<const FunctionRow> dialectFunctions();
 // Row of that name; -1 when there is none.
 int findFunction(std::string_view name);
 
-enum class DatePart { Year, Quarter, Month, DayOfYear, Day, Week, Weekday, Hour, Minute, Second, Millisecond };
+enum class DatePart {
+  Year,
+  Quarter,
+  Month,
+  DayOfYear,
+  Day,
+  Week,
+  Weekday,
+  Hour,
+  Minute,
+  Second,
+  Millisecond
+};
 // Part by any of its names (day, dd, d, ...); -1 when it is none.
 int findDatePart(std::string_view name);
 

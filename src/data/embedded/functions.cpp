@@ -45,9 +45,8 @@ Date FunctionContext::now() {
 
 sqlite3_stmt* FunctionContext::prepared(std::string_view sql) {
   sqlite3_stmt*& statement = statements_[sql];
-  if (!statement &&
-      sqlite3_prepare_v3(handle, sql.data(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT, &statement, nullptr) !=
-          SQLITE_OK) {
+  if (!statement && sqlite3_prepare_v3(handle, sql.data(), static_cast<int>(sql.size()),
+                                       SQLITE_PREPARE_PERSISTENT, &statement, nullptr) != SQLITE_OK) {
     const std::string reason = sqlite3_errmsg(handle);
     statements_.erase(sql);
     throw serverError(ServerError::InvalidObject, reason);
@@ -65,15 +64,20 @@ bool FunctionCall::anyNull() const {
 
 std::string_view FunctionCall::text(int argument) const {
   const auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(at(argument)));
-  return bytes ? std::string_view(bytes, static_cast<size_t>(sqlite3_value_bytes(at(argument)))) : std::string_view();
+  return bytes ? std::string_view(bytes, static_cast<size_t>(sqlite3_value_bytes(at(argument))))
+               : std::string_view();
 }
 
 SqlValue FunctionCall::value(int argument) const {
   switch (sqlite3_value_type(at(argument))) {
-    case SQLITE_NULL: return SqlValue::null();
-    case SQLITE_INTEGER: return SqlValue::of(integer(argument));
-    case SQLITE_FLOAT: return SqlValue::of(number(argument));
-    default: return SqlValue::of(text(argument));
+    case SQLITE_NULL:
+      return SqlValue::null();
+    case SQLITE_INTEGER:
+      return SqlValue::of(integer(argument));
+    case SQLITE_FLOAT:
+      return SqlValue::of(number(argument));
+    default:
+      return SqlValue::of(text(argument));
   }
 }
 
@@ -89,10 +93,14 @@ void FunctionCall::give(Date moment) const {
 
 void FunctionCall::give(const SqlValue& value) const {
   switch (value.kind) {
-    case SqlValue::Kind::Null: return giveNull();
-    case SqlValue::Kind::Integer: return give(value.integer);
-    case SqlValue::Kind::Real: return give(value.real);
-    case SqlValue::Kind::Text: return give(value.text);
+    case SqlValue::Kind::Null:
+      return giveNull();
+    case SqlValue::Kind::Integer:
+      return give(value.integer);
+    case SqlValue::Kind::Real:
+      return give(value.real);
+    case SqlValue::Kind::Text:
+      return give(value.text);
   }
 }
 

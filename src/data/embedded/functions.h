@@ -32,10 +32,10 @@ struct BoundFunction {
 struct FunctionContext {
   sqlite3* handle = nullptr;
   std::shared_ptr<Clock> clock;
-  std::optional<Date> statementTime;      // getdate() is one moment for a whole statement
-  std::optional<std::int64_t> identity;   // @@identity of the connection
-  std::int64_t rowCount = 0;              // @@rowcount
-  std::optional<Error> failure;           // what a function raised; the statement fails with it
+  std::optional<Date> statementTime;     // getdate() is one moment for a whole statement
+  std::optional<std::int64_t> identity;  // @@identity of the connection
+  std::int64_t rowCount = 0;             // @@rowcount
+  std::optional<Error> failure;          // what a function raised; the statement fails with it
   std::deque<BoundFunction> functions;
 
   FunctionContext() = default;

@@ -50,14 +50,18 @@ Token Lexer::next() {
   const char c = text_[start];
   switch (classOf(c)) {
     case CharClass::Word: {
-      if ((c == 'N' || c == 'n') && start + 1 < text_.size() && text_[start + 1] == '\'') return takeText(start + 1);
+      if ((c == 'N' || c == 'n') && start + 1 < text_.size() && text_[start + 1] == '\'')
+        return takeText(start + 1);
       size_t end = start + 1;
       while (end < text_.size() && continuesWord(text_[end])) ++end;
       return take(c == '@' ? TokenKind::Variable : TokenKind::Word, start, end);
     }
-    case CharClass::Digit: return takeNumber(start);
-    case CharClass::Symbol: return takeSymbol(start);
-    default: break;
+    case CharClass::Digit:
+      return takeNumber(start);
+    case CharClass::Symbol:
+      return takeSymbol(start);
+    default:
+      break;
   }
   if (c == '\'') return takeText(start);
   if (c == '[') return takeEnclosed(start, ']');
@@ -87,7 +91,8 @@ Token Lexer::take(TokenKind kind, size_t start, size_t end) {
   token.kind = kind;
   token.position = static_cast<std::uint32_t>(start);
   token.text = text_.substr(start, end - start);
-  valueExpected_ = kind == TokenKind::Symbol && std::string_view("(,=<><=>=<>").find(token.text) != std::string_view::npos;
+  valueExpected_ =
+      kind == TokenKind::Symbol && std::string_view("(,=<><=>=<>").find(token.text) != std::string_view::npos;
   return token;
 }
 
@@ -132,7 +137,8 @@ Token Lexer::takeSymbol(size_t start) {
   const char after = start + 1 < text_.size() ? text_[start + 1] : '\0';
   const char second = start + 2 < text_.size() ? text_[start + 2] : '\0';
   if (c == '.' && isDigit(after)) return takeNumber(start);
-  if (c == '-' && valueExpected_ && (isDigit(after) || (after == '.' && isDigit(second)))) return takeNumber(start);
+  if (c == '-' && valueExpected_ && (isDigit(after) || (after == '.' && isDigit(second))))
+    return takeNumber(start);
   const bool pair = ((c == '<' || c == '>' || c == '!') && after == '=') || (c == '<' && after == '>');
   return take(TokenKind::Symbol, start, start + (pair ? 2 : 1));
 }

@@ -19,9 +19,9 @@ enum class TokenKind : std::uint8_t {
 
 struct Token {
   TokenKind kind = TokenKind::End;
-  bool doubled = false;    // a Text that holds doubled quotes
+  bool doubled = false;        // a Text that holds doubled quotes
   std::uint32_t position = 0;  // of the first character, from 0
-  std::string_view text;   // views into the statement
+  std::string_view text;       // views into the statement
 };
 
 // Splits a statement into tokens, the one place that knows how statements are spelled. Blanks and comments

@@ -142,7 +142,8 @@ int sectorSize(sqlite3_file*) {
 }
 
 int characteristics(sqlite3_file*) {
-  return SQLITE_IOCAP_ATOMIC | SQLITE_IOCAP_SAFE_APPEND | SQLITE_IOCAP_SEQUENTIAL | SQLITE_IOCAP_POWERSAFE_OVERWRITE;
+  return SQLITE_IOCAP_ATOMIC | SQLITE_IOCAP_SAFE_APPEND | SQLITE_IOCAP_SEQUENTIAL |
+         SQLITE_IOCAP_POWERSAFE_OVERWRITE;
 }
 
 sqlite3_io_methods methods() {

@@ -10,11 +10,11 @@ namespace {
 
 // Words that end a clause, and so are no alias.
 constexpr std::string_view kReserved[] = {
-    "all",   "and",    "as",   "asc",   "between", "by",     "case",  "cross", "delete",    "desc", "distinct",
-    "else",  "end",    "exec", "except", "exists", "execute", "from", "full",  "group",     "having", "in",
-    "inner", "insert", "into", "intersect", "is",  "join",   "left",  "like",  "not",       "null", "on",
-    "or",    "order",  "outer", "right", "select", "set",    "then",  "top",   "union",     "update", "values",
-    "when",  "where",  "with", "create", "drop",   "alter"};
+    "all",      "and",   "as",     "asc",    "between", "by",        "case",    "cross",  "delete", "desc",
+    "distinct", "else",  "end",    "exec",   "except",  "exists",    "execute", "from",   "full",   "group",
+    "having",   "in",    "inner",  "insert", "into",    "intersect", "is",      "join",   "left",   "like",
+    "not",      "null",  "on",     "or",     "order",   "outer",     "right",   "select", "set",    "then",
+    "top",      "union", "update", "values", "when",    "where",     "with",    "create", "drop",   "alter"};
 
 bool isReserved(std::string_view word) {
   for (const std::string_view reserved : kReserved)
@@ -26,8 +26,9 @@ bool isReserved(std::string_view word) {
 
 void failAt(std::string_view statement, const Token& token) {
   const std::string word = token.kind == TokenKind::End ? "the end" : fmt::format("'{}'", token.text);
-  throw serverError(ServerError::IncorrectSyntax,
-                    fmt::format("Incorrect syntax near {} at position {} of: {}", word, token.position + 1, statement));
+  throw serverError(
+      ServerError::IncorrectSyntax,
+      fmt::format("Incorrect syntax near {} at position {} of: {}", word, token.position + 1, statement));
 }
 
 std::unique_ptr<SyntaxTree> parseStatement(std::string_view statement) {
@@ -231,8 +232,11 @@ bool Parser::takeJoin(JoinKind& kind) {
     std::string_view word;
     JoinKind kind;
   };
-  static constexpr Row kRows[] = {{"inner", JoinKind::Inner}, {"left", JoinKind::Left}, {"right", JoinKind::Right},
-                                  {"full", JoinKind::Full},   {"cross", JoinKind::Cross}};
+  static constexpr Row kRows[] = {{"inner", JoinKind::Inner},
+                                  {"left", JoinKind::Left},
+                                  {"right", JoinKind::Right},
+                                  {"full", JoinKind::Full},
+                                  {"cross", JoinKind::Cross}};
   kind = JoinKind::Inner;
   for (const Row& row : kRows) {
     if (!takeWord(row.word)) continue;

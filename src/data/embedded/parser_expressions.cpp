@@ -113,7 +113,8 @@ Expression* Parser::prefix() {
       node->literal = takeLiteral();
       return node;
     }
-    case TokenKind::Variable: return make(ExpressionKind::Variable, advance());
+    case TokenKind::Variable:
+      return make(ExpressionKind::Variable, advance());
     case TokenKind::Symbol:
       if (token.text == "(") return parenthesised();
       if (token.text == "-" || token.text == "+" || token.text == "~") {
@@ -123,8 +124,10 @@ Expression* Parser::prefix() {
       }
       fail();
     case TokenKind::Word:
-    case TokenKind::Quoted: return nameOrCall();
-    default: fail();
+    case TokenKind::Quoted:
+      return nameOrCall();
+    default:
+      fail();
   }
 }
 

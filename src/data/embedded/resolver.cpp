@@ -8,7 +8,8 @@
 namespace ondrel {
 
 int sourceColumnCount(const Source& source) {
-  return static_cast<int>(source.definition ? source.definition->columns.size() : source.query->columns.size());
+  return static_cast<int>(source.definition ? source.definition->columns.size()
+                                            : source.query->columns.size());
 }
 
 std::string_view sourceColumnName(const Source& source, int column) {
@@ -18,7 +19,8 @@ std::string_view sourceColumnName(const Source& source, int column) {
 
 ValueType sourceColumnType(const Source& source, int column) {
   const auto at = static_cast<size_t>(column);
-  return source.definition ? valueTypeOf(source.definition->columns[at].type) : source.query->columns[at].type;
+  return source.definition ? valueTypeOf(source.definition->columns[at].type)
+                           : source.query->columns[at].type;
 }
 
 void Resolver::fail(const Token& token) const {
@@ -27,18 +29,24 @@ void Resolver::fail(const Token& token) const {
 
 void Resolver::resolve() {
   switch (tree_.kind) {
-    case StatementKind::Select: return resolveQuery(*tree_.query, nullptr);
-    case StatementKind::Insert: return resolveInsert();
-    case StatementKind::Update: return resolveUpdate();
-    case StatementKind::Delete: return resolveDelete();
+    case StatementKind::Select:
+      return resolveQuery(*tree_.query, nullptr);
+    case StatementKind::Insert:
+      return resolveInsert();
+    case StatementKind::Update:
+      return resolveUpdate();
+    case StatementKind::Delete:
+      return resolveDelete();
     case StatementKind::Call:
-    case StatementKind::Setting: return;
+    case StatementKind::Setting:
+      return;
   }
 }
 
 const TableDefinition* Resolver::table(const Token& name) const {
   const TableDefinition* found = schema_.find(name.text);
-  if (!found) throw serverError(ServerError::InvalidObject, fmt::format("Invalid object name '{}'.", name.text));
+  if (!found)
+    throw serverError(ServerError::InvalidObject, fmt::format("Invalid object name '{}'.", name.text));
   return found;
 }
 
@@ -126,7 +134,8 @@ void Resolver::expandStars(SelectCore& core, const Scope& scope) {
     const std::string_view qualifier = item.value->qualifier;
     const size_t before = items.size();
     for (const Source* source : scope.sources)
-      if (qualifier.empty() || sameWord(source->name(), qualifier)) appendColumns(items, *source, item.value->token);
+      if (qualifier.empty() || sameWord(source->name(), qualifier))
+        appendColumns(items, *source, item.value->token);
     if (items.size() == before) fail(item.value->token);
   }
   core.items = std::move(items);
@@ -168,8 +177,9 @@ void Resolver::resolveInsert() {
   const Scope empty;
   for (std::vector<Expression*>& row : tree_.rows) {
     if (row.size() != insertColumns.size())
-      throw serverError(row.size() < insertColumns.size() ? ServerError::TooFewValues : ServerError::TooManyValues,
-                        "The number of values does not match the number of columns of the INSERT statement.");
+      throw serverError(
+          row.size() < insertColumns.size() ? ServerError::TooFewValues : ServerError::TooManyValues,
+          "The number of values does not match the number of columns of the INSERT statement.");
     for (size_t k = 0; k < row.size(); ++k) {
       if (!row[k]) continue;
       resolve(row[k], empty);
@@ -181,8 +191,9 @@ void Resolver::resolveInsert() {
 void Resolver::resolveInsertQuery() {
   resolveQuery(*tree_.query, nullptr);
   if (tree_.query->columns.size() != insertColumns.size())
-    throw serverError(ServerError::ColumnCountMismatch,
-                      "Insert Error: Column name or number of supplied values does not match table definition.");
+    throw serverError(
+        ServerError::ColumnCountMismatch,
+        "Insert Error: Column name or number of supplied values does not match table definition.");
   for (SelectCore& core : tree_.query->cores)
     for (size_t k = 0; k < insertColumns.size(); ++k)
       convertForColumn(*core.items[k].value, target->columns[static_cast<size_t>(insertColumns[k])].type);
@@ -214,7 +225,8 @@ void Resolver::resolveUpdate() {
   for (Assignment& assignment : tree_.assignments) {
     const int column = target->find(assignment.column.text);
     if (column < 0)
-      throw serverError(ServerError::InvalidColumn, fmt::format("Invalid column name '{}'.", assignment.column.text));
+      throw serverError(ServerError::InvalidColumn,
+                        fmt::format("Invalid column name '{}'.", assignment.column.text));
     resolve(assignment.value, scope);
     convertForColumn(*assignment.value, target->columns[static_cast<size_t>(column)].type);
   }

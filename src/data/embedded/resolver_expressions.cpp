@@ -9,18 +9,26 @@ namespace {
 
 Conversion columnConversion(SqlType type) {
   switch (type) {
-    case SqlType::Bit: return Conversion::ToBit;
+    case SqlType::Bit:
+      return Conversion::ToBit;
     case SqlType::Real:
-    case SqlType::Float: return Conversion::ToNumber;
-    case SqlType::Decimal: return Conversion::ToDecimal;
-    case SqlType::Money: return Conversion::ToMoney;
-    case SqlType::DateTime: return Conversion::ToDate;
-    case SqlType::Date: return Conversion::ToDay;
+    case SqlType::Float:
+      return Conversion::ToNumber;
+    case SqlType::Decimal:
+      return Conversion::ToDecimal;
+    case SqlType::Money:
+      return Conversion::ToMoney;
+    case SqlType::DateTime:
+      return Conversion::ToDate;
+    case SqlType::Date:
+      return Conversion::ToDay;
     case SqlType::Char:
     case SqlType::VarChar:
     case SqlType::Text:
-    case SqlType::Guid: return Conversion::ToText;
-    default: return Conversion::ToInteger;
+    case SqlType::Guid:
+      return Conversion::ToText;
+    default:
+      return Conversion::ToInteger;
   }
 }
 
@@ -38,10 +46,13 @@ bool fitsColumn(const ValueType& from, const ColumnType& to) {
     case SqlType::Float:
     case SqlType::DateTime:
     case SqlType::Text:
-    case SqlType::Bit: return true;
+    case SqlType::Bit:
+      return true;
     case SqlType::Char:
-    case SqlType::VarChar: return to.size == 0 || (from.declared.size > 0 && from.declared.size <= to.size);
-    default: return from.declared.type == to.type && from.declared.scale == to.scale;
+    case SqlType::VarChar:
+      return to.size == 0 || (from.declared.size > 0 && from.declared.size <= to.size);
+    default:
+      return from.declared.type == to.type && from.declared.scale == to.scale;
   }
 }
 
@@ -51,15 +62,21 @@ ValueType guidType() {
 
 ValueType ruleType(const FunctionRow& row, const std::vector<Expression*>& operands) {
   switch (row.result) {
-    case ResultRule::Text: return row.name == "newid" ? guidType() : textType();
-    case ResultRule::Integer: return integerType();
-    case ResultRule::Number: return numberType();
-    case ResultRule::Date: return dateType();
-    default: break;
+    case ResultRule::Text:
+      return row.name == "newid" ? guidType() : textType();
+    case ResultRule::Integer:
+      return integerType();
+    case ResultRule::Number:
+      return numberType();
+    case ResultRule::Date:
+      return dateType();
+    default:
+      break;
   }
   ValueType type = operands.front()->type;
   const bool totals = row.name == "sum" || row.name == "avg";
-  if (totals && type.category <= Category::Bit) return type.category == Category::Text ? numberType() : integerType();
+  if (totals && type.category <= Category::Bit)
+    return type.category == Category::Text ? numberType() : integerType();
   if (type.category == Category::Null || row.result == ResultRule::Common)
     for (const Expression* operand : operands) type = commonType(type, operand->type);
   return type;
@@ -76,7 +93,9 @@ void convertForComparison(Expression& expression, Category category) {
   const Category own = expression.type.category;
   if (own == Category::Null || own == category) return;
   switch (category) {
-    case Category::Date: expression.conversion = {Conversion::ToDate, {SqlType::DateTime}}; return;
+    case Category::Date:
+      expression.conversion = {Conversion::ToDate, {SqlType::DateTime}};
+      return;
     case Category::Bit:
       if (own == Category::Text) expression.conversion = {Conversion::ToBit, {SqlType::Bit}};
       return;
@@ -88,7 +107,8 @@ void convertForComparison(Expression& expression, Category category) {
       if (own == Category::Text) expression.conversion = {Conversion::CompareNumber, {SqlType::Decimal}};
       return;
     case Category::Text:
-    case Category::Null: return;
+    case Category::Null:
+      return;
   }
 }
 
@@ -104,30 +124,48 @@ void Resolver::resolve(Expression* expression, const Scope& scope) {
   if (node.query) resolveQuery(*node.query, &scope);
   for (Expression* operand : node.operands) resolve(operand, scope);
   switch (node.kind) {
-    case ExpressionKind::Column: return resolveColumn(node, scope);
-    case ExpressionKind::Number: node.type = {Category::Numeral, {SqlType::Int}}; return;
-    case ExpressionKind::Text: node.type = textType(); return;
-    case ExpressionKind::Null: return;
-    case ExpressionKind::Variable: return resolveVariable(node);
-    case ExpressionKind::Star: return;
+    case ExpressionKind::Column:
+      return resolveColumn(node, scope);
+    case ExpressionKind::Number:
+      node.type = {Category::Numeral, {SqlType::Int}};
+      return;
+    case ExpressionKind::Text:
+      node.type = textType();
+      return;
+    case ExpressionKind::Null:
+      return;
+    case ExpressionKind::Variable:
+      return resolveVariable(node);
+    case ExpressionKind::Star:
+      return;
     case ExpressionKind::Unary:
       convertForComparison(*node.operands[0], Category::Number);
       node.type = node.operands[0]->type.category == Category::Text ? numberType() : node.operands[0]->type;
       return;
-    case ExpressionKind::Binary: return resolveBinary(node);
-    case ExpressionKind::Call: return resolveCall(node);
-    case ExpressionKind::Convert: node.type = valueTypeOf(node.target); return;
-    case ExpressionKind::Case: return resolveCase(node);
-    case ExpressionKind::In: return resolveIn(node, scope);
+    case ExpressionKind::Binary:
+      return resolveBinary(node);
+    case ExpressionKind::Call:
+      return resolveCall(node);
+    case ExpressionKind::Convert:
+      node.type = valueTypeOf(node.target);
+      return;
+    case ExpressionKind::Case:
+      return resolveCase(node);
+    case ExpressionKind::In:
+      return resolveIn(node, scope);
     case ExpressionKind::Between:
       for (const size_t bound : {1U, 2U}) meet(*node.operands[0], *node.operands[bound]);
       node.type = integerType();
       return;
-    case ExpressionKind::Subquery: node.type = node.query->columns.front().type; return;
+    case ExpressionKind::Subquery:
+      node.type = node.query->columns.front().type;
+      return;
     case ExpressionKind::Not:
     case ExpressionKind::Like:
     case ExpressionKind::IsNull:
-    case ExpressionKind::Exists: node.type = integerType(); return;
+    case ExpressionKind::Exists:
+      node.type = integerType();
+      return;
   }
 }
 
@@ -145,7 +183,8 @@ bool Resolver::bindIn(Expression& node, const Scope& scope) {
     for (int k = 0; k < sourceColumnCount(*source); ++k) {
       if (!sameWord(sourceColumnName(*source, k), node.token.text)) continue;
       if (node.source)
-        throw serverError(ServerError::AmbiguousColumn, fmt::format("Ambiguous column name '{}'.", node.token.text));
+        throw serverError(ServerError::AmbiguousColumn,
+                          fmt::format("Ambiguous column name '{}'.", node.token.text));
       node.source = source;
       node.column = k;
       node.type = sourceColumnType(*source, k);
@@ -185,8 +224,8 @@ void Resolver::resolveArithmetic(Expression& node) {
     return;
   }
   if (common.category == Category::Date) {
-    const bool shifts = (node.token.text == "+" || node.token.text == "-") && a.type.category == Category::Date &&
-                        b.type.category != Category::Date;
+    const bool shifts = (node.token.text == "+" || node.token.text == "-") &&
+                        a.type.category == Category::Date && b.type.category != Category::Date;
     if (!shifts) fail(node.token);
     convertForComparison(b, Category::Number);
     node.type = dateType();
@@ -205,17 +244,24 @@ void Resolver::resolveCall(Expression& node) {
                                   node.token.position + 1, statement_));
   const FunctionRow& row = dialectFunctions()[static_cast<size_t>(node.function)];
   const int count = static_cast<int>(node.operands.size());
-  if (count < row.least || count > row.most || (row.takesPart && findDatePart(node.qualifier) < 0)) fail(node.token);
+  if (count < row.least || count > row.most || (row.takesPart && findDatePart(node.qualifier) < 0))
+    fail(node.token);
   node.type = ruleType(row, node.operands);
   for (size_t k = 0; k < node.operands.size(); ++k) {
     Expression& operand = *node.operands[k];
     switch (row.arguments[std::min(k, row.arguments.size() - 1)]) {
-      case 'd': convertForComparison(operand, Category::Date); break;
-      case 'n': convertForComparison(operand, Category::Number); break;
-      case 't':
-        if (operand.type.category == Category::Date) operand.conversion = {Conversion::ToText, {SqlType::VarChar}};
+      case 'd':
+        convertForComparison(operand, Category::Date);
         break;
-      default: break;
+      case 'n':
+        convertForComparison(operand, Category::Number);
+        break;
+      case 't':
+        if (operand.type.category == Category::Date)
+          operand.conversion = {Conversion::ToText, {SqlType::VarChar}};
+        break;
+      default:
+        break;
     }
   }
   if (row.name == "isnull") {

@@ -12,7 +12,8 @@ namespace {
 
 class SchemaReader {
  public:
-  explicit SchemaReader(std::string_view statement) : statement_(statement), lexer_(statement), token_(lexer_.next()) {}
+  explicit SchemaReader(std::string_view statement)
+      : statement_(statement), lexer_(statement), token_(lexer_.next()) {}
 
   SchemaStatement read() {
     SchemaStatement result;
@@ -30,7 +31,8 @@ class SchemaReader {
 
  private:
   bool is(std::string_view word) const {
-    return (token_.kind == TokenKind::Word || token_.kind == TokenKind::Symbol) && sameWord(token_.text, word);
+    return (token_.kind == TokenKind::Word || token_.kind == TokenKind::Symbol) &&
+           sameWord(token_.text, word);
   }
   bool take(std::string_view word) {
     if (!is(word)) return false;
@@ -123,7 +125,8 @@ class SchemaReader {
     if (column.identity)
       result += " primary key autoincrement";
     else
-      result += fmt::format("{}{}", primary ? " primary key" : "", column.nullable && !primary ? "" : " not null");
+      result +=
+          fmt::format("{}{}", primary ? " primary key" : "", column.nullable && !primary ? "" : " not null");
     table.columns.push_back(std::move(column));
     return result + rules;
   }
@@ -153,9 +156,10 @@ class SchemaReader {
       expect("("), expect(")");
       return "(getdate())";
     }
-    if (token_.kind != TokenKind::Number && token_.kind != TokenKind::Text) fail();
+    const bool negative = take("-");
     const bool isNumber = token_.kind == TokenKind::Number;
-    std::string text = isNumber ? std::string(token_.text) : unquoted(token_);
+    if (!isNumber && (negative || token_.kind != TokenKind::Text)) fail();
+    std::string text = isNumber ? (negative ? "-" : "") + std::string(token_.text) : unquoted(token_);
     token_ = lexer_.next();
     std::string buffer;
     if (categoryOf(type.type) == Category::Date)
@@ -173,7 +177,8 @@ class SchemaReader {
     const std::string_view index = name();
     expect("on");
     const std::string_view table = name();
-    result.sql = fmt::format("create {}index \"{}\" on \"{}\" {}", unique ? "unique " : "", index, table, nameList());
+    result.sql =
+        fmt::format("create {}index \"{}\" on \"{}\" {}", unique ? "unique " : "", index, table, nameList());
   }
 
   std::string_view statement_;

@@ -11,7 +11,7 @@ namespace ondrel {
 // A create statement taken apart: the table that it declares, if it is one, and the statement that the
 // table engine runs for it.
 struct SchemaStatement {
-  std::string text;  // as it stood
+  std::string text;       // as it stood
   TableDefinition table;  // without a name for an index
   std::string sql;
 };

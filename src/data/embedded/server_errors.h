@@ -19,7 +19,6 @@ enum class ServerError : int {
   DateConversion = 241,
   TextToNumber = 245,
   CannotInsertNull = 515,
-  LockTimeout = 1222,
   DuplicateKey = 2627,
   NoSuchProcedure = 2812,
   NoSuchFunction = 4121,
@@ -27,6 +26,7 @@ enum class ServerError : int {
   ArithmeticOverflow = 8115,
   DivideByZero = 8134,
   TooManyArguments = 8144,
+  Timeout = -2147217871,  // the platform's number, not the server's
 };
 
 inline constexpr std::string_view kStoreSource = "Embedded store";

@@ -19,7 +19,8 @@ void StatementShape::assign(std::string_view statement) {
       case TokenKind::Quoted:
         key.append(1, '"').append(token.text).append("\" ");
         continue;
-      default: key.append(token.text).append(1, ' ');
+      default:
+        key.append(token.text).append(1, ' ');
     }
   }
 }

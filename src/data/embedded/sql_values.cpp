@@ -18,8 +18,8 @@ constexpr long long kUnixEpoch = 25569;
 
 [[noreturn]] void failNumber(std::string_view text, const ColumnType& target) {
   throw serverError(ServerError::TextToNumber,
-                    fmt::format("Conversion failed when converting the varchar value '{}' to data type {}.", text,
-                                typeName(target.type)));
+                    fmt::format("Conversion failed when converting the varchar value '{}' to data type {}.",
+                                text, typeName(target.type)));
 }
 
 [[noreturn]] void failDate(std::string_view text) {
@@ -55,21 +55,27 @@ struct Range {
 
 Range rangeOf(SqlType type) {
   switch (type) {
-    case SqlType::TinyInt: return {0, 255};
-    case SqlType::SmallInt: return {-32768, 32767};
-    case SqlType::BigInt: return {-9223372036854775808.0, 9223372036854774784.0};
-    default: return {-2147483648.0, 2147483647.0};
+    case SqlType::TinyInt:
+      return {0, 255};
+    case SqlType::SmallInt:
+      return {-32768, 32767};
+    case SqlType::BigInt:
+      return {-9223372036854775808.0, 9223372036854774784.0};
+    default:
+      return {-2147483648.0, 2147483647.0};
   }
 }
 
 SqlValue toInteger(const SqlValue& value, const ColumnType& target) {
   SqlValue result = value;
   if (value.kind == SqlValue::Kind::Text) result = SqlValue::of(wholeNumberOf(value.text, target));
-  const double number = std::trunc(result.kind == SqlValue::Kind::Real ? result.real : static_cast<double>(result.integer));
+  const double number =
+      std::trunc(result.kind == SqlValue::Kind::Real ? result.real : static_cast<double>(result.integer));
   const Range range = rangeOf(target.type);
   if (!(number >= range.least && number <= range.most))
     throw serverError(ServerError::ArithmeticOverflow,
-                      fmt::format("Arithmetic overflow error converting expression to data type {}.", typeName(target.type)));
+                      fmt::format("Arithmetic overflow error converting expression to data type {}.",
+                                  typeName(target.type)));
   return result.kind == SqlValue::Kind::Real ? SqlValue::of(static_cast<std::int64_t>(number)) : result;
 }
 
@@ -95,7 +101,8 @@ SqlValue toText(const SqlValue& value, std::string& buffer) {
 }
 
 bool isLonger(std::string_view text, int size) {
-  return size > 0 && text.size() > static_cast<size_t>(size) && characterCount(text) > static_cast<size_t>(size);
+  return size > 0 && text.size() > static_cast<size_t>(size) &&
+         characterCount(text) > static_cast<size_t>(size);
 }
 
 // Blanks behind the end of the column are dropped without an error, as on the server.
@@ -110,7 +117,8 @@ SqlValue fittingText(const SqlValue& value, int size, std::string& buffer) {
 
 SqlValue cutText(const SqlValue& value, int size, std::string& buffer) {
   const SqlValue result = toText(value, buffer);
-  return isLonger(result.text, size) ? SqlValue::of(leftCharacters(result.text, static_cast<size_t>(size))) : result;
+  return isLonger(result.text, size) ? SqlValue::of(leftCharacters(result.text, static_cast<size_t>(size)))
+                                     : result;
 }
 
 // ---- dates
@@ -137,9 +145,11 @@ std::optional<Date> normalDate(std::string_view text) {
 // "20261124", with or without a time behind it.
 std::optional<Date> packedDate(std::string_view text) {
   constexpr size_t kDayLength = 8;
-  if (text.size() < kDayLength || text.substr(0, kDayLength).find_first_not_of("0123456789") != std::string_view::npos)
+  if (text.size() < kDayLength ||
+      text.substr(0, kDayLength).find_first_not_of("0123456789") != std::string_view::npos)
     return std::nullopt;
-  return Date::parse(fmt::format("{}-{}-{}{}", text.substr(0, 4), text.substr(4, 2), text.substr(6, 2), text.substr(kDayLength)));
+  return Date::parse(fmt::format("{}-{}-{}{}", text.substr(0, 4), text.substr(4, 2), text.substr(6, 2),
+                                 text.substr(kDayLength)));
 }
 
 SqlValue toDate(const SqlValue& value, bool dayOnly, std::string& buffer) {
@@ -170,16 +180,26 @@ SqlValue converted(const SqlValue& value, const ValueConversion& conversion, std
   constexpr int kMoneyDecimals = 4;
   const ColumnType& target = conversion.target;
   switch (conversion.kind) {
-    case Conversion::None: return value;
-    case Conversion::ToInteger: return toInteger(value, target);
-    case Conversion::ToBit: return toBit(value, target);
-    case Conversion::ToNumber: return SqlValue::of(numberOf(value, target));
-    case Conversion::ToMoney: return toScaled(value, target, kMoneyDecimals);
-    case Conversion::ToDecimal: return toScaled(value, target, target.scale);
-    case Conversion::ToDate: return toDate(value, false, buffer);
-    case Conversion::ToDay: return toDate(value, true, buffer);
-    case Conversion::ToText: return fittingText(value, target.size, buffer);
-    case Conversion::CutText: return cutText(value, target.size, buffer);
+    case Conversion::None:
+      return value;
+    case Conversion::ToInteger:
+      return toInteger(value, target);
+    case Conversion::ToBit:
+      return toBit(value, target);
+    case Conversion::ToNumber:
+      return SqlValue::of(numberOf(value, target));
+    case Conversion::ToMoney:
+      return toScaled(value, target, kMoneyDecimals);
+    case Conversion::ToDecimal:
+      return toScaled(value, target, target.scale);
+    case Conversion::ToDate:
+      return toDate(value, false, buffer);
+    case Conversion::ToDay:
+      return toDate(value, true, buffer);
+    case Conversion::ToText:
+      return fittingText(value, target.size, buffer);
+    case Conversion::CutText:
+      return cutText(value, target.size, buffer);
     case Conversion::CompareInteger:
       return value.kind == SqlValue::Kind::Text ? SqlValue::of(wholeNumberOf(value.text, target)) : value;
     case Conversion::CompareNumber:

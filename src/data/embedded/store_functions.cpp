@@ -8,7 +8,8 @@ namespace ondrel {
 namespace {
 
 constexpr std::string_view kCouponUses =
-    "select count(distinct l.ticketNumber) from TicketLineItem l join Ticket t on t.ticketNumber = l.ticketNumber "
+    "select count(distinct l.ticketNumber) from TicketLineItem l join Ticket t on t.ticketNumber = "
+    "l.ticketNumber "
     "where t.customerSequenceNumber = ?1 and l.ticketLineType = 'CU' and l.lineItemID = ?2";
 
 constexpr std::string_view kVisits =
@@ -16,7 +17,8 @@ constexpr std::string_view kVisits =
     "and (?2 is null or createdDate >= ?2) and (?3 is null or createdDate <= ?3)";
 
 constexpr std::string_view kRackLocations =
-    "select distinct rackLocation from rackassignment where ticketnumber = ?1 and rackLocation <> '' order by rackLocation";
+    "select distinct rackLocation from rackassignment where ticketnumber = ?1 and rackLocation <> '' order "
+    "by rackLocation";
 
 // The value of a statement that gives one number.
 std::int64_t countOf(const FunctionCall& call, sqlite3_stmt* statement) {
@@ -63,7 +65,8 @@ void formatPhone(const FunctionCall& call) {
   constexpr size_t kExchangeDigits = 3, kPhoneDigits = 7;
   std::string phone(trim(call.text(1)));
   const std::string digits = digitsOf(phone);
-  if (digits.size() == kPhoneDigits) phone = digits.substr(0, kExchangeDigits) + "-" + digits.substr(kExchangeDigits);
+  if (digits.size() == kPhoneDigits)
+    phone = digits.substr(0, kExchangeDigits) + "-" + digits.substr(kExchangeDigits);
   const std::string area = digitsOf(call.text(0));
   if (!area.empty() && !phone.empty()) phone = "(" + area + ") " + phone;
   call.give(std::string_view(phone));

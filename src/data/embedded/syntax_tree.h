@@ -17,15 +17,15 @@ struct Source;
 // What is done to a value on its way to where it is used.
 enum class Conversion : std::uint8_t {
   None,
-  ToInteger,   // for an int column: fractions cut off, text must be a whole number
+  ToInteger,  // for an int column: fractions cut off, text must be a whole number
   ToBit,
   ToNumber,
-  ToMoney,     // four decimals
-  ToDecimal,   // the decimals of the column
-  ToDate,      // the normal text form of a moment
-  ToDay,       // the same at midnight
-  ToText,      // error when longer than the column
-  CutText,     // shortened to the length
+  ToMoney,         // four decimals
+  ToDecimal,       // the decimals of the column
+  ToDate,          // the normal text form of a moment
+  ToDay,           // the same at midnight
+  ToText,          // error when longer than the column
+  CutText,         // shortened to the length
   CompareInteger,  // for a comparison: numbers stay as they are, text must be a whole number
   CompareNumber,
 };
@@ -36,8 +36,24 @@ struct ValueConversion {
 };
 
 enum class ExpressionKind : std::uint8_t {
-  Column, Number, Text, Null, Variable, Star, Unary, Binary, Not, Call, Convert, Case, In, Between, Like,
-  IsNull, Exists, Subquery
+  Column,
+  Number,
+  Text,
+  Null,
+  Variable,
+  Star,
+  Unary,
+  Binary,
+  Not,
+  Call,
+  Convert,
+  Case,
+  In,
+  Between,
+  Like,
+  IsNull,
+  Exists,
+  Subquery
 };
 
 struct Expression {
@@ -49,7 +65,7 @@ struct Expression {
   bool distinct = false;       // count(distinct x)
   bool hasOperand = false;     // case x when ..
   bool hasElse = false;
-  ColumnType target;           // of a convert
+  ColumnType target;  // of a convert
   std::vector<Expression*> operands;
   Query* query = nullptr;
 
@@ -123,8 +139,8 @@ struct CallArgument {
 
 struct SyntaxTree {
   StatementKind kind = StatementKind::Select;
-  Token target;             // table or procedure
-  Query* query = nullptr;   // of a select, or of an insert from one
+  Token target;                                // table or procedure
+  Query* query = nullptr;                      // of a select, or of an insert from one
   std::vector<Token> columns;                  // insert
   std::vector<std::vector<Expression*>> rows;  // insert; a null expression stands for the default
   bool defaultValues = false;

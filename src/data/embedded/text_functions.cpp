@@ -78,7 +78,8 @@ bool setHolds(std::string_view pattern, size_t& at, char32_t character) {
   while (at < pattern.size() && pattern[at] != ']') {
     const char32_t low = nextCharacter(pattern, at);
     char32_t high = low;
-    if (at + 1 < pattern.size() && pattern[at] == '-' && pattern[at + 1] != ']') high = nextCharacter(pattern, ++at);
+    if (at + 1 < pattern.size() && pattern[at] == '-' && pattern[at + 1] != ']')
+      high = nextCharacter(pattern, ++at);
     found = found || (low <= character && character <= high);
   }
   if (at < pattern.size()) ++at;

@@ -10,7 +10,21 @@
 namespace ondrel {
 
 enum class SqlType : std::uint8_t {
-  Int, SmallInt, TinyInt, BigInt, Bit, Real, Float, Decimal, Money, DateTime, Date, Char, VarChar, Text, Guid
+  Int,
+  SmallInt,
+  TinyInt,
+  BigInt,
+  Bit,
+  Real,
+  Float,
+  Decimal,
+  Money,
+  DateTime,
+  Date,
+  Char,
+  VarChar,
+  Text,
+  Guid
 };
 
 // What a value is when two of them meet. In the order of precedence: where values of different categories

@@ -30,9 +30,12 @@ std::string moneyText(double amount, int style) {
 
 std::string valueText(const FunctionCall& call, SqlType type, int style) {
   switch (categoryOf(type)) {
-    case Category::Date: return styledDate(call.date(0), style, type == SqlType::Date);
-    case Category::Number: return type == SqlType::Money ? moneyText(call.number(0), style) : numberText(call.number(0));
-    default: return std::string(call.text(0));
+    case Category::Date:
+      return styledDate(call.date(0), style, type == SqlType::Date);
+    case Category::Number:
+      return type == SqlType::Money ? moneyText(call.number(0), style) : numberText(call.number(0));
+    default:
+      return std::string(call.text(0));
   }
 }
 
@@ -40,7 +43,8 @@ std::string valueText(const FunctionCall& call, SqlType type, int style) {
 // strict. The style means nothing to a value that is a text already.
 void convertText(const FunctionCall& call) {
   if (call.isNull(0)) return call.giveNull();
-  const std::string text = valueText(call, static_cast<SqlType>(call.integer(1)), static_cast<int>(call.integer(3)));
+  const std::string text =
+      valueText(call, static_cast<SqlType>(call.integer(1)), static_cast<int>(call.integer(3)));
   const ValueConversion conversion{call.integer(4) != 0 ? Conversion::ToText : Conversion::CutText,
                                    {SqlType::VarChar, static_cast<int>(call.integer(2)), 0}};
   std::string buffer;
@@ -89,8 +93,8 @@ void rowCount(const FunctionCall& call) {
 void newId(const FunctionCall& call) {
   static thread_local std::mt19937_64 random{std::random_device{}()};
   const std::uint64_t a = random(), b = random();
-  call.give(std::string_view(fmt::format("{:08X}-{:04X}-4{:03X}-{:04X}-{:012X}", a >> 32, a >> 16 & 0xFFFF, a & 0xFFF,
-                                         0x8000 | (b >> 48 & 0x3FFF), b & 0xFFFFFFFFFFFF)));
+  call.give(std::string_view(fmt::format("{:08X}-{:04X}-4{:03X}-{:04X}-{:012X}", a >> 32, a >> 16 & 0xFFFF,
+                                         a & 0xFFF, 0x8000 | (b >> 48 & 0x3FFF), b & 0xFFFFFFFFFFFF)));
 }
 
 // clang-format off

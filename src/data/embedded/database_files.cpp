@@ -1,0 +1,113 @@
+#include "data/embedded/database_files.h"
+
+#include <fmt/format.h>
+#include <sys/stat.h>
+
+#include <map>
+#include <mutex>
+#include <utility>
+
+#include "data/embedded/embedded_store.h"
+#include "data/embedded/schema_reader.h"
+#include "data/embedded/server_errors.h"
+
+namespace ondrel {
+namespace {
+
+constexpr std::string_view kMemoryPrefix = ":memory:";
+
+[[noreturn]] void failOpen(const std::string& path, std::string_view reason) {
+  throw Error(ErrorNumber::ConnectionFailed, kStoreSource,
+              fmt::format("Cannot open the database \"{}\": {}", path, reason));
+}
+
+// Runs a statement of one column and hands over each value as text.
+template <class Take>
+void readTexts(sqlite3* handle, const std::string& path, const char* sql, Take take) {
+  sqlite3_stmt* statement = nullptr;
+  int code = sqlite3_prepare_v2(handle, sql, -1, &statement, nullptr);
+  if (code == SQLITE_OK)
+    while ((code = sqlite3_step(statement)) == SQLITE_ROW)
+      take(std::string_view(reinterpret_cast<const char*>(sqlite3_column_text(statement, 0)),
+                            static_cast<size_t>(sqlite3_column_bytes(statement, 0))));
+  const std::string reason = sqlite3_errmsg(handle);
+  sqlite3_finalize(statement);
+  if (code != SQLITE_DONE) failOpen(path, reason);
+}
+
+// A file on disk is known by its place on the disk, so that one which was deleted and made again under the
+// same name is another database.
+using FileKey = std::pair<dev_t, ino_t>;
+
+struct Registry {
+  std::mutex mutex;
+  std::map<FileKey, DatabaseRef> files;
+  std::map<std::string, DatabaseRef, std::less<>> memory;
+};
+
+Registry& registry() {
+  static Registry instance;
+  return instance;
+}
+
+DatabaseRef memoryDatabase(const std::string& name) {
+  Registry& known = registry();
+  {
+    const std::scoped_lock guard(known.mutex);
+    const auto found = known.memory.find(name);
+    if (found != known.memory.end()) return found->second;
+  }
+  if (name != kMemoryPrefix) failOpen(name, "there is no store of that name in memory");
+  static const EmbeddedStore processStore(StoreContents::Empty, std::string(kMemoryPrefix));
+  return memoryDatabase(name);
+}
+
+}  // namespace
+
+DatabaseRef findDatabase(const std::string& name) {
+  if (name.starts_with(kMemoryPrefix)) return memoryDatabase(name);
+  struct stat status {};
+  if (::stat(name.c_str(), &status) != 0)
+    failOpen(name, "the file does not exist; \"ondrel db create\" makes one");
+  if (!S_ISREG(status.st_mode)) failOpen(name, "it is not a file");
+  Registry& known = registry();
+  const std::scoped_lock guard(known.mutex);
+  DatabaseRef& database = known.files[{status.st_dev, status.st_ino}];
+  if (!database || !database->isKnown()) database = std::make_shared<Database>(DatabaseFile{name, nullptr});
+  return database;
+}
+
+void forgetDatabaseFile(const std::string& path) {
+  Registry& known = registry();
+  const std::scoped_lock guard(known.mutex);
+  std::erase_if(known.files, [&](const auto& entry) { return entry.second->file().path == path; });
+}
+
+std::shared_ptr<const Schema> readSchema(sqlite3* handle, const std::string& path) {
+  std::string mark;
+  readTexts(handle, path, "pragma application_id", [&](std::string_view text) { mark = text; });
+  if (mark != std::to_string(kApplicationId)) failOpen(path, "it is not a database of this program");
+  auto schema = std::make_shared<Schema>();
+  readTexts(handle, path, "select text from ondrel_schema order by position", [&](std::string_view text) {
+    SchemaStatement statement = readSchemaStatement(text);
+    if (!statement.table.name.empty()) schema->add(std::move(statement.table));
+  });
+  return schema;
+}
+
+void markDatabase(Session& session) {
+  session.runPlain(fmt::format("pragma application_id = {}", kApplicationId).c_str());
+  session.runPlain("create table ondrel_schema (position integer primary key, text text not null)");
+}
+
+void enterMemoryDatabase(const std::string& name, DatabaseRef database) {
+  const std::scoped_lock guard(registry().mutex);
+  registry().memory[name] = std::move(database);
+}
+
+void removeMemoryDatabase(const std::string& name) {
+  const std::scoped_lock guard(registry().mutex);
+  registry().memory.erase(name);
+}
+
+}  // namespace ondrel

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/connection.h"
+#include "data/embedded/procedures/procedure.h"
+
+namespace ondrel {
+
+class Database;
+
+enum class StoreContents { Empty, Sample };
+
+// A database in memory with the tables of a store, for tests, consoles and demonstrations. It lives as long
+// as this object and is private to whoever knows its connection string; any number of connections of this
+// process share it. Making one copies a template, which takes far less than a millisecond.
+class EmbeddedStore {
+ public:
+  explicit EmbeddedStore(StoreContents contents = StoreContents::Empty);
+  // Under a name of its own instead of a made-up one, ":memory:name".
+  EmbeddedStore(StoreContents contents, const std::string& name);
+  ~EmbeddedStore();
+  EmbeddedStore(EmbeddedStore&&) noexcept;
+  EmbeddedStore& operator=(EmbeddedStore&&) = delete;
+
+  const std::string& connectionString() const { return connectionString_; }
+  // A connection that is open.
+  std::unique_ptr<Connection> connect(std::shared_ptr<Clock> clock = nullptr) const;
+  // Another store with the rows that are committed in this one. No transaction may be open.
+  EmbeddedStore clone() const;
+  // Puts a body of one's own in place of a procedure, or makes a new one.
+  void replaceProcedure(std::string_view name, int least, int most, ProcedureBody body);
+
+ private:
+  explicit EmbeddedStore(std::shared_ptr<Database> database);
+
+  std::string connectionString_;
+  std::shared_ptr<Database> database_;
+};
+
+// Makes a database file with the tables of a store. Raises error 58 when the file is there already.
+void createDatabaseFile(const std::string& path, StoreContents contents);
+
+// Runs the statements of a T-SQL script one after the other, in one transaction unless one is open: all of
+// them take effect or none. They are parted by semicolons, "go", or the word that begins the next one.
+void runScript(Connection& connection, std::string_view script);
+
+// Enters the tables of a store in an empty database, and the rows of the sample store in an empty store.
+void createSchema(Connection& connection);
+void loadSampleStore(Connection& connection);
+
+// What a database lacks of the tables and columns of a store, in plain words; nothing when it lacks nothing.
+std::vector<std::string> checkDatabase(Connection& connection);
+
+}  // namespace ondrel

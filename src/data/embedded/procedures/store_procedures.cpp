@@ -1,0 +1,46 @@
+#include "data/embedded/procedures/procedure.h"
+
+namespace ondrel {
+namespace {
+
+struct ProcedureRow {
+  std::string_view name;
+  int least;
+  int most;
+  RecordsetRef (*body)(ProcedureCall&);
+};
+
+// clang-format off
+constexpr ProcedureRow kProcedures[] = {
+    // name                        arguments
+    {"InsertTicket",                32, 32, nullptr},
+    {"UpdateTicket",                28, 28, nullptr},
+    {"UpdateInventory",              2,  2, nullptr},
+    {"InsertTicketTags",             3,  3, nullptr},
+    {"InsertQuickInvoice",          14, 14, nullptr},
+    {"InsertMiscCharge",            10, 10, nullptr},
+    {"GetProbableCoupons",           4,  4, nullptr},
+    {"GetProbableLoyaltyDiscounts",  4,  4, nullptr},
+    {"GetProbablePromotions",        5,  5, nullptr},
+    {"PickupPayment",                9,  9, nullptr},
+    {"ApplyPrePayPayment",           6,  6, nullptr},
+    {"InsertPayment",               12, 12, nullptr},
+    {"isHeatSealDept",               1,  1, nullptr},
+    {"sendtowhiteadc",               2,  2, nullptr},
+};
+// clang-format on
+
+}  // namespace
+
+const ProcedureRegistry& storeProcedures() {
+  static const ProcedureRegistry registry = [] {
+    ProcedureRegistry result;
+    for (const ProcedureRow& row : kProcedures)
+      result.add(
+          {std::string(row.name), row.least, row.most, row.body ? ProcedureBody(row.body) : ProcedureBody()});
+    return result;
+  }();
+  return registry;
+}
+
+}  // namespace ondrel

@@ -1,0 +1,333 @@
+#include "data/embedded/session.h"
+
+#include <fmt/format.h>
+
+#include <cassert>
+#include <utility>
+
+#include "data/embedded/database.h"
+#include "data/embedded/schema_reader.h"
+#include "data/embedded/server_errors.h"
+
+namespace ondrel {
+namespace {
+
+constexpr size_t kKeptShapes = 1000;
+constexpr int kStepsBetweenChecks = 50'000;  // of the engine, before the clock is looked at
+
+// Leaves a statement ready for its next run, whatever happens.
+class RunningStatement {
+ public:
+  explicit RunningStatement(sqlite3_stmt* statement) : statement_(statement) {}
+  ~RunningStatement() { sqlite3_reset(statement_); }
+  RunningStatement(const RunningStatement&) = delete;
+  RunningStatement& operator=(const RunningStatement&) = delete;
+
+ private:
+  sqlite3_stmt* statement_;
+};
+
+constexpr const char* kFilePragmas = "pragma synchronous = full; pragma temp_store = memory";
+constexpr const char* kMemoryPragmas =
+    "pragma journal_mode = memory; pragma cache_spill = off; pragma temp_store = memory";
+
+// Whole numbers of unknown size: the column takes Long when all of its values fit.
+bool isUnsettled(const ValueType& type) {
+  return type.category == Category::Numeral || type.declared.type == SqlType::BigInt;
+}
+
+FieldType resultType(const ValueType& type) {
+  return type.category == Category::Null || isUnsettled(type) ? FieldType::Long : fieldTypeOf(type.declared);
+}
+
+Variant columnValue(sqlite3_stmt* statement, int column, Category category) {
+  const int stored = sqlite3_column_type(statement, column);
+  if (stored == SQLITE_NULL) return Variant::null();
+  const auto text = [&] {
+    const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+    return std::string_view(bytes, static_cast<size_t>(sqlite3_column_bytes(statement, column)));
+  };
+  switch (category) {
+    case Category::Text:
+      return text();
+    case Category::Bit:
+      return sqlite3_column_int(statement, column) != 0;
+    case Category::Date:
+      return dateOfText(text());
+    case Category::Number:
+      return sqlite3_column_double(statement, column);
+    default:
+      break;
+  }
+  if (stored == SQLITE_FLOAT) return sqlite3_column_double(statement, column);
+  return stored == SQLITE_INTEGER ? Variant(std::int64_t{sqlite3_column_int64(statement, column)})
+                                  : Variant(text());
+}
+
+void finalize(sqlite3_stmt* statement) {
+  sqlite3_finalize(statement);
+}
+
+}  // namespace
+
+struct Session::Prepared {
+  Translation translation;
+  std::unique_ptr<sqlite3_stmt, void (*)(sqlite3_stmt*)> statement{nullptr, finalize};
+  std::vector<ColumnSpec> layout;  // of the result
+  bool unsettled = false;          // a column of it takes its type from its values
+  std::uint64_t lastUse = 0;
+};
+
+// ---- opening and closing
+
+Session::Session(Database& database, const DatabaseFile& file) : database_(database) {
+  const int opened = sqlite3_open_v2(file.path.c_str(), &handle_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
+                                     file.fileSystem);
+  if (opened != SQLITE_OK) {
+    const std::string reason = handle_ ? sqlite3_errmsg(handle_) : "out of memory";
+    sqlite3_close_v2(handle_);
+    throw Error(ErrorNumber::ConnectionFailed, kStoreSource,
+                fmt::format("Cannot open the database \"{}\": {}", file.path, reason));
+  }
+  try {
+    sqlite3_extended_result_codes(handle_, 1);
+    sqlite3_db_config(handle_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(handle_, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+    context_.handle = handle_;
+    registerFunctions(handle_, context_);
+    sqlite3_progress_handler(
+        handle_, kStepsBetweenChecks,
+        [](void* session) {
+          return int{std::chrono::steady_clock::now() > static_cast<Session*>(session)->deadline_};
+        },
+        this);
+    setTimeout(kDefaultTimeoutSeconds);
+    runPlain(file.fileSystem ? kMemoryPragmas : kFilePragmas);
+  } catch (...) {
+    context_.releaseStatements();
+    sqlite3_close_v2(handle_);
+    throw;
+  }
+}
+
+Session::~Session() {
+  forgetStatements();
+  sqlite3_close_v2(handle_);
+}
+
+void Session::lend(std::shared_ptr<Clock> clock, int timeoutSeconds) {
+  context_.clock = std::move(clock);
+  context_.identity.reset();
+  context_.rowCount = 0;
+  setTimeout(timeoutSeconds);
+}
+
+void Session::setTimeout(int seconds) {
+  if (seconds == timeoutSeconds_) return;
+  constexpr int kMillisecondsPerSecond = 1000;
+  timeoutSeconds_ = seconds;
+  sqlite3_busy_timeout(handle_, seconds * kMillisecondsPerSecond);
+}
+
+void Session::forgetStatements() {
+  prepared_.clear();
+  context_.releaseStatements();
+}
+
+// ---- running
+
+RecordsetRef Session::run(std::string_view sql, bool fetch) {
+  context_.statementTime.reset();
+  context_.failure.reset();
+  deadline_ = std::chrono::steady_clock::now() + std::chrono::seconds(timeoutSeconds_);
+  Prepared& prepared = prepare(sql);
+  switch (prepared.translation.kind) {
+    case StatementKind::Call:
+      return call(prepared.translation, fetch);
+    case StatementKind::Setting:
+      return fetch ? Recordset::create() : nullptr;
+    default:
+      break;
+  }
+  const RunningStatement running(prepared.statement.get());
+  bind(prepared);
+  return step(prepared, fetch);
+}
+
+Session::Prepared& Session::prepare(std::string_view sql) {
+  shape_.assign(sql);
+  const auto found = prepared_.find(shape_.key);
+  Prepared* prepared = found == prepared_.end() ? &enter(shape_.key, sql) : found->second.get();
+  if (!prepared->translation.fixedLiterals.empty()) {
+    fixedKey_ = shape_.key;
+    for (const int literal : prepared->translation.fixedLiterals)
+      fixedKey_.append(shape_.literals[static_cast<size_t>(literal)].text)
+          .append(1, StatementShape::kTextMark);
+    const auto fixed = prepared_.find(fixedKey_);
+    prepared = fixed == prepared_.end() ? &enter(fixedKey_, sql) : fixed->second.get();
+  }
+  prepared->lastUse = ++uses_;
+  return *prepared;
+}
+
+Session::Prepared& Session::enter(std::string key, std::string_view sql) {
+  auto prepared = std::make_unique<Prepared>();
+  const std::shared_ptr<const Schema> schema = database_.schema();
+  prepared->translation = translate(sql, *schema);
+  const Translation& translation = prepared->translation;
+  if (!translation.sql.empty()) {
+    sqlite3_stmt* statement = nullptr;
+    const int code =
+        sqlite3_prepare_v3(handle_, translation.sql.c_str(), static_cast<int>(translation.sql.size()) + 1,
+                           SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+    if (code != SQLITE_OK) fail(code);
+    prepared->statement.reset(statement);
+  }
+  for (const OutputColumn& column : translation.columns) {
+    const int size = column.type.category == Category::Text ? column.type.declared.size : 0;
+    prepared->layout.push_back({column.name, resultType(column.type), size, true});
+    prepared->unsettled = prepared->unsettled || isUnsettled(column.type);
+  }
+  trim();
+  prepared->lastUse = ++uses_;
+  auto& place = prepared_[std::move(key)];
+  place = std::move(prepared);
+  return *place;
+}
+
+// Drops the older half of the shapes when there are too many.
+void Session::trim() {
+  if (prepared_.size() < kKeptShapes) return;
+  std::vector<std::uint64_t> used;
+  for (const auto& [key, prepared] : prepared_) used.push_back(prepared->lastUse);
+  const auto middle = used.begin() + static_cast<std::ptrdiff_t>(used.size() / 2);
+  std::nth_element(used.begin(), middle, used.end());
+  std::erase_if(prepared_, [&](const auto& entry) { return entry.second->lastUse < *middle; });
+}
+
+void Session::bind(const Prepared& prepared) {
+  int index = 0;
+  for (const Parameter& parameter : prepared.translation.parameters)
+    bindParameter(prepared.statement.get(), ++index, parameter);
+}
+
+// A text that stands in the statement is bound where it stands; one that a conversion makes is copied.
+void Session::bindParameter(sqlite3_stmt* statement, int index, const Parameter& parameter) {
+  const Token& literal = shape_.literals[static_cast<size_t>(parameter.literal)];
+  const Conversion kind = parameter.conversion.kind;
+  const bool asText =
+      literal.kind == TokenKind::Text || kind == Conversion::ToText || kind == Conversion::CutText;
+  std::string plain;
+  if (literal.doubled) plain = unquoted(literal);
+  SqlValue value = asText ? SqlValue::of(literal.doubled ? std::string_view(plain) : literal.text)
+                          : numberValue(literal.text);
+  if (kind != Conversion::None) value = converted(value, parameter.conversion, buffer_);
+  switch (value.kind) {
+    case SqlValue::Kind::Null:
+      sqlite3_bind_null(statement, index);
+      return;
+    case SqlValue::Kind::Integer:
+      sqlite3_bind_int64(statement, index, value.integer);
+      return;
+    case SqlValue::Kind::Real:
+      sqlite3_bind_double(statement, index, value.real);
+      return;
+    case SqlValue::Kind::Text:
+      break;
+  }
+  const bool stands = value.text.data() >= literal.text.data() &&
+                      value.text.data() <= literal.text.data() + literal.text.size();
+  sqlite3_bind_text(statement, index, value.text.data(), static_cast<int>(value.text.size()),
+                    stands ? SQLITE_STATIC : SQLITE_TRANSIENT);
+}
+
+RecordsetRef Session::step(Prepared& prepared, bool fetch) {
+  if (prepared.translation.kind == StatementKind::Select && fetch) return fetchRows(prepared);
+  int code = SQLITE_ROW;
+  while (code == SQLITE_ROW) code = sqlite3_step(prepared.statement.get());
+  if (code != SQLITE_DONE) fail(code);
+  if (prepared.translation.kind != StatementKind::Select) {
+    context_.rowCount = sqlite3_changes64(handle_);
+    if (prepared.translation.movesIdentity && context_.rowCount > 0)
+      context_.identity = sqlite3_last_insert_rowid(handle_);
+  }
+  return fetch ? Recordset::create() : nullptr;
+}
+
+RecordsetRef Session::fetchRows(Prepared& prepared) {
+  sqlite3_stmt* statement = prepared.statement.get();
+  const std::vector<OutputColumn>& columns = prepared.translation.columns;
+  std::vector<ColumnSpec> layout;
+  std::vector<Variant> cells;
+  int code = 0;
+  while ((code = sqlite3_step(statement)) == SQLITE_ROW)
+    for (size_t k = 0; k < columns.size(); ++k)
+      cells.push_back(columnValue(statement, static_cast<int>(k), columns[k].type.category));
+  if (code != SQLITE_DONE) fail(code);
+  context_.rowCount = static_cast<std::int64_t>(cells.size() / columns.size());
+
+  std::span<const ColumnSpec> shown = prepared.layout;
+  if (prepared.unsettled) {
+    layout = prepared.layout;
+    for (size_t k = 0; k < cells.size(); ++k)
+      if (isUnsettled(columns[k % columns.size()].type) && cells[k].kind() == Variant::Kind::Double)
+        layout[k % columns.size()].type = FieldType::Double;
+    shown = layout;
+  }
+  RecordsetRef table = Recordset::create(shown);
+  for (size_t row = 0; row < cells.size(); row += columns.size())
+    table->appendRow(std::span<const Variant>(cells).subspan(row, columns.size()));
+  table->moveFirst();
+  return table;
+}
+
+// ---- definitions
+
+void Session::runPlain(const char* sql) {
+  const int code = sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) fail(code);
+}
+
+void Session::define(std::string_view statement) {
+  SchemaStatement declared = readSchemaStatement(statement);
+  runPlain(declared.sql.c_str());
+  sqlite3_stmt* keep = context_.prepared("insert into ondrel_schema (text) values (?1)");
+  sqlite3_bind_text(keep, 1, declared.text.data(), static_cast<int>(declared.text.size()), SQLITE_STATIC);
+  const int code = sqlite3_step(keep);
+  sqlite3_reset(keep);
+  if (code != SQLITE_DONE) fail(code);
+  if (declared.table.name.empty()) return;
+  database_.addTable(std::move(declared.table));
+  forgetStatements();
+}
+
+void Session::rollback() {
+  if (inTransaction()) sqlite3_exec(handle_, "rollback", nullptr, nullptr, nullptr);
+}
+
+// ---- failures
+
+void Session::fail(int code) {
+  if (context_.failure) throw *std::exchange(context_.failure, std::nullopt);
+  const std::string reason = sqlite3_errmsg(handle_);
+  switch (code & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_INTERRUPT:
+      throw serverError(ServerError::Timeout, "Timeout expired");
+    case SQLITE_CONSTRAINT:
+      break;
+    case SQLITE_NOTADB:
+      throw Error(ErrorNumber::ConnectionFailed, kStoreSource,
+                  "The file is not a database of this program: " + reason);
+    default:
+      throw Error(ErrorNumber::StatementFailed, kStoreSource, reason);
+  }
+  const bool missing = code == SQLITE_CONSTRAINT_NOTNULL;
+  throw serverError(
+      missing ? ServerError::CannotInsertNull : ServerError::DuplicateKey,
+      (missing ? "Cannot insert the value NULL: " : "Violation of a key, cannot insert a duplicate: ") +
+          reason);
+}
+
+}  // namespace ondrel

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <sqlite3.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "base/variant.h"
+#include "data/embedded/functions.h"
+#include "data/embedded/procedures/procedure.h"
+#include "data/embedded/shape.h"
+#include "data/embedded/translation.h"
+#include "data/recordset/recordset.h"
+
+namespace ondrel {
+
+class Database;
+
+// Seconds that a statement may take unless the connection is told another time.
+inline constexpr int kDefaultTimeoutSeconds = 30;
+
+// How a handle to a database is opened.
+struct DatabaseFile {
+  std::string path;
+  const char* fileSystem = nullptr;  // the host's unless told
+};
+
+// One handle to a database with the statements that it has prepared, by shape: what a server process
+// keeps for a client. A connection borrows one while it is open.
+class Session {
+ public:
+  Session(Database& database, const DatabaseFile& file);
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  // Readies the session for a new borrower.
+  void lend(std::shared_ptr<Clock> clock, int timeoutSeconds);
+  void setTimeout(int seconds);
+
+  // Runs one T-SQL statement. With `fetch` the result is its table, or one that is not open when it has
+  // none; without, nothing.
+  RecordsetRef run(std::string_view sql, bool fetch);
+  // Runs a create statement and enters what it declares in the schema.
+  void define(std::string_view statement);
+  // Runs statements of the table engine itself.
+  void runPlain(const char* sql);
+
+  void begin() { runPlain("begin immediate"); }
+  void commit() { runPlain("commit"); }
+  // Discards a transaction that is open.
+  void rollback();
+  bool inTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
+  // Drops what is prepared: the schema has changed.
+  void forgetStatements();
+
+  sqlite3* handle() const { return handle_; }
+
+ private:
+  struct Prepared;
+  class Call;
+
+  Prepared& prepare(std::string_view sql);
+  Prepared& enter(std::string key, std::string_view sql);
+  void trim();
+  void bind(const Prepared& prepared);
+  void bindParameter(sqlite3_stmt* statement, int index, const Parameter& parameter);
+  RecordsetRef step(Prepared& prepared, bool fetch);
+  RecordsetRef fetchRows(Prepared& prepared);
+  RecordsetRef call(const Translation& translation, bool fetch);
+  std::vector<Variant> callArguments(const Translation& translation) const;
+  [[noreturn]] void fail(int code);
+
+  Database& database_;
+  sqlite3* handle_ = nullptr;
+  FunctionContext context_;
+  StatementShape shape_;
+  std::string fixedKey_;
+  std::string buffer_;
+  std::unordered_map<std::string, std::unique_ptr<Prepared>> prepared_;
+  std::uint64_t uses_ = 0;
+  int timeoutSeconds_ = 0;
+  std::chrono::steady_clock::time_point deadline_;
+};
+
+}  // namespace ondrel
