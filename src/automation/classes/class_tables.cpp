@@ -14,6 +14,7 @@ std::span<const ClassTable* const> classTables() {
       &recordsetFieldClass(),
       &dictionaryClass(),
       &arrayClass(),
+      &invoiceClass(),
       &databaseClass(),
   };
   // clang-format on

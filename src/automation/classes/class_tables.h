@@ -12,6 +12,7 @@ const ClassTable& recordsetFieldsClass();
 const ClassTable& recordsetFieldClass();
 const ClassTable& dictionaryClass();
 const ClassTable& arrayClass();
+const ClassTable& invoiceClass();
 const ClassTable& databaseClass();
 
 // All of them.

@@ -1,5 +1,6 @@
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "automation/script/script_state.h"
 #include "base/array.h"
@@ -15,12 +16,19 @@ constexpr double kMillisecondsPerDay = 86'400'000;
 constexpr const char* kDateKey = DUK_HIDDEN_SYMBOL("Date");
 constexpr const char* kErrorKey = DUK_HIDDEN_SYMBOL("Error");
 
+// The engine keeps a character outside the basic plane as two surrogates of three bytes each:
+// ED A0..AF xx, ED B0..BF xx. The library has it in four bytes.
+constexpr char32_t kFirstSupplementary = 0x10000;
 constexpr char32_t kFirstHighSurrogate = 0xD800;
 constexpr char32_t kFirstLowSurrogate = 0xDC00;
-constexpr char32_t kLastSurrogate = 0xDFFF;
-constexpr char32_t kFirstSupplementary = 0x10000;
+constexpr size_t kSurrogateBytes = 3;
 
-// The engine keeps a character outside the basic plane as two surrogates of three bytes each.
+void appendSurrogate(std::string& text, char32_t surrogate) {
+  text += '\xED';
+  text += static_cast<char>(0x80 | (surrogate >> 6 & 0x3F));
+  text += static_cast<char>(0x80 | (surrogate & 0x3F));
+}
+
 std::string scriptText(std::string_view text) {
   std::string result;
   for (size_t position = 0; position < text.size();) {
@@ -28,33 +36,35 @@ std::string scriptText(std::string_view text) {
     if (c < kFirstSupplementary) {
       appendCharacter(result, c);
     } else {
-      appendCharacter(result, kFirstHighSurrogate + ((c - kFirstSupplementary) >> 10));
-      appendCharacter(result, kFirstLowSurrogate + ((c - kFirstSupplementary) & 0x3FF));
+      appendSurrogate(result, kFirstHighSurrogate + ((c - kFirstSupplementary) >> 10));
+      appendSurrogate(result, kFirstLowSurrogate + ((c - kFirstSupplementary) & 0x3FF));
     }
   }
   return result;
 }
 
-bool isBetween(char32_t c, char32_t first, char32_t last) {
-  return c >= first && c <= last;
+// The low bits of the surrogate at `position`, or nothing when none of that half stands there.
+std::optional<char32_t> surrogateAt(std::string_view text, size_t position, unsigned char half) {
+  if (position + kSurrogateBytes > text.size() || text[position] != '\xED') return std::nullopt;
+  const auto second = static_cast<unsigned char>(text[position + 1]);
+  const auto third = static_cast<unsigned char>(text[position + 2]);
+  if ((second & 0xF0) != half) return std::nullopt;
+  return static_cast<char32_t>((second & 0x0F) << 6 | (third & 0x3F));
 }
 
 std::string libraryText(std::string_view text) {
+  constexpr unsigned char highHalf = 0xA0, lowHalf = 0xB0;
   std::string result;
-  char32_t high = 0;
   for (size_t position = 0; position < text.size();) {
-    const char32_t c = nextCharacter(text, position);
-    if (high != 0 && isBetween(c, kFirstLowSurrogate, kLastSurrogate)) {
-      appendCharacter(result,
-                      kFirstSupplementary + ((high - kFirstHighSurrogate) << 10) + (c - kFirstLowSurrogate));
-      high = 0;
-      continue;
+    const auto high = surrogateAt(text, position, highHalf);
+    const auto low = surrogateAt(text, position + kSurrogateBytes, lowHalf);
+    if (high && low) {
+      appendCharacter(result, kFirstSupplementary + (*high << 10) + *low);
+      position += 2 * kSurrogateBytes;
+    } else {
+      result += text[position++];
     }
-    if (high != 0) appendCharacter(result, high);
-    high = isBetween(c, kFirstHighSurrogate, kFirstLowSurrogate - 1) ? c : 0;
-    if (high == 0) appendCharacter(result, c);
   }
-  if (high != 0) appendCharacter(result, high);
   return result;
 }
 

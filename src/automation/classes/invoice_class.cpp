@@ -1,0 +1,152 @@
+#include "automation/classes/class_tables.h"
+#include "invoice/invoice.h"
+
+namespace ondrel {
+
+const ClassTable& invoiceClass() {
+  // clang-format off
+  static const ClassTable table("invoice", {
+      // ---- properties
+      property("lineItems", &Invoice::lineItems),
+      property("ticketLogItems", &Invoice::ticketLogItems),
+      property("currentLineNumber", &Invoice::currentLineNumber),
+      property("starchPref", &Invoice::starchPref),
+      property("finishPref", &Invoice::finishPref),
+      property("custSeqNumber", &Invoice::custSeqNumber),
+      property("priceListId", &Invoice::priceListId),
+      property("InvDueDate", &Invoice::InvDueDate),
+      property("vipQualified", &Invoice::vipQualified),
+      property("vipExpiryDate", &Invoice::vipExpiryDate),
+      property("vipQualAmount", &Invoice::vipQualAmount),
+      property("referralQualified", &Invoice::referralQualified),
+      property("ticketNo", &Invoice::ticketNo),
+      property("invoiceNo", &Invoice::invoiceNo),
+      property("storeNumber", &Invoice::storeNumber),
+      property("multiPickUpCustName", &Invoice::multiPickUpCustName),
+      property("multiPickUpLoc", &Invoice::multiPickUpLoc),
+      property("taxCodes", &Invoice::taxCodes),
+      property("invoiceDeptIds", &Invoice::invoiceDeptIds),
+      property("isEdittable", &Invoice::isEdittable),
+      property("isAdd", &Invoice::isAdd),
+      property("amountPaid", &Invoice::amountPaid),
+      property("invoiceTotal", &Invoice::invoiceTotal),
+      property("netTotal", &Invoice::netTotal),
+      property("transactionchangeDue", &Invoice::transactionchangeDue),
+      property("invoicesDictionary", &Invoice::invoicesDictionary),
+      property("splitTheInvoice", &Invoice::splitTheInvoice),
+      property("custVisitCount", &Invoice::custVisitCount),
+      property("routeNumber", &Invoice::routeNumber),
+      property("tagsSameAsInvNos", &Invoice::tagsSameAsInvNos),
+      property("ticketTags", &Invoice::ticketTags),
+      property("counterSaleOnly", &Invoice::counterSaleOnly),
+      property("invoiceType", &Invoice::invoiceType),
+      property("signatureid", &Invoice::signatureid),
+      property("lastModifiedDate", &Invoice::lastModifiedDate),
+      property("createdDate", &Invoice::createdDate),
+      property("createdByEmployeeId", &Invoice::createdByEmployeeId),
+      property("terminalID", &Invoice::terminalID),
+      property("ticketReadyTime", &Invoice::ticketReadyTime),
+      property("hasCleared", &Invoice::hasCleared),
+      property("addOrEdit", &Invoice::addOrEdit),
+      property("excludeTaxes", &Invoice::excludeTaxes),
+      property("excludeSurcharges", &Invoice::excludeSurcharges),
+      property("invoiceOnDelivery", &Invoice::invoiceOnDelivery),
+      property("preferences", &Invoice::preferences),
+      property("groupSimilarItems", &Invoice::groupSimilarItems),
+      property("selectedLineNumber", &Invoice::selectedLineNumber),
+      property("garmentSearch", &Invoice::garmentSearch),
+      property("DBConnectionString", &Invoice::DBConnectionString, &Invoice::setDBConnectionString),
+
+      // ---- the object
+      method("initInvoice", &Invoice::initInvoice),
+      method("LoadDefaults", &Invoice::LoadDefaults),
+      method("clearInvoice", &Invoice::clearInvoice),
+      method("getFirstDeptId", &Invoice::getFirstDeptId),
+      method("collectLineItems", &Invoice::collectLineItems),
+      method("isQuickInvoice", &Invoice::isQuickInvoice),
+
+      // ---- garments
+      method("addItem", &Invoice::addItem, {{"priceListItemId"}, {"groupSimilarItems"}, {"quantity"}, {"multiplier", 1.0}, {"roundOff", 0.01}}),
+      method("addItem2", &Invoice::addItem2, {{"itemId"}, {"quantity"}}),
+      method("addRedoItem", &Invoice::addRedoItem, {{"itemId"}, {"quantity"}}),
+      method("addPriceListItem", &Invoice::addPriceListItem, {{"id"}, {"name"}, {"quantity"}, {"parentLineNumber", -1}, {"redo", false}}),
+      method("removePriceListItem", &Invoice::removePriceListItem, {{"lineNumber"}, {"id", 0}}),
+      method("addItemByHeatSeal", &Invoice::addItemByHeatSeal, {{"hsnumber"}}),
+
+      // ---- upcharges and descriptors
+      method("addUpcharge", &Invoice::addUpcharge, {{"parentLineNumber"}, {"upchargeId"}, {"quantity"}, {"groupSimilarItems"}, {"multiplier", 1.0}, {"roundOff", 0.01}}),
+      method("addUpcharge2", &Invoice::addUpcharge2, {{"parentLineNumber"}, {"upchargeId"}, {"quantity"}}),
+      method("addUpchargeToAllItems", &Invoice::addUpchargeToAllItems, {{"deptID"}, {"upchargeId"}, {"quantity"}, {"groupSimilarItems"}}),
+      method("addColor", &Invoice::addColor, {{"parentLineNumber"}, {"colorId"}, {"quantity"}, {"groupSimilarItems"}, {"multiplier", 1.0}, {"roundOff", 0.01}}),
+      method("addPattern", &Invoice::addPattern, {{"parentLineNumber"}, {"patternId"}, {"quantity"}, {"groupSimilarItems"}, {"multiplier", 1.0}, {"roundOff", 0.01}}),
+      method("addDescriptor", &Invoice::addDescriptor, {{"parentLineNumber"}, {"name"}, {"group"}, {"quantity"}}),
+      method("removeDescriptor", &Invoice::removeDescriptor, {{"parentLineNumber"}, {"name"}, {"group"}}),
+
+      // ---- line edits
+      method("deleteItem", &Invoice::deleteItem, {{"lineNo"}}),
+      method("changeQuantity", &Invoice::changeQuantity, {{"newQuantity"}, {"lineNo"}}),
+      method("overRidePrice", &Invoice::overRidePrice, {{"newPrice"}, {"lineNo"}}),
+      method("setLineToRedo", &Invoice::setLineToRedo, {{"lineNo"}}),
+      method("renameLineItem", &Invoice::renameLineItem, {{"lineNo"}, {"name"}}),
+      method("attachNotes", &Invoice::attachNotes, {{"lineNo"}, {"notes"}}),
+      method("attachPromptReponse", &Invoice::attachPromptReponse, {{"lineNo"}, {"promptResponse"}}),
+      method("getItemNotes", &Invoice::getItemNotes, {{"lineNo"}}),
+      method("getLineQuantity", &Invoice::getLineQuantity, {{"lineNumber"}}),
+
+      // ---- charges
+      method("addChargeLine", &Invoice::addChargeLine, {{"taxCode"}, {"Amount"}, {"chargeDesc"}, {"countAs"}, {"chargeDeptId"}}),
+      method("addChargeLineNew", &Invoice::addChargeLineNew, {{"storeid"}, {"custPriceList"}, {"Amount"}, {"chargeDesc"}, {"countAs"}, {"chargeDeptId"}, {"unitQuantity", 1}}),
+
+      // ---- due dates
+      method("setStoreDays", &Invoice::setStoreDays, {{"storeid"}}),
+      method("setInvoiceDueDate", &Invoice::setInvoiceDueDate, {{"NewValue"}}),
+      method("calculateInvDueDate", &Invoice::calculateInvDueDate),
+      method("getDeptDaysToProcess", &Invoice::getDeptDaysToProcess, {{"deptName"}}),
+      method("getDeptIDDaysToProcess", &Invoice::getDeptIDDaysToProcess, {{"deptID"}}),
+      method("getDeptDueDate", &Invoice::getDeptDueDate, {{"deptName"}}),
+      method("setAllDepartmentDueDates", &Invoice::setAllDepartmentDueDates, {{"datedue"}}),
+      method("setLineDueDate", &Invoice::setLineDueDate, {{"lineNumber"}, {"datedue"}}),
+      method("setDeptIdDueDate", &Invoice::setDeptIdDueDate, {{"deptID"}, {"datedue"}}),
+      method("setDeptDueDate", &Invoice::setDeptDueDate, {{"dept"}, {"datedue"}}),
+      method("getAdditionalDeptDays", &Invoice::getAdditionalDeptDays, {{"departmentID"}}),
+      method("isDepartmentExisting", &Invoice::isDepartmentExisting, {{"deptID"}}),
+      method("isDepartmentPresent", &Invoice::isDepartmentPresent, {{"deptID"}}),
+
+      // ---- route, workload, rush
+
+      // ---- coupons, loyalty, promotions
+      method("removeCoupon", &Invoice::removeCoupon, {{"lineNumber"}}),
+      method("adjustCoupon", &Invoice::adjustCoupon),
+      method("allowFurtherDiscounts", &Invoice::allowFurtherDiscounts),
+
+      // ---- VIP, prepay
+      method("getMinimumPrepay", &Invoice::getMinimumPrepay),
+      method("getPrepayDiscount", &Invoice::getPrepayDiscount),
+      method("getDepartmentPrepayDiscount", &Invoice::getDepartmentPrepayDiscount, {{"departmentID"}}),
+      method("recalculatePrepay", &Invoice::recalculatePrepay),
+      method("applyPrepay", &Invoice::applyPrepay, {{"val"}}),
+      method("isPrepayEnabled", &Invoice::isPrepayEnabled),
+
+      // ---- surcharges and finishing
+
+      // ---- sums and groups
+      method("liColTotal", &Invoice::liColTotal, {{"col"}, {"filter"}}),
+
+      // ---- heat seals
+      method("pushNewHeatSeal", &Invoice::pushNewHeatSeal, {{"heatSeal"}}),
+      method("removeNewHeatSeal", &Invoice::removeNewHeatSeal, {{"heatSeal"}}),
+      method("getNewHeatSealCount", &Invoice::getNewHeatSealCount),
+      method("getSelectedHeatSeal", &Invoice::getSelectedHeatSeal),
+      method("addHeatSeal", &Invoice::addHeatSeal, {{"lineNumber"}, {"heatSeal"}}),
+
+      // ---- rounding
+      method("RoundingDP", &Invoice::RoundingDP, {{"dblNumber"}, {"numDP"}}),
+      method("roundTo", &Invoice::roundTo, {{"x"}, {"d"}}),
+      method("round2", &Invoice::round2, {{"x"}, {"digits"}}),
+      method("roundDB", &Invoice::roundDB, {{"x"}, {"digits"}}),
+  });
+  // clang-format on
+  return table;
+}
+
+}  // namespace ondrel
