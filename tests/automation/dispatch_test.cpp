@@ -81,7 +81,7 @@ class DispatchTest : public testing::Test {
 };
 
 template <class Action>
-Error errorOf(Action action) {
+Error raised(Action action) {
   try {
     action();
   } catch (const Error& error) {
@@ -131,8 +131,8 @@ TEST_F(DispatchTest, ObjectsMustBeOfTheClass) {
   EXPECT_EQ(basket->attached(), "Ann");
   call("attach", {Variant()});
   EXPECT_EQ(basket->attached(), "none");
-  EXPECT_EQ(errorOf([&] { call("attach", {Variant(basket->notes)}); }).number(), 13);
-  EXPECT_EQ(errorOf([&] { call("attach", {5}); }).number(), 424);
+  EXPECT_EQ(raised([&] { call("attach", {Variant(basket->notes)}); }).number(), 13);
+  EXPECT_EQ(raised([&] { call("attach", {5}); }).number(), 424);
 }
 
 TEST_F(DispatchTest, ArgumentsReachTheDefaultMemberOfAPropertysValue) {
@@ -178,14 +178,13 @@ TEST_F(DispatchTest, ErrorsNameClassMemberAndArgument) {
       {[&] { call("fail", {1}); }, 11, "Division by zero"},
   };
   for (const Case& row : cases) {
-    const Error error = errorOf(row.action);
+    const Error error = raised(row.action);
     EXPECT_EQ(error.number(), row.number) << row.description;
     EXPECT_EQ(error.description(), row.description);
     EXPECT_EQ(error.source(), "Basket");
   }
-  EXPECT_EQ(errorOf([] { callMember(nullptr, "add"); }).number(), 424);
-  EXPECT_EQ(errorOf([&] { callMember(basket, "add"); }).number(), 438)
-      << "a class without a registered table";
+  EXPECT_EQ(raised([] { callMember(nullptr, "add"); }).number(), 424);
+  EXPECT_EQ(raised([&] { callMember(basket, "add"); }).number(), 438) << "a class without a registered table";
 }
 
 TEST(ClassTables, MalformedRowsAreRefused) {
@@ -234,7 +233,7 @@ TEST(ClassFactory, NamesMatchWithAndWithoutTheProject) {
   EXPECT_EQ(findPublicClass("Other.invoice"), nullptr);
   EXPECT_EQ(createObject("scripting.dictionary")->className(), "Dictionary");
 
-  const Error error = errorOf([] { createObject("OndrelCorpComponents.invoyce"); });
+  const Error error = raised([] { createObject("OndrelCorpComponents.invoyce"); });
   EXPECT_EQ(error.number(), 429);
   EXPECT_EQ(error.description(),
             "Component can't create object 'OndrelCorpComponents.invoyce': there is no such class");
@@ -252,7 +251,7 @@ TEST(DictionaryByName, ItemIsTheDefaultAndListsAreArrays) {
   std::vector<Variant> place = {1};
   EXPECT_EQ(callMember(items.toObject(), "item", place).toLong(), 4);
   place = {2};
-  EXPECT_EQ(errorOf([&] { callMember(items.toObject(), "item", place); }).number(), 9);
+  EXPECT_EQ(raised([&] { callMember(items.toObject(), "item", place); }).number(), 9);
 }
 
 }  // namespace

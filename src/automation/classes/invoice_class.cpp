@@ -52,6 +52,7 @@ const ClassTable& invoiceClass() {
       property("excludeSurcharges", &Invoice::excludeSurcharges),
       property("invoiceOnDelivery", &Invoice::invoiceOnDelivery),
       property("preferences", &Invoice::preferences),
+      property("preferenceNames", &Invoice::preferenceNames),
       property("groupSimilarItems", &Invoice::groupSimilarItems),
       property("selectedLineNumber", &Invoice::selectedLineNumber),
       property("garmentSearch", &Invoice::garmentSearch),
@@ -113,6 +114,10 @@ const ClassTable& invoiceClass() {
       method("isDepartmentPresent", &Invoice::isDepartmentPresent, {{"deptID"}}),
 
       // ---- route, workload, rush
+      method("adjustDueDatesForRoute", &Invoice::adjustDueDatesForRoute, {{"CustomerSeq"}}),
+      method("adjustDueDatesForWorkload", &Invoice::adjustDueDatesForWorkload),
+      method("isRush", &Invoice::isRush),
+      method("applyRushUpcharge", &Invoice::applyRushUpcharge, {{"groupSimiliarItems"}}),
 
       // ---- coupons, loyalty, promotions
       method("removeCoupon", &Invoice::removeCoupon, {{"lineNumber"}}),
@@ -120,6 +125,8 @@ const ClassTable& invoiceClass() {
       method("allowFurtherDiscounts", &Invoice::allowFurtherDiscounts),
 
       // ---- VIP, prepay
+      method("isVIPQualified", &Invoice::isVIPQualified),
+      method("isVipValidWithOtherOffer", &Invoice::isVipValidWithOtherOffer),
       method("getMinimumPrepay", &Invoice::getMinimumPrepay),
       method("getPrepayDiscount", &Invoice::getPrepayDiscount),
       method("getDepartmentPrepayDiscount", &Invoice::getDepartmentPrepayDiscount, {{"departmentID"}}),
@@ -128,8 +135,16 @@ const ClassTable& invoiceClass() {
       method("isPrepayEnabled", &Invoice::isPrepayEnabled),
 
       // ---- surcharges and finishing
+      method("calculateSurcharges", &Invoice::calculateSurcharges),
+      method("invoiceDone2", &Invoice::invoiceDone2),
+      method("invoiceDoneAgain", &Invoice::invoiceDoneAgain),
+      method("invoiceDone", &Invoice::invoiceDone, {{"oneDiscount"}, {"taxesRst"}}),
+      method("resetLineTaxableAmounts", &Invoice::resetLineTaxableAmounts),
+      method("getInvoiceAmountToPay", &Invoice::getInvoiceAmountToPay),
+      method("getInvoiceAmountToPayBeforeTaxSurcharge", &Invoice::getInvoiceAmountToPayBeforeTaxSurcharge),
 
       // ---- sums and groups
+      method("getTotalPriceForDisplay", &Invoice::getTotalPriceForDisplay),
       method("liColTotal", &Invoice::liColTotal, {{"col"}, {"filter"}}),
 
       // ---- heat seals
@@ -137,7 +152,30 @@ const ClassTable& invoiceClass() {
       method("removeNewHeatSeal", &Invoice::removeNewHeatSeal, {{"heatSeal"}}),
       method("getNewHeatSealCount", &Invoice::getNewHeatSealCount),
       method("getSelectedHeatSeal", &Invoice::getSelectedHeatSeal),
+      method("isHeatSealValid", &Invoice::isHeatSealValid, {{"heatSeal"}, {"message"}}),
+      method("setLineHeatSeal", &Invoice::setLineHeatSeal, {{"lineNumber"}, {"heatSeal"}}),
       method("addHeatSeal", &Invoice::addHeatSeal, {{"lineNumber"}, {"heatSeal"}}),
+      method("clearHeatSeals", &Invoice::clearHeatSeals),
+      method("getHeatSealCount", &Invoice::getHeatSealCount),
+      method("isMissingHeatSeals", &Invoice::isMissingHeatSeals),
+      method("getDescriptorText", &Invoice::getDescriptorText, {{"lineNumber"}}),
+      method("insertTagsForTicket", &Invoice::insertTagsForTicket, {{"printTagsForHeatSeals"}}),
+
+      // ---- preferences
+      method("loadCustomerPreferences", &Invoice::loadCustomerPreferences, {{"CustomerSeq"}, {"ticketNumber"}}),
+      method("setCustomerPreference", &Invoice::setCustomerPreference, {{"preferenceTypeID"}, {"value"}}),
+      method("setCustomerPreferenceByName", &Invoice::setCustomerPreferenceByName, {{"preferenceName"}, {"value"}}),
+
+      // ---- saving
+      method("isInvoiceEmpty", &Invoice::isInvoiceEmpty),
+      method("saveInvoice", &Invoice::saveInvoice, {{"userAction"}, {"employeeid"}, {"terminal"}, {"onHold"}, {"empName"}, {"storeName"}, {"startTrans"}}),
+      method("cancelDoneOperation", &Invoice::cancelDoneOperation),
+
+      // ---- loading
+      method("getExistingDetails", &Invoice::getExistingDetails, {{"ticketNumber"}}),
+      method("getInvoiceDetailsForPrinting", &Invoice::getInvoiceDetailsForPrinting, {{"ticketNumber"}}),
+      method("getLineItemType", &Invoice::getLineItemType, {{"lineNumber"}}),
+      method("getLineDeptID", &Invoice::getLineDeptID, {{"lineNumber"}}),
 
       // ---- rounding
       method("RoundingDP", &Invoice::RoundingDP, {{"dblNumber"}, {"numDP"}}),
