@@ -85,7 +85,7 @@ TEST_F(DueDates, ALineMovesItsWholeDepartment) {
   EXPECT_EQ(due(1), "12/2/2026");
   invoice.setLineDueDate(3, "12/3/2026");
   EXPECT_EQ(due(3), "12/3/2026");
-  expectError(ErrorNumber::NoCurrentRecord, [&] { invoice.setLineDueDate(9, "12/2/2026"); });
+  EXPECT_EQ(errorOf([&] { invoice.setLineDueDate(9, "12/2/2026"); }), static_cast<int>(ErrorNumber::NoCurrentRecord));
 }
 
 TEST_F(DueDates, ADepartmentWithoutLinesRemembersItsDaysOnce) {
@@ -132,7 +132,7 @@ TEST_F(DueDates, LateDropOffDaysThatCannotBeReadAreNone) {
 }
 
 TEST_F(DueDates, AnUnreachableDateIsAnError) {
-  expectError(ErrorNumber::Overflow, [&] { invoice.setAllDepartmentDueDates(1e12); });
+  EXPECT_EQ(errorOf([&] { invoice.setAllDepartmentDueDates(1e12); }), static_cast<int>(ErrorNumber::Overflow));
 }
 
 }  // namespace

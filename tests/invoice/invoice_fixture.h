@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "invoice/invoice.h"
+#include "support/error_of.h"
 #include "support/store_fixture.h"
 
 namespace ondrel {

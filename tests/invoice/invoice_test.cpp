@@ -107,7 +107,7 @@ TEST_F(InvoiceObject, SumsLeaveNullsOut) {
   invoice.lineItems->addNew({{lineNumber, 2}, {parentLineNumber, -1}, {itemType, "CU"}});
   EXPECT_EQ(invoice.liColTotal("quantity", 0).toLong(), 1);
   EXPECT_DOUBLE_EQ(invoice.liColTotal("upchargeTotal", "itemType='it'").toDouble(), 0.5);
-  expectError(ErrorNumber::ItemNotFound, [&] { invoice.liColTotal("pieces", 0); });
+  EXPECT_EQ(errorOf([&] { invoice.liColTotal("pieces", 0); }), static_cast<int>(ErrorNumber::ItemNotFound));
 }
 
 TEST_F(InvoiceObject, ObjectsOfOneApartmentShareTheConnectionString) {
