@@ -26,13 +26,13 @@ bool isOfRoll(const std::string& seal, const std::string& first, const std::stri
 
 // The first check that fails tells what is wrong; the others do not run.
 //
-// | check                | looks at                                        | passes |
-// |----------------------|-------------------------------------------------|---------------------------------------|
-// | sealRangeFault       | the rolls that the shop bought                  | a seal of one of them | |
-// sealInvoiceFault     | this invoice                                    | a seal on none of its lines | |
-// sealActiveFault      | tickets in the shop or out with the driver      | one of this very invoice | |
-// sealCustomerFault    | all tickets                                     | one of this customer | |
-// sealDisabledFault    | the garment's item, department and price list   | none of the three disabled |
+// | check             | looks at                                       | passes                     |
+// |-------------------|------------------------------------------------|----------------------------|
+// | sealRangeFault    | the rolls that the shop bought                 | a seal of one of them      |
+// | sealInvoiceFault  | this invoice                                   | a seal on none of its lines |
+// | sealActiveFault   | tickets in the shop or out with the driver     | one of this very invoice   |
+// | sealCustomerFault | all tickets                                    | one of this customer       |
+// | sealDisabledFault | the garment's item, department and price list  | none of the three disabled |
 Variant Invoice::isHeatSealValid(Variant& seal, Variant& message) {
   constexpr std::array kChecks = {&Invoice::sealRangeFault, &Invoice::sealInvoiceFault,
                                   &Invoice::sealActiveFault, &Invoice::sealCustomerFault,

@@ -9,13 +9,13 @@ namespace ondrel {
 
 using enum LineColumn;
 
-// | kind          | log row                                       | then |
-// |---------------|-----------------------------------------------|------------------------------------------|
-// | garment       | D from the line                               | its children go too, unlogged; a quick |
-// |               |                                               | drop-off's bag gets the pieces back | |
-// upcharge      | D, always, with the garment's own values      | the garment's sum gives up the amount    |
-// | pattern, color| D, if the garment's total is above 0, likewise | the same | | any other     | D from the
-// line, if its total is above 0      |                                          |
+// | kind           | log row                                        | then                                       |
+// |----------------|------------------------------------------------|--------------------------------------------|
+// | garment        | D from the line                                | its children go too, unlogged; the bag of  |
+// |                |                                                | a quick drop-off gets the pieces back      |
+// | upcharge       | D, always, with the garment's own values       | the garment's sum gives up the amount      |
+// | pattern, color | D, if the garment's total is above 0, likewise | the same                                   |
+// | any other      | D from the line, if its total is above 0       |                                            |
 //
 // Coupons are tested again after each; the date and prepay follow at the end.
 void Invoice::deleteItem(const Variant& lineNo) {

@@ -1,25 +1,25 @@
 // The passes that price an invoice, in their order. Each acts on the taxable amounts that the one before
 // left:
 //
-// | pass       | lines | base                                | taxable amount of the entered lines |
-// |------------|-------|-------------------------------------|--------------------------------------------------|
-// | reset      |       |                                     | back to the line's amount | | VIP        | VI
-// | price of the garment with children  | less the rounded share, children in proportion   | | coupons    |
-// CU    | price of the garment with children  | less the rounded share, children in proportion   | | loyalty
-// | LY    | price of the garment with children  | less the rounded share, children in proportion   | |
-// promotions | PR    | price of the garment with children  | less the unrounded share, children untouched |
-// | surcharges | SU    | taxable amount, or a fixed amount   | untouched; the SU line is taxable with its
-// amount | | taxes      | TA    | taxable amount                      | untouched | | prepay     | AC    |
-// prepay setting of the item          | untouched; the charge is taxable, and the taxes  | |            | |
-// | are worked out again                             |
+// | pass       | lines | base                               | taxable amount of the entered lines              |
+// |------------|-------|------------------------------------|--------------------------------------------------|
+// | reset      |       |                                    | back to the line's amount                        |
+// | VIP        | VI    | price of the garment with children | less the rounded share, children in proportion   |
+// | coupons    | CU    | price of the garment with children | less the rounded share, children in proportion   |
+// | loyalty    | LY    | price of the garment with children | less the rounded share, children in proportion   |
+// | promotions | PR    | price of the garment with children | less the unrounded share, children untouched     |
+// | surcharges | SU    | taxable amount, or a fixed amount  | untouched; the SU line is taxable by its amount  |
+// | taxes      | TA    | taxable amount                     | untouched                                        |
+// | prepay     | AC    | prepay setting of the item         | untouched; the charge is taxable, and the taxes  |
+// |            |       |                                    | are worked out again                             |
 //
 // Which discounts run:
 //
-// | VIP earned | stands beside others | one discount only | coupons, loyalty, promotions |
-// |------------|----------------------|-------------------|---------------------------------------------------|
-// | no         |                      |                   | all run | | yes        | yes                  |
-// no                | those that stand beside others                    | | yes        | otherwise | |
-// coupons are removed, the other two stay as they are |
+// | VIP earned | stands beside others | one discount only | coupons, loyalty, promotions                       |
+// |------------|----------------------|-------------------|----------------------------------------------------|
+// | no         |                      |                   | all run                                            |
+// | yes        | yes                  | no                | those that stand beside others                     |
+// | yes        | otherwise            |                   | coupons are removed, the other two stay as they are |
 
 #include <fmt/format.h>
 

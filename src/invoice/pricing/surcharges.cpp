@@ -66,15 +66,14 @@ Surcharged surchargeOnCharge(const Rate& rate, const Recordset& line) {
 
 }  // namespace
 
-// | step | acts on    | effect                                                              | sum on the line
-// |
-// |------|------------|---------------------------------------------------------------------|-----------------|
-// | 1    |            | exempt: ends, the SU lines as they were                             | | | 2    | SU
-// | removed; ends here when the invoice comes to nothing                |                 | | 3    | IT |
-// surcharged by item, once the line's sum is above 0                  | totalSurcharge  | | 4    | UP, CO, PA
-// | by descriptor, likewise                                             | totalSurcharge  | | 5    | AC | by
-// department, each amount above 0 whose code is not the last one's | none            | | 6    | SU, one a
-// code and department | rounded once, on its sum                         |                 |
+// | step | acts on    | effect                                                               | sum on the line |
+// |------|------------|----------------------------------------------------------------------|-----------------|
+// | 1    |            | exempt: ends, the SU lines as they were                              |                 |
+// | 2    | SU         | removed; ends here when the invoice comes to nothing                 |                 |
+// | 3    | IT         | surcharged by item, once the line's sum is above 0                   | totalSurcharge  |
+// | 4    | UP, CO, PA | by descriptor, likewise                                              | totalSurcharge  |
+// | 5    | AC         | by department, each amount above 0 whose code is not the last one's  | none            |
+// | 6    | SU         | one a code and department, rounded once, on its sum                  |                 |
 //
 // Amounts are taken of what the discounts left of `taxableAmt`.
 void Invoice::calculateSurcharges() {

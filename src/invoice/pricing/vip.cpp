@@ -42,11 +42,11 @@ Variant Invoice::isVipValidWithOtherOffer() {
   return isTrue(priceListSetting("VIPValidWithOtherOffers"));
 }
 
-// | form     | set when                             | discount of a line |
-// |----------|--------------------------------------|-----------------------------------------------------------|
-// | straight | VIPStraight and a percentage         | the percentage of its price | | smart    | not
-// VIPStraight, an amount, a step   | its share by price in the amount for each whole step that | |          |
-// | the prices of all such lines come to                      |
+// | form     | set when                       | discount of a line                                          |
+// |----------|--------------------------------|-------------------------------------------------------------|
+// | straight | VIPStraight and a percentage   | the percentage of its price                                 |
+// | smart    | not VIPStraight, an amount and | its share by price in the amount for each whole step that   |
+// |          | a step                         | the prices of all such lines come to                        |
 //
 // Acts on garments open to the VIP discount, after removing the VI lines. Each amount is rounded, lowers the
 // taxable amounts of the garment and its children in proportion, and joins the VI line of the department.
