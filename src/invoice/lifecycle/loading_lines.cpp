@@ -159,8 +159,9 @@ void Invoice::loadPrintLines() {
 }
 
 void Invoice::loadLines(const std::string& statement, std::span<const LineLoader> loaders) {
-  StoredLines lines(queryDatabase(*apartment_, statement));
-  const bool any = !lines.atEnd();
+  const RecordsetRef rows = queryDatabase(*apartment_, statement);
+  if (rows->eof()) return;
+  StoredLines lines(rows);
   std::vector<LoadStep> steps;
   for (; !lines.atEnd(); lines.next()) {
     const std::string type = toUpper(lines.type());
@@ -174,7 +175,7 @@ void Invoice::loadLines(const std::string& statement, std::span<const LineLoader
     step->type = type;
     (this->*loader->load)(lines, *step);
   }
-  if (any) ++currentLineNumber;
+  ++currentLineNumber;
 }
 
 // ---------------------------------------------------------------- one loader a treatment
