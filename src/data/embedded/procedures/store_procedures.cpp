@@ -1,4 +1,5 @@
 #include "data/embedded/procedures/procedure.h"
+#include "data/embedded/procedures/ticket_procedures.h"
 
 namespace ondrel {
 namespace {
@@ -13,10 +14,10 @@ struct ProcedureRow {
 // clang-format off
 constexpr ProcedureRow kProcedures[] = {
     // name                        arguments
-    {"InsertTicket",                32, 32, nullptr},
-    {"UpdateTicket",                28, 28, nullptr},
-    {"UpdateInventory",              2,  2, nullptr},
-    {"InsertTicketTags",             3,  3, nullptr},
+    {"InsertTicket",                32, 32, insertTicket},
+    {"UpdateTicket",                28, 28, updateTicket},
+    {"UpdateInventory",              2,  2, updateInventory},
+    {"InsertTicketTags",             3,  3, insertTicketTags},
     {"InsertQuickInvoice",          14, 14, nullptr},
     {"InsertMiscCharge",            10, 10, nullptr},
     {"GetProbableCoupons",           4,  4, nullptr},
