@@ -52,7 +52,7 @@ print(padded("line", 6) + padded("department", 15) + padded("item", 18) + padded
       padded("total", 9) + "promised");
 
 var lines = invoice.lineItems;
-lines.Filter = 0;
+lines.Filter = "itemType='IT'";
 lines.Sort = "deptId, lineNumber";
 for (lines.MoveFirst(); !lines.EOF; lines.MoveNext()) {
   var total = lines.Fields("lineItemTotal").Value;

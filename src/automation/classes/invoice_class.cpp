@@ -120,9 +120,17 @@ const ClassTable& invoiceClass() {
       method("applyRushUpcharge", &Invoice::applyRushUpcharge, {{"groupSimiliarItems"}}),
 
       // ---- coupons, loyalty, promotions
+      method("getQualifyingCoupons", &Invoice::getQualifyingCoupons),
+      method("getDisplayCouponRst", &Invoice::getDisplayCouponRst),
+      method("addCoupon", &Invoice::addCoupon, {{"couponID"}}),
       method("removeCoupon", &Invoice::removeCoupon, {{"lineNumber"}}),
       method("adjustCoupon", &Invoice::adjustCoupon),
+      method("isFirstCoupon", &Invoice::isFirstCoupon),
+      method("validateCouponAdd", &Invoice::validateCouponAdd),
       method("allowFurtherDiscounts", &Invoice::allowFurtherDiscounts),
+      method("getLineItemTotalDiscountable", &Invoice::getLineItemTotalDiscountable, {{"rs"}, {"discountFilter", 7}}),
+      method("getQualifyingLoyalty", &Invoice::getQualifyingLoyalty),
+      method("addLoyalty", &Invoice::addLoyalty, {{"couponID"}}),
 
       // ---- VIP, prepay
       method("isVIPQualified", &Invoice::isVIPQualified),

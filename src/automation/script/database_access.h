@@ -1,13 +1,15 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "data/query_database.h"
 
 namespace ondrel {
 
-// A script's own way to the database, through the door that the library uses: what a script sends stands in
-// the trace with the rest, joins an open transaction, and a query drops one.
+// A script's own way to its database, through the door that the library uses: what a script sends stands in
+// the trace with the rest, joins an open transaction, and a query drops one. It needs no DBConnectionString.
 class DatabaseAccess : public Object {
  public:
   DatabaseAccess(Apartment& apartment, std::string connectionString)
@@ -17,8 +19,8 @@ class DatabaseAccess : public Object {
   // What a script gives to an object as its DBConnectionString.
   const std::string& connectionString() const { return connectionString_; }
   // Runs a statement that gives no rows.
-  void execute(const std::string& sql) { executeInTransaction(apartment_, sql); }
-  RecordsetRef query(const std::string& sql) { return queryDatabase(apartment_, sql); }
+  void execute(std::string_view sql);
+  RecordsetRef query(std::string_view sql);
   // The statements sent since the last call.
   std::vector<std::string> trace() { return apartment_.trace.take(); }
 

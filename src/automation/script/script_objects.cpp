@@ -14,7 +14,8 @@ constexpr const char* kFunctionsKey = DUK_HIDDEN_SYMBOL("functions");
 // The value that stands for an object in a joining or a sum, where its class has one.
 const Member* plainDefault(const ClassTable& table) {
   const Member* member = table.defaultMember();
-  return member && member->parameters.empty() ? member : nullptr;
+  const bool isValue = member && member->parameters.empty() && member->resultType != ValueType::Object;
+  return isValue ? member : nullptr;
 }
 
 Variant valueOfObject(const ObjectRef& self) {
@@ -23,10 +24,11 @@ Variant valueOfObject(const ObjectRef& self) {
   return member ? callMember(table, self, *member) : Variant(self);
 }
 
+// The language makes text of any plain value itself.
 Variant textOfObject(const ObjectRef& self) {
   const Variant value = valueOfObject(self);
-  return value.isObject() ? Variant("[object " + std::string(self->className()) + "]")
-                          : Variant(value.joined());
+  if (value.isObject()) return "[object " + std::string(self->className()) + "]";
+  return value.kind() == Variant::Kind::Date ? Variant(value.toText()) : value;
 }
 
 // What the language itself asks of every object.

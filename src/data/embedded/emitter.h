@@ -26,7 +26,6 @@ class Emitter {
   void insert();
   void insertValues();
   void update();
-  void changes();
   void remove();
   void whereClause(const Expression* condition);
 

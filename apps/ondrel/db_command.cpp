@@ -1,0 +1,72 @@
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <memory>
+
+#include "automation/drivers.h"
+#include "base/error.h"
+#include "commands.h"
+#include "data/embedded/embedded_connection.h"
+#include "data/embedded/embedded_store.h"
+
+namespace ondrel {
+namespace {
+
+std::unique_ptr<Connection> open(const std::string& connectionString) {
+  auto connection = connectToDatabase({connectionString, "", "", std::make_shared<SystemClock>()});
+  connection->open();
+  return connection;
+}
+
+int create(const std::string& connectionString) {
+  const auto path = connectionStringValue(connectionString, "Database");
+  if (isEmbeddedConnectionString(connectionString) && path)
+    createDatabaseFile(*path, StoreContents::Empty);
+  else
+    createSchema(*open(connectionString));
+  std::puts("created");
+  return 0;
+}
+
+int loadSample(const std::string& connectionString) {
+  loadSampleStore(*open(connectionString));
+  std::puts("sample store loaded");
+  return 0;
+}
+
+int check(const std::string& connectionString) {
+  const std::vector<std::string> findings = checkDatabase(*open(connectionString));
+  for (const std::string& finding : findings) std::puts(finding.c_str());
+  if (findings.empty()) std::puts("complete");
+  return findings.empty() ? 0 : 1;
+}
+
+struct Action {
+  const char* name;
+  const char* description;
+  int (*run)(const std::string& connectionString);
+};
+
+// clang-format off
+constexpr Action kActions[] = {
+    {"create", "Make the database with the tables of a store",   create},
+    {"sample", "Load the sample store into an empty database",   loadSample},
+    {"check",  "Say what the database lacks; status 1 if it does", check},
+};
+// clang-format on
+
+}  // namespace
+
+void addDatabaseCommand(CLI::App& app, int& exitCode) {
+  CLI::App* database = app.add_subcommand("db", "Create, fill or check the database of a store");
+  database->require_subcommand(1);
+  const auto connectionString = std::make_shared<std::string>();
+  for (const Action& action : kActions) {
+    CLI::App* command = database->add_subcommand(action.name, action.description);
+    command
+        ->add_option("CONNECTION", *connectionString, "Connection string: \"Driver=Embedded;Database=PATH\"")
+        ->required();
+    command->callback([&action, connectionString, &exitCode] { exitCode = action.run(*connectionString); });
+  }
+}
+
+}  // namespace ondrel

@@ -1,0 +1,38 @@
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+
+#include "base/error.h"
+#include "commands.h"
+
+namespace {
+
+constexpr int kFailureExitCode = 1;
+constexpr int kUsageExitCode = 2;
+
+void complain(const std::string& text) {
+  std::fflush(stdout);
+  std::fprintf(stderr, "%s\n", text.c_str());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("The counter components at work: scripts, and the database of a store.", "ondrel");
+  app.require_subcommand(1);
+  int exitCode = 0;
+  ondrel::addRunCommand(app, exitCode);
+  ondrel::addDatabaseCommand(app, exitCode);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : kUsageExitCode;
+  } catch (const ondrel::Error& error) {
+    complain("error " + std::to_string(error.number()) + ": " + error.description());
+    return kFailureExitCode;
+  } catch (const std::exception& exception) {
+    complain(std::string("error: ") + exception.what());
+    return kFailureExitCode;
+  }
+  return exitCode;
+}

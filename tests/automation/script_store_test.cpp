@@ -1,0 +1,170 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "automation/script/script_console.h"
+#include "support/store_fixture.h"
+
+namespace ondrel {
+namespace {
+
+// Scripts against a store of their own, on Tuesday 2026-11-24 at 10:30.
+class StoreScriptTest : public StoreTest {
+ protected:
+  std::string printed(std::string_view source) {
+    ConsoleOptions options;
+    options.connectionString = store.connectionString();
+    options.now = clock->now();
+    options.arguments = {"one", "--two"};
+    std::string output;
+    const auto append = [&output](std::string_view text) { output += text; };
+    exitCode = runScript(source, "counter.js", options, append, append);
+    return output;
+  }
+
+  int exitCode = 0;
+};
+
+TEST_F(StoreScriptTest, TablesAreBuiltAndReadByName) {
+  EXPECT_EQ(printed(R"(
+    var rs = CreateObject("ADODB.Recordset");
+    rs.fields.append("number", 3);
+    rs.Fields.Append("name", 200, 10, 32);
+    rs.Fields.Append("sent", 11);
+    rs.CursorLocation = 3;
+    rs.Open();
+    rs.ActiveConnection = null;
+    rs.AddNew(["number", "NAME"], [2, "shirt"]);
+    rs.AddNew(["number"], [1]);
+    rs.AddNew();
+    rs.Fields("number").Value = 3;
+    rs.Fields.Item(1).Value = "coat";
+    rs.Sort = "number desc";
+    for (; !rs.EOF; rs.MoveNext()) print(rs("number"), rs.Fields("name").Value, rs("sent").Value, rs("NUMBER") + 1);
+    rs.filter = "name = 'SHIRT'";
+    print(rs.RecordCount, rs.Filter, rs.fields.count, rs.Fields(1).Name, rs("name").DefinedSize, rs("name").Attributes);
+    var other = rs.Clone(-1);
+    rs.Delete(1);
+    rs.Filter = 0;
+    print(other.RecordCount, rs.RecordCount, rs.BOF, rs.State);
+    var mark = rs.Bookmark;
+    rs.MoveNext();
+    rs.Bookmark = mark;
+    print(rs("number"));
+    rs.Update(["number", "name"], [9, "tie"]);
+    print(rs("number"), rs("name"));
+    rs.Filter = "number > 5";
+    rs.Delete(2);
+    rs.Filter = 0;
+    print(rs.RecordCount);
+    rs.Close();
+    print(rs.State);)"),
+            "3 coat false 4\n2 shirt false 3\n1 null false 2\n"
+            "1 name = 'SHIRT' 3 name 10 32\n"
+            "2 2 false 1\n3\n9 tie\n1\n0\n");
+}
+
+TEST_F(StoreScriptTest, TableErrorsCarryTheirNumbers) {
+  const std::string build =
+      "var rs = CreateObject('adodb.recordset'); rs.Fields.Append('n', 3); rs.Open(); rs.AddNew(['n'], [1]);";
+  const std::vector<std::pair<std::string, int>> cases = {
+      {"rs('m')", 3265},
+      {"rs(1)", 3265},
+      {"rs('n').Value = 'x'", 13},
+      {"rs.MoveNext(); rs('n').Value", 3021},
+      {"rs.Filter = 'n'", 3001},
+      {"rs.Delete(3)", 3001},
+      {"rs.Open()", 3705},
+      {"rs.Open('select 1')", 3001},
+      {"rs.AddNew(['n'], [1, 2])", 3001},
+  };
+  for (const auto& [code, number] : cases)
+    EXPECT_EQ(printed(build + "try { " + code + "; print('none') } catch (e) { print(e.number) }"),
+              std::to_string(number) + "\n")
+        << code;
+}
+
+TEST_F(StoreScriptTest, AGarmentOnAnInvoice) {
+  EXPECT_EQ(printed(R"(
+    var invoice = CreateObject("OndrelCorpComponents.invoice");
+    print("[" + invoice.DBConnectionString + "]", invoice.createdDate, invoice.CURRENTLINENUMBER);
+    invoice.DBConnectionString = Database.connectionString;
+    invoice.storeNumber = "1";
+    invoice.priceListId = 1;
+    invoice.custSeqNumber = 1;
+    invoice.setStoreDays(1);
+    invoice.LoadDefaults();
+    Database.trace();
+    var line = invoice.addItem(201, 1, 5);
+    print(Database.trace().slice(0, 2));
+    print(line, invoice.lineItems("itemName"), invoice.lineItems.Fields("quantity").Value * 2);
+    var count = ByRef(line);
+    invoice.attachNotes(line, "blue");
+    print(invoice.getItemNotes(count), count.value);
+    try { invoice.addItem("it7", 1, 1) } catch (e) { print(e.number) }
+    try { invoice.addItem() } catch (e) { print(e.number, e.description) }
+    try { invoice.storeNumber = "first" } catch (e) { print(e.number, e.description) })"),
+            "[] 11/24/2026 10:30:00 AM 1\n"
+            "<begin>,update pricelistitem set usecounter = usecounter + 1 Where priceListItemId =201\n"
+            "1 Shirt on Hanger 10\n"
+            "blue 1\n"
+            "13\n"
+            "450 Wrong number of arguments or invalid property assignment: 'invoice.addItem'\n"
+            "13 Type mismatch: 'invoice.storeNumber'\n");
+}
+
+TEST_F(StoreScriptTest, ByReferenceArgumentsComeBackInTheirBox) {
+  // The second argument of roundTo is by reference: a step of 0 or less becomes a cent.
+  EXPECT_EQ(printed("var invoice = CreateObject('invoice'), step = ByRef(0), plain = -5;"
+                    "print(invoice.roundTo(1.239, step), step.value, invoice.roundTo(1.239, plain), plain);"),
+            "1.24 0.01 1.24 -5\n");
+}
+
+TEST_F(StoreScriptTest, TheDatabaseIsAtHand) {
+  EXPECT_EQ(printed(R"(
+    Database.execute("update customer set firstName = 'O''Hara' where customerSequenceNumber = 1");
+    var rs = Database.query("select firstName, getdate() as today from customer where customerSequenceNumber = 1");
+    print(rs("firstName"), rs("today"), arguments.join());
+    print(Database.trace().length, Database.trace().length);)"),
+            "O'Hara 11/24/2026 10:30:00 AM one,--two\n5 0\n");
+  EXPECT_EQ(scalar("select firstName from customer where customerSequenceNumber = 1").toText(), "O'Hara");
+}
+
+TEST_F(StoreScriptTest, ExitStatus) {
+  EXPECT_EQ(printed("print('ok')"), "ok\n");
+  EXPECT_EQ(exitCode, 0);
+  EXPECT_EQ(printed("quit(7)"), "");
+  EXPECT_EQ(exitCode, 7);
+  EXPECT_THAT(printed("\nDatabase.query('select * from nowhere')"),
+              testing::MatchesRegex("error -?[0-9]+: .*nowhere.*\\(counter.js:2\\)\n"));
+  EXPECT_EQ(exitCode, 1);
+}
+
+TEST(Console, PrivateStoresAreFreshAndMayBeEmpty) {
+  const auto count = [](bool empty) {
+    ConsoleOptions options;
+    options.emptyStore = empty;
+    std::string output;
+    const auto append = [&output](std::string_view text) { output += text; };
+    runScript(
+        "print(Database.query('select * from store').RecordCount > 0); Database.execute('delete store')",
+        "fresh.js", options, append, append);
+    return output;
+  };
+  EXPECT_EQ(count(false), "true\n");
+  EXPECT_EQ(count(false), "true\n");
+  EXPECT_EQ(count(true), "false\n");
+}
+
+TEST(Console, OtherDriversAreRefusedWithoutTheirPassword) {
+  ConsoleOptions options;
+  options.connectionString = "Driver=SQL Server;Server=shop;Pwd=secret";
+  std::string output;
+  const auto append = [&output](std::string_view text) { output += text; };
+  EXPECT_EQ(runScript("Database.query('select 1')", "odbc.js", options, append, append), 1);
+  EXPECT_THAT(output, testing::StartsWith("error 3706: "));
+  EXPECT_THAT(output, testing::Not(testing::HasSubstr("secret")));
+  EXPECT_THROW(runScriptFile("/nowhere/at/all.js", options), Error);
+}
+
+}  // namespace
+}  // namespace ondrel
