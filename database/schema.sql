@@ -520,7 +520,7 @@ create table marketingLettersCSN (
 
 -- A stored invoice. ticketStatus is AC in the shop, OD out with the driver, FI collected; invoiceType is
 -- D dropped off, Q dropped off uncounted, C sold over the counter. invoiceTotal is the goods with taxes and
--- surcharges before any discount, netTotal what is to be paid. routeNumber -1 is no route.
+-- surcharges before any discount, netTotal what is to be paid.
 create table Ticket (
   ticketNumber int not null primary key,
   storeId int,
@@ -529,7 +529,7 @@ create table Ticket (
   ticketStatus varchar(2),
   onHold bit not null default 0,
   priceListId int,
-  routeNumber int default -1,
+  routeNumber int,
   customerSequenceNumber int,
   starchPreferenceName varchar(64),
   finishPreferenceName varchar(64),
