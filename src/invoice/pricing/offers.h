@@ -78,11 +78,11 @@ struct OfferKind {
 };
 
 // clang-format off
-//                               log             cap    per unit  rounded  all    skips  queries
-inline constexpr OfferKind kCouponOffer  =
-  {kind::coupon,   "Coupon",  -1, true,  true,    false,   true,  false, getCouponQuery, getCouponPassQuery};
+//                  log         sign cap    per unit rounded all    skips  queries
+inline constexpr OfferKind kCouponOffer =
+  {kind::coupon,    "Coupon",  -1,  true,  true,    false,  true,  false, getCouponQuery,  getCouponPassQuery};
 inline constexpr OfferKind kLoyaltyOffer =
-  {kind::loyalty,  "Loyalty",  1, false, false,   true,    false, true,  getLoyaltyQuery, getLoyaltyQuery};
+  {kind::loyalty,   "Loyalty",  1,  false, false,   true,   false, true,  getLoyaltyQuery, getLoyaltyQuery};
 // clang-format on
 
 // Whether the offer at the cursor gives its amount for each piece; loyalty offers are read without it.
