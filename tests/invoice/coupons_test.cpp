@@ -238,13 +238,7 @@ TEST_F(Coupons, BesideAVipDiscountOnlyThoseThatSufferIt) {
   invoice->getQualifyingCoupons();
   invoice->addCoupon(7);
   invoice->addCoupon(8);
-  database.answer("from customer", tableOf({"vipEligible", "vipExpiryDate", "defaultPriceListId"},
-                                           {{true, Date::of(2026, 12, 31), 3}}));
-  database.answer("sum(invoiceTotal)", tableOf({"total"}, {{500.0}}));
-  database.answer("Select VIPMinQualAmount",
-                  tableOf({"VIPMinQualAmount", "VIPValidWithOtherOffers", "VIPStraight", "VIPStraightPercent",
-                           "VIPSmartAmount", "VIPSmartForEveryAmount", "VIPValidNbrOfMonths"},
-                          {{100.0, true, true, 10.0, Variant::null(), Variant::null(), 6}}));
+  answerVip(10.0);
   finish();
   EXPECT_THAT(lines("VI"), ElementsAre(" Cleaning: 1.75", " Shirts: 1.25"));
   EXPECT_THAT(lines("CU"), ElementsAre("8 Cleaning: 1.75", "8 Shirts: 1.25"));

@@ -106,6 +106,17 @@ class OfferTest : public ::testing::Test {
   void answerPromotions(const std::vector<OfferRow>& rows) {
     database.answer("GetProbablePromotions", offerTable(rows));
   }
+  // The customer is a VIP of a straight percentage that lets offers stand beside it.
+  void answerVip(double percent) {
+    const Variant none = Variant::null();
+    database.answer("from customer", tableOf({"vipEligible", "vipExpiryDate", "defaultPriceListId"},
+                                             {{true, Date::of(2026, 12, 31), 3}}));
+    database.answer("sum(invoiceTotal)", tableOf({"total"}, {{500.0}}));
+    database.answer("Select VIPMinQualAmount", tableOf({"VIPMinQualAmount", "VIPValidWithOtherOffers",
+                                                        "VIPStraight", "VIPStraightPercent", "VIPSmartAmount",
+                                                        "VIPSmartForEveryAmount", "VIPValidNbrOfMonths"},
+                                                       {{100.0, true, true, percent, none, none, 6}}));
+  }
 
   void finish(bool oneDiscount = false) {
     Variant taxes = tableOf({"taxCode", "description", "taxPercent"}, {});
@@ -167,8 +178,8 @@ class OfferTest : public ::testing::Test {
       rows.push_back({offer.id, "ANY", fmt::format("Offer {}", offer.id), none, none, none, none,
                       offer.percent, offer.amount, offer.most, offer.besideOthers, offer.department,
                       offer.department.isNull() ? none : Variant(departmentName(offer.department.toLong())),
-                      offer.leastPieces, offer.leastAmount, offer.item});
-      if (withPerUnit) rows.back().push_back(offer.perUnit);
+                      offer.leastPieces, offer.leastAmount, offer.item, offer.perUnit});
+      rows.back().resize(names.size());
     }
     return tableOf(names, rows);
   }

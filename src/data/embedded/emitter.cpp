@@ -5,7 +5,12 @@
 namespace ondrel {
 namespace {
 
-constexpr std::string_view kTargetAlias = "target row";
+// Name of the query that works out the changes of an update with a from list, and of its columns.
+constexpr std::string_view kChange = "\"the change\"";
+
+std::string newValueName(size_t assignment) {
+  return "value" + std::to_string(assignment);
+}
 
 }  // namespace
 
@@ -184,22 +189,29 @@ void Emitter::insertValues() {
   }
 }
 
-// The target stands in the from list under its own name there; it is joined to the row that changes by the
-// row's number, or every row would change.
+// With a from list the rows and their new values are worked out first, as a query over the whole list, and
+// then joined to the target by the number of the row: joined by its name, every row would change.
 void Emitter::update() {
-  put("update "), name(names_.target->name);
-  if (names_.targetSource) put(" as "), name(kTargetAlias);
-  put(" set ");
+  put("update "), name(names_.target->name), put(" set ");
   for (size_t k = 0; k < tree_.assignments.size(); ++k) {
     if (k > 0) put(", ");
     const Assignment& each = tree_.assignments[k];
-    name(names_.target->columns[static_cast<size_t>(names_.target->find(each.column.text))].name);
-    put(" = "), value(*each.value);
+    name(names_.target->columns[static_cast<size_t>(names_.target->find(each.column.text))].name), put(" = ");
+    names_.targetSource ? void(put(kChange).put(".").put(newValueName(k))) : value(*each.value);
   }
+  if (names_.targetSource) return changes();
   if (!tree_.from.empty()) put(" from "), sources(tree_.from);
-  if (!names_.targetSource) return whereClause(tree_.where);
-  put(" where "), name(kTargetAlias), put(".rowid = "), name(names_.targetSource->name()), put(".rowid");
-  if (tree_.where) put(" and ("), value(*tree_.where), put(")");
+  whereClause(tree_.where);
+}
+
+void Emitter::changes() {
+  put(" from (select "), name(names_.targetSource->name()), put(".rowid as target");
+  for (size_t k = 0; k < tree_.assignments.size(); ++k)
+    put(", "), value(*tree_.assignments[k].value), put(" as ").put(newValueName(k));
+  put(" from "), sources(tree_.from);
+  whereClause(tree_.where);
+  put(") as ").put(kChange).put(" where ");
+  name(names_.target->name), put(".rowid = ").put(kChange).put(".target");
 }
 
 void Emitter::remove() {

@@ -26,6 +26,7 @@ class Emitter {
   void insert();
   void insertValues();
   void update();
+  void changes();
   void remove();
   void whereClause(const Expression* condition);
 

@@ -172,7 +172,10 @@ void Emitter::call(const Expression& node) {
   const int part = row.takesPart ? findDatePart(node.qualifier) : row.fixedPart;
   if (part >= 0) put(std::to_string(part)).put(node.operands.empty() ? "" : ", ");
   if (node.distinct) put("distinct ");
-  list(node.operands);
+  if (row.name == "nullif")
+    collated(*node.operands[0]), put(", "), value(*node.operands[1]);
+  else
+    list(node.operands);
   put(")");
   if (wholeAverage) put(" as integer)");
 }

@@ -36,8 +36,10 @@ bool isLiteral(const Expression& expression) {
   return expression.kind == ExpressionKind::Number || expression.kind == ExpressionKind::Text;
 }
 
-// True when any value of type `from` is a value of the column as it stands.
-bool fitsColumn(const ValueType& from, const ColumnType& to) {
+// True when any value of the expression is a value of the column as it stands. A sum of money can have
+// more decimals than money has.
+bool fitsColumn(const Expression& value, const ColumnType& to) {
+  const ValueType& from = value.type;
   if (from.category == Category::Null) return true;
   if (from.category != categoryOf(to.type)) return false;
   switch (to.type) {
@@ -52,7 +54,8 @@ bool fitsColumn(const ValueType& from, const ColumnType& to) {
     case SqlType::VarChar:
       return to.size == 0 || (from.declared.size > 0 && from.declared.size <= to.size);
     default:
-      return from.declared.type == to.type && from.declared.scale == to.scale;
+      return value.kind != ExpressionKind::Binary && from.declared.type == to.type &&
+             from.declared.scale == to.scale;
   }
 }
 
@@ -85,7 +88,7 @@ ValueType ruleType(const FunctionRow& row, const std::vector<Expression*>& opera
 }  // namespace
 
 void convertForColumn(Expression& expression, const ColumnType& target) {
-  if (isLiteral(expression) || !fitsColumn(expression.type, target))
+  if (isLiteral(expression) || !fitsColumn(expression, target))
     expression.conversion = {columnConversion(target.type), target};
 }
 

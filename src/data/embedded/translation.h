@@ -38,7 +38,7 @@ struct Translation {
 //   a / b                      a / divisor(b), which fails on 0
 //   a = b, both texts          with the store's collation
 //   delete t ..                delete from t ..
-//   update t .. from t join u  update t as target .. from t join u where target.rowid = t.rowid
+//   update t .. from t join u  update t .. from (the rows of the join and their new values) by row number
 //   @@identity                 last_identity()
 Translation translate(std::string_view statement, const Schema& schema);
 

@@ -1,3 +1,4 @@
+#include "data/embedded/procedures/offer_procedures.h"
 #include "data/embedded/procedures/procedure.h"
 #include "data/embedded/procedures/ticket_procedures.h"
 
@@ -20,9 +21,9 @@ constexpr ProcedureRow kProcedures[] = {
     {"InsertTicketTags",             3,  3, insertTicketTags},
     {"InsertQuickInvoice",          14, 14, nullptr},
     {"InsertMiscCharge",            10, 10, nullptr},
-    {"GetProbableCoupons",           4,  4, nullptr},
-    {"GetProbableLoyaltyDiscounts",  4,  4, nullptr},
-    {"GetProbablePromotions",        5,  5, nullptr},
+    {"GetProbableCoupons",           4,  4, getProbableCoupons},
+    {"GetProbableLoyaltyDiscounts",  4,  4, getProbableLoyaltyDiscounts},
+    {"GetProbablePromotions",        5,  5, getProbablePromotions},
     {"PickupPayment",                9,  9, nullptr},
     {"ApplyPrePayPayment",           6,  6, nullptr},
     {"InsertPayment",               12, 12, nullptr},

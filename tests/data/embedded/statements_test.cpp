@@ -1,0 +1,45 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "data/embedded/embedded_store.h"
+#include "data/embedded/procedures/procedure.h"
+
+namespace ondrel {
+namespace {
+
+// Every statement that the library sends, with sample values, one a line.
+std::vector<std::string> statements() {
+  std::ifstream file(ONDREL_SOURCE_DIR "/tests/data/embedded/statements.sql");
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(file, line);)
+    if (!line.empty()) lines.push_back(line);
+  return lines;
+}
+
+class EveryStatement : public testing::TestWithParam<StoreContents> {};
+
+TEST_P(EveryStatement, Runs) {
+  EmbeddedStore store(GetParam());
+  for (const auto& [key, procedure] : storeProcedures().all())
+    store.replaceProcedure(procedure.name, procedure.least, procedure.most,
+                           [](ProcedureCall&) { return RecordsetRef(); });
+  const auto connection = store.connect();
+  const std::vector<std::string> all = statements();
+  ASSERT_GT(all.size(), 150U);
+  for (const std::string& statement : all) {
+    try {
+      connection->query(statement);
+    } catch (const Error& error) {
+      ADD_FAILURE() << statement << "\n  " << error.number() << ": " << error.description();
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Stores, EveryStatement,
+                         testing::Values(StoreContents::Empty, StoreContents::Sample));
+
+}  // namespace
+}  // namespace ondrel

@@ -1,0 +1,108 @@
+#include "data/embedded/translation.h"
+
+#include <gtest/gtest.h>
+
+#include "base/error.h"
+#include "data/embedded/schema_reader.h"
+#include "data/embedded/shape.h"
+
+namespace ondrel {
+namespace {
+
+Schema smallSchema() {
+  Schema schema;
+  for (const char* text : {"create table Item (id int identity primary key, name varchar(20), price money, "
+                           "sold datetime, active bit)",
+                           "create table Tag (itemId int, label varchar(8), note text)"})
+    schema.add(readSchemaStatement(text).table);
+  return schema;
+}
+
+struct TranslationCase {
+  const char* statement;
+  const char* sql;
+};
+
+class Translated : public testing::TestWithParam<TranslationCase> {};
+
+TEST_P(Translated, Is) {
+  EXPECT_EQ(translate(GetParam().statement, smallSchema()).sql, GetParam().sql);
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Cases, Translated, testing::Values(
+    TranslationCase{"select NAME from item", R"(select "item"."name" from "Item")"},
+    TranslationCase{"select i.[name] as 'the name' from dbo.Item i with (nolock)", R"(select "i"."name" from "Item" as "i")"},
+    TranslationCase{"select isnull(price, 0) from Item", R"(select ifnull("Item"."price", ?) from "Item")"},
+    TranslationCase{"select top 5 id from Item order by name desc", R"(select "Item"."id" from "Item" order by "Item"."name" desc limit ?)"},
+    TranslationCase{"select id from Item where id in (select top 2 itemId from Tag)",
+                    R"(select "Item"."id" from "Item" where "Item"."id" in (select "Tag"."itemId" from "Tag" limit ?))"},
+    TranslationCase{"select upper(name) n from Item order by n", R"(select upper("Item"."name") from "Item" order by 1 collate store)"},
+    // + joins with a text on either side, and adds otherwise.
+    TranslationCase{"select name + label, price + 1 from Item, Tag",
+                    R"(select "Item"."name" || "Tag"."label", "Item"."price" + ? from "Item", "Tag")"},
+    TranslationCase{"select convert(varchar, id) + '-' from Item",
+                    R"(select convert_text("Item"."id", 0, 30, 0, 0) || ? from "Item")"},
+    // A text that is no column brings no collation along.
+    TranslationCase{"select 1 from Item where upper(name) = 'A'", R"(select ? from "Item" where upper("Item"."name") collate store = ?)"},
+    TranslationCase{"select 1 from Item where name = 'A'", R"(select ? from "Item" where "Item"."name" = ?)"},
+    TranslationCase{"select 1 from Item where (active = 1 or id = 2) and not id = 3",
+                    R"(select ? from "Item" where ("Item"."active" = ? or "Item"."id" = ?) and not ("Item"."id" = ?))"},
+    TranslationCase{"select * from Tag", R"(select "Tag"."itemId", "Tag"."label", "Tag"."note" from "Tag")"},
+    TranslationCase{"select price / 4 from Item", R"(select "Item"."price" / divisor(?) from "Item")"},
+    TranslationCase{"delete Tag", R"(delete from "Tag")"},
+    TranslationCase{"delete Tag where itemId = 1", R"(delete from "Tag" where "Tag"."itemId" = ?)"},
+    TranslationCase{"update Item set item.price = price + 1 from Item inner join Tag t on t.itemId = id where label = 'x'",
+                    R"(update "Item" set "price" = "the change".value0 from (select "Item".rowid as target, )"
+                    R"(to_column("Item"."price" + ?, 5, 8, 0, 0) as value0 from "Item" join "Tag" as "t" on "t"."itemId" = "Item"."id" )"
+                    R"(where "t"."label" = ?) as "the change" where "Item".rowid = "the change".target)"},
+    TranslationCase{"select @@identity as newID", "select last_identity()"}));
+// clang-format on
+
+TEST(Translation, ErrorsNameStatementPositionAndWord) {
+  struct Case {
+    const char* statement;
+    const char* complaint;
+  };
+  const Case cases[] = {
+      {"select id from Item whree id = 1", "near 'id' at position 27 of: select id"},
+      {"select id from Item where id = = 1", "near '=' at position 32"},
+      {"select id from Item where name = 'open", "near ''open' at position 34"},
+      {"update Item set price = where id = 1", "near 'where' at position 25"},
+      {"insert into Item (name) values ('a'", "near the end at position 36"},
+      {"truncate table Item", "near 'table' at position 10"},
+      {"select id from Item where @x = 1", "near '@x' at position 27"},
+      {"select cost from Item", "Invalid column name 'cost' at position 8"},
+      {"select price from Itemz", "Invalid object name 'Itemz'"},
+      {"select itemId from Tag a, Tag b", "Ambiguous column name 'itemId'"},
+      {"select median(price) from Item", "'median' is not a known function name, at position 8"},
+      {"select \"a text\" from Item", "Invalid column name 'a text'"},
+  };
+  for (const Case& each : cases) {
+    try {
+      translate(each.statement, smallSchema());
+      ADD_FAILURE() << each.statement;
+    } catch (const Error& error) {
+      EXPECT_NE(error.description().find(each.complaint), std::string::npos) << error.description();
+    }
+  }
+}
+
+TEST(Translation, ValuesAreNotPartOfTheShape) {
+  const auto shapeOf = [](std::string_view statement) {
+    StatementShape shape;
+    shape.assign(statement);
+    return shape.key;
+  };
+  EXPECT_EQ(shapeOf("select a from t where b = 1 and c = 'x'"),
+            shapeOf("select a  from t where b=-2.5 and c='O''Brien' -- x"));
+  EXPECT_NE(shapeOf("select a from t where b = 1"), shapeOf("select a from t where b = '1'"));
+  EXPECT_NE(shapeOf("select a - 1 from t"), shapeOf("select a + 1 from t"));
+  EXPECT_NE(shapeOf("select [a b] from t"), shapeOf("select a b from t"));
+  EXPECT_EQ(translate("select convert(varchar(5), name) as 'n' from Item order by 1", smallSchema())
+                .fixedLiterals.size(),
+            3U);
+}
+
+}  // namespace
+}  // namespace ondrel
