@@ -1,3 +1,4 @@
+#include "data/embedded/procedures/account_procedures.h"
 #include "data/embedded/procedures/offer_procedures.h"
 #include "data/embedded/procedures/procedure.h"
 #include "data/embedded/procedures/ticket_procedures.h"
@@ -20,7 +21,7 @@ constexpr ProcedureRow kProcedures[] = {
     {"UpdateInventory",              2,  2, updateInventory},
     {"InsertTicketTags",             3,  3, insertTicketTags},
     {"InsertQuickInvoice",          14, 14, nullptr},
-    {"InsertMiscCharge",            10, 10, nullptr},
+    {"InsertMiscCharge",            10, 10, insertMiscCharge},
     {"GetProbableCoupons",           4,  4, getProbableCoupons},
     {"GetProbableLoyaltyDiscounts",  4,  4, getProbableLoyaltyDiscounts},
     {"GetProbablePromotions",        5,  5, getProbablePromotions},

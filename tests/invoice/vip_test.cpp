@@ -1,0 +1,157 @@
+#include "pricing_story.h"
+
+namespace ondrel {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
+using enum LineColumn;
+
+class VipTest : public PricingTest {};
+
+TEST_F(VipTest, WhoQualifies) {
+  struct {
+    const char* who;
+    int customer, priceList;
+    bool qualified;
+  } const cases[] = {
+      {"125.50 in the window", 2, 1, true},
+      {"exactly the least spending", 3, 1, false},
+      {"an expired date does not count", 4, 1, true},
+      {"not marked", 1, 1, false},
+      {"260.00 in the year", 14, 2, true},
+      {"nobody has spent nothing", 999, 1, false},
+      {"a list without the rule", 2, 3, false},
+      {"an unknown list", 2, 77, false},
+  };
+  for (const auto& [who, customer, priceList, qualified] : cases)
+    EXPECT_EQ(begin(customer, priceList).isVIPQualified().toBoolean(), qualified) << who;
+
+  EXPECT_TRUE(begin(4).isVIPQualified().toBoolean());
+  EXPECT_EQ(invoice().vipExpiryDate, Date::of(2026, 5, 31));
+  EXPECT_TRUE(invoice().isVipValidWithOtherOffer().toBoolean());
+  EXPECT_FALSE(begin(14, 2).isVipValidWithOtherOffer().toBoolean());
+  EXPECT_FALSE(Invoice().isVipValidWithOtherOffer().toBoolean());
+}
+
+TEST_F(VipTest, StatementsOfTheQuestion) {
+  begin(2);
+  reads();
+  invoice().isVIPQualified();
+  EXPECT_THAT(
+      reads(),
+      ElementsAre(
+          "Select VIPMinQualAmount, VIPValidWithOtherOffers, VIPStraight,  VIPStraightPercent, VIPSmartAmount, "
+          "VIPSmartForEveryAmount, VIPValidNbrOfMonths,  referralDiscountAmount, referralValidNbrOfDays,  "
+          "referralIncrement, referralLimit  FROM PriceList where PriceListId='1'",
+          "select isnull(vipEligible, 0) as vipEligible, isnull(vipExpiryDate, getdate()) as vipExpiryDate, "
+          "defaultPriceListId from customer where customersequencenumber = '2'",
+          "select sum(invoiceTotal) as total from Ticket where ticketStatus='FI'  and customerSequenceNumber "
+          "= 2 and datediff(mm, createdDate, getdate()) < 6"));
+}
+
+// Straight 10 percent beside a coupon of 5.00. The coupon is spread over all 35.25, the VIP discount over what
+// is open to it.
+//
+// | line            | amount | VIP  | own  | taxable | coupon share   | own      | taxable | 2 %    | State  | City    |
+// |-----------------|--------|------|------|---------|----------------|----------|---------|--------|--------|---------|
+// | bag             |  20.00 | 2.00 | 2.00 |   18.00 | 2.836879       | 2.836879 |   15.16 |        |        |         |
+// | pants           |   8.00 | 1.10 | 0.80 |    7.20 | 1.560284 of 11 | 1.134752 |    6.07 | 0.1214 | 0.3642 | 0.15175 |
+// | stain treatment |   3.00 |      | 0.30 |    2.70 |                | 0.425532 |    2.27 |        | 0.1362 | 0.05675 |
+// | necktie         |   4.25 |      |      |    4.25 | 0.602837       | 0.602837 |    3.65 |        | 0.2190 | 0.09125 |
+// | fee             |   0.12 |      |      |         |                |          |    0.12 |        | 0.0072 |         |
+TEST_F(VipTest, StraightBesideACoupon) {
+  begin(2);
+  item(301);
+  upcharge(item(101), "Stain Treatment");
+  item(112);
+  offer("CU", 1, "5 Off 25", 5);
+  finish();
+  EXPECT_THAT(goods(), ElementsAre("Wash and Fold Bag 20: taxable 15.16, tax 0, surcharge 0",
+                                   "Pants 8: taxable 6.07, tax 0.516, surcharge 0.1214",
+                                   "Stain Treatment 3: taxable 2.27, tax 0.193, surcharge 0",
+                                   "Necktie 4.25: taxable 3.65, tax 0.3103, surcharge 0"));
+  EXPECT_THAT(made(), UnorderedElementsAre("VI  Laundry: 2", "VI  Dry Cleaning: 1.1", "CU 1 Laundry: 2.8369",
+                                           "CU 1 Dry Cleaning: 2.1631", "SU 1 Dry Cleaning: 0.12",
+                                           "TA 1 Dry Cleaning: 0.73", "TA 2 Dry Cleaning: 0.3"));
+  EXPECT_DOUBLE_EQ(invoice().getInvoiceAmountToPay(), 28.30);
+}
+
+// Smart: 5.00 for every 50.00 of 149.00 is 10.00. The list does not let it stand beside others, so the coupon goes.
+//
+// | line        | price | share | taxable | 1 %   | State  |
+// |-------------|-------|-------|---------|-------|--------|
+// | 5 suits     | 70.00 |  4.70 |   65.30 | 0.653 | 3.918  |
+// | 3 overcoats | 45.00 |  3.02 |   41.98 |       | 2.5188 |
+// | 4 coveralls | 24.00 |  1.61 |   22.39 |       |        |
+// | 2 sets      | 10.00 |  0.67 |    9.33 |       |        |
+TEST_F(VipTest, SmartSharesByPriceAndRemovesCoupons) {
+  begin(14, 2);
+  item(2103, 5);
+  item(2106, 3);
+  item(2204, 4);
+  item(2203, 2);
+  offer("CU", 51, "Corporate 5 Percent", 7.45);
+  finish();
+  EXPECT_THAT(goods(), ElementsAre("Suit 2-Piece 70: taxable 65.3, tax 3.918, surcharge 0.653",
+                                   "Overcoat 45: taxable 41.98, tax 2.5188, surcharge 0",
+                                   "Coverall 24: taxable 22.39, tax 0, surcharge 0",
+                                   "Uniform Set 10: taxable 9.33, tax 0, surcharge 0"));
+  EXPECT_THAT(made(), UnorderedElementsAre("VI  Corporate Cleaning: 7.72", "VI  Uniforms: 2.28",
+                                           "SU 1 Corporate Cleaning: 0.65", "TA 1 Corporate Cleaning: 6.44"));
+  EXPECT_DOUBLE_EQ(invoice().getInvoiceAmountToPay(), 146.09);
+  invoice().ticketLogItems->moveLast();
+  EXPECT_EQ(invoice().ticketLogItems->text(LogColumn::itemLogType), "D");
+  EXPECT_EQ(invoice().ticketLogItems->text(LogColumn::itemName), "Corporate 5 Percent");
+  EXPECT_EQ(invoice().ticketLogItems->number(LogColumn::amount), -7.45);
+}
+
+// Below the first step the discount is earned and comes to nothing, which still shuts out the coupon.
+TEST_F(VipTest, ASmartDiscountOfNothingIsADiscount) {
+  begin(14, 2);
+  item(2103);
+  offer("CU", 51, "Corporate 5 Percent", 0.7);
+  finish();
+  EXPECT_THAT(made("VI CU"), ElementsAre("VI  Corporate Cleaning: 0"));
+}
+
+TEST_F(VipTest, WithoutAStepOrAnythingToDiscountOffersGoOn) {
+  execute("update PriceList set VIPSmartForEveryAmount = 0 where PriceListId = 2");
+  begin(14, 2);
+  item(2103, 5);
+  offer("CU", 51, "Corporate 5 Percent", 3.5);
+  finish();
+  EXPECT_THAT(made("VI CU"), ElementsAre("CU 51 Corporate Cleaning: 3.5"));
+
+  begin(2);
+  item(112, 2);
+  offer("CU", 3, "20 Percent, At Most 10", 1.7);
+  finish();
+  EXPECT_THAT(made("VI CU"), ElementsAre("CU 3 Dry Cleaning: 1.7"));
+}
+
+TEST_F(VipTest, OneDiscountPerInvoiceRemovesCouponsAndLeavesLoyaltyAlone) {
+  execute("update miscsetup set oneDiscountPerInvoice = 1 where storeid = 1");
+  begin(2);
+  item(301);
+  offer("CU", 1, "5 Off 25", 5);
+  offer("LY", 31, "Loyal 5 Off", 5);
+  finish();
+  EXPECT_THAT(made(), UnorderedElementsAre("VI  Laundry: 2", "LY 31 : 5"));
+  EXPECT_DOUBLE_EQ(invoice().getInvoiceAmountToPay(), 18);
+  EXPECT_EQ(invoice().getTotalPriceForDisplay().toDouble(), 15);
+}
+
+// A spread sum is the sum of rounded shares: 0.425 twice gives 0.86.
+TEST_F(VipTest, SharesAreRoundedBeforeTheyAreMerged) {
+  execute("update PriceListItem set VIPDiscountable = 1 where priceListItemId = 112");
+  begin(2);
+  item(112);
+  item(112);
+  finish();
+  EXPECT_THAT(made("VI"), ElementsAre("VI  Dry Cleaning: 0.86"));
+}
+
+}  // namespace
+}  // namespace ondrel
