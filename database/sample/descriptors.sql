@@ -251,3 +251,12 @@ insert into ItemDescriptorPrice (itemDescriptorPriceID, priceListItemId, descrip
   (133, 2103, 'Stain Treatment', 'UP', 2.00, 10),
   (134, 2201, 'Name Badge',      'UP', 0.50, 10),
   (135, 3101, 'Stain Treatment', 'UP', 3.00, 10);
+
+-- A tablecloth is the plain thing with words: nothing on it is taxed or surcharged.
+insert into ItemDescriptorPrice (itemDescriptorPriceID, priceListItemId, descriptorName, descriptorType, price, daysToProcess, oneShot, displaysequence) values
+  (136, 306, 'Stain Treatment', 'UP', 3.00, null, 0, 10),
+  (137, 306, 'Hand Press',      'UP', 2.00,    1, 0, 20),
+  (138, 306, 'Minor Repair',    'UP', 1.50, null, 1, 30),
+  (139, 306, 'White',           'CO', 0.50, null, 0, 10),
+  (140, 306, 'Blue',            'CO', 0.00, null, 0, 20),
+  (141, 306, 'Checked',         'PA', 0.25, null, 0, 10);
