@@ -8,7 +8,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using enum LineColumn;
 
-class Charges : public InvoiceTest {};
+class Charges : public UntaxedInvoiceTest {};
 
 TEST_F(Charges, WhatACountAndAnAmountComeTo) {
   const struct {

@@ -11,7 +11,7 @@ using enum LineColumn;
 // 111 Raincoat with Seam Tape disabled; 106 Dress with White 1.50, Ivory 1.50 (disabled), pattern Sequined 6.00;
 // as plain descriptors Ink 1.50 and all brands free.
 
-class Descriptors : public InvoiceTest {
+class Descriptors : public UntaxedInvoiceTest {
  protected:
   void garment(int item, int pieces) { invoice.addItem(item, 0, pieces, 1.0, 0.01); }
   void upcharge(int parent, const char* name, const Variant& pieces, bool merging = true) {

@@ -77,4 +77,11 @@ class InvoiceTest : public StoreTest {
   int logRowsSeen_ = 0;
 };
 
+// The same for a customer who pays no tax, so that the lines are those entered: with taxes every click makes
+// the tax lines anew and uses up line numbers.
+class UntaxedInvoiceTest : public InvoiceTest {
+ protected:
+  UntaxedInvoiceTest() { invoice.excludeTaxes = true; }
+};
+
 }  // namespace ondrel

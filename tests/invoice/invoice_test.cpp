@@ -7,7 +7,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using enum LineColumn;
 
-class InvoiceObject : public InvoiceTest {
+class InvoiceObject : public UntaxedInvoiceTest {
  protected:
   // One of the pieces that a line was flattened into.
   void piece(int number, int group, const char* kindOfLine = "IT", int parent = -1) {

@@ -10,7 +10,7 @@ using enum LineColumn;
 // Sample store: 201 Shirt on Hanger 2.50 (department 2), 101 Pants 8.00, 103 Suit 2-Piece 16.00 in two pieces,
 // 114 Tuxedo 22.00 with 25 % to be prepaid, 107 Evening Gown with a fixed note (all department 1).
 
-class Items : public InvoiceTest {
+class Items : public UntaxedInvoiceTest {
  protected:
   Variant add(int item, const Variant& merging, const Variant& pieces) {
     return invoice.addItem(item, merging, pieces, 1.0, 0.01);

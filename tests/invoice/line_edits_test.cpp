@@ -10,7 +10,7 @@ using enum LineColumn;
 // Sample store: 201 Shirt on Hanger 2.50, 103 Suit 16.00 (two pieces, Two Day Rush 2.00, colour White 1.00, pattern
 // Pinstripe 0.50), 106 Dress 14.00.
 
-class LineEdits : public InvoiceTest {
+class LineEdits : public UntaxedInvoiceTest {
  protected:
   void garment(int item, int pieces) { invoice.addItem(item, 0, pieces, 1.0, 0.01); }
   // A suit of two with every kind of child, the log read.
