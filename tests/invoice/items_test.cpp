@@ -136,7 +136,8 @@ TEST_F(Items, ButtonsAddAndRemoveByKind) {
   EXPECT_EQ(invoice.addPriceListItem("IT101", "", 1, -1, false).toLong(), 1);
   EXPECT_EQ(invoice.addPriceListItem("up40", "", 1, 1, false).toText(), "up40");
   EXPECT_EQ(invoice.addPriceListItem("co3", "Navy", 1, 1, false).toText(), "co3");
-  EXPECT_THAT(lines(), ElementsAre("1 IT Pants 1 x 8 = 8", "2<1 UP Stain Treatment 1 x 3 = 3", "3<1 co Navy 1 x 0 = 0"));
+  EXPECT_THAT(lines(), ElementsAre("1 IT Pants 1 x 8 = 8", "2<1 UP Stain Treatment 1 x 3 = 3",
+                                   "3<1 co Navy 1 x 0 = 0"));
   EXPECT_EQ(text(1, upchargeTotal), "3");
 
   EXPECT_EQ(invoice.removePriceListItem(1, "up40").toLong(), 1);
@@ -152,7 +153,8 @@ TEST_F(Items, AHeatSealBringsItsGarmentBack) {
   EXPECT_EQ(invoice.addItemByHeatSeal("ZZ99999").toLong(), -1);
   invoice.pushNewHeatSeal("AA00001");
   EXPECT_EQ(invoice.addItemByHeatSeal("AA00001").toLong(), 1);
-  EXPECT_THAT(lines(), ElementsAre("1 IT Jacket 1 x 9 = 9", "2<1 CO Navy 1 x 0 = 0", "3<1 BR Ardenvale 1 x 0 = 0"));
+  EXPECT_THAT(lines(),
+              ElementsAre("1 IT Jacket 1 x 9 = 9", "2<1 CO Navy 1 x 0 = 0", "3<1 BR Ardenvale 1 x 0 = 0"));
   EXPECT_EQ(text(1, heatSeal), "AA00001");
   EXPECT_EQ(invoice.getNewHeatSealCount().toLong(), 0);
 }
