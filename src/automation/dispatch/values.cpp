@@ -2,23 +2,23 @@
 
 namespace ondrel {
 
-std::string_view automationTypeName(AutomationType type) {
+std::string_view valueTypeName(ValueType type) {
   switch (type) {
-    case AutomationType::None:
+    case ValueType::None:
       return "";
-    case AutomationType::Variant:
+    case ValueType::Variant:
       return "Variant";
-    case AutomationType::Boolean:
+    case ValueType::Boolean:
       return "Boolean";
-    case AutomationType::Long:
+    case ValueType::Long:
       return "Long";
-    case AutomationType::Double:
+    case ValueType::Double:
       return "Double";
-    case AutomationType::Date:
+    case ValueType::Date:
       return "Date";
-    case AutomationType::Text:
+    case ValueType::Text:
       return "Text";
-    case AutomationType::Object:
+    case ValueType::Object:
       return "Object";
   }
   return "";

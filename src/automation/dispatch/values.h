@@ -13,10 +13,10 @@
 namespace ondrel {
 
 // The types of arguments and results as a page knows them.
-enum class AutomationType { None, Variant, Boolean, Long, Double, Date, Text, Object };
+enum class ValueType { None, Variant, Boolean, Long, Double, Date, Text, Object };
 
 // "Long", "Text", ...; "" for None.
-std::string_view automationTypeName(AutomationType type);
+std::string_view valueTypeName(ValueType type);
 
 // The C++ types that cross between a Variant and a member, and how.
 //
@@ -45,41 +45,41 @@ template <class T>
 concept TextType = std::same_as<T, std::string> || std::same_as<T, std::string_view>;
 
 template <class T>
-constexpr AutomationType automationTypeOf() {
+constexpr ValueType valueTypeOf() {
   if constexpr (std::is_void_v<T>)
-    return AutomationType::None;
+    return ValueType::None;
   else if constexpr (std::same_as<T, Variant>)
-    return AutomationType::Variant;
+    return ValueType::Variant;
   else if constexpr (std::same_as<T, bool>)
-    return AutomationType::Boolean;
+    return ValueType::Boolean;
   else if constexpr (std::integral<T> || std::is_enum_v<T>)
-    return AutomationType::Long;
+    return ValueType::Long;
   else if constexpr (std::floating_point<T>)
-    return AutomationType::Double;
+    return ValueType::Double;
   else if constexpr (std::same_as<T, Date>)
-    return AutomationType::Date;
+    return ValueType::Date;
   else if constexpr (TextType<T>)
-    return AutomationType::Text;
+    return ValueType::Text;
   else {
     static_assert(isObjectPointer<T> || isVector<T>, "a type that does not cross to pages");
-    return AutomationType::Object;
+    return ValueType::Object;
   }
 }
 
 template <class T>
 T fromVariant(const Variant& value) {
-  constexpr AutomationType type = automationTypeOf<T>();
-  if constexpr (type == AutomationType::Variant)
+  constexpr ValueType type = valueTypeOf<T>();
+  if constexpr (type == ValueType::Variant)
     return value;
-  else if constexpr (type == AutomationType::Boolean)
+  else if constexpr (type == ValueType::Boolean)
     return value.toBoolean();
-  else if constexpr (type == AutomationType::Long)
+  else if constexpr (type == ValueType::Long)
     return static_cast<T>(value.toLong());
-  else if constexpr (type == AutomationType::Double)
+  else if constexpr (type == ValueType::Double)
     return static_cast<T>(value.toDouble());
-  else if constexpr (type == AutomationType::Date)
+  else if constexpr (type == ValueType::Date)
     return value.toDate();
-  else if constexpr (type == AutomationType::Text)
+  else if constexpr (type == ValueType::Text)
     return value.toText();
   else {
     if (value.isNull()) return nullptr;

@@ -18,13 +18,12 @@ class SchemaReader {
   SchemaStatement read() {
     SchemaStatement result;
     result.text = statement_;
-    if (take("drop")) {
-      readDrop(result);
-    } else {
-      expect("create");
-      const bool unique = take("unique");
-      !unique&& take("table") ? readTable(result) : readIndex(result, unique);
-    }
+    expect("create");
+    const bool unique = take("unique");
+    if (!unique && take("table"))
+      readTable(result);
+    else
+      readIndex(result, unique);
     take(";");
     if (token_.kind != TokenKind::End) fail();
     return result;
@@ -74,15 +73,8 @@ class SchemaReader {
     return "(" + result + ")";
   }
 
-  void readDrop(SchemaStatement& result) {
-    expect("table");
-    result.kind = SchemaStatement::Kind::Drop;
-    result.tableName = name();
-    result.sql = fmt::format("drop table \"{}\"", result.tableName);
-  }
-
   void readTable(SchemaStatement& result) {
-    result.table.name = result.tableName = name();
+    result.table.name = name();
     std::string parts;
     expect("(");
     do {
@@ -184,10 +176,9 @@ class SchemaReader {
     expect("index");
     const std::string_view index = name();
     expect("on");
-    result.kind = SchemaStatement::Kind::Index;
-    result.tableName = name();
-    result.sql = fmt::format("create {}index \"{}\" on \"{}\" {}", unique ? "unique " : "", index,
-                             result.tableName, nameList());
+    const std::string_view table = name();
+    result.sql =
+        fmt::format("create {}index \"{}\" on \"{}\" {}", unique ? "unique " : "", index, table, nameList());
   }
 
   std::string_view statement_;
@@ -197,7 +188,7 @@ class SchemaReader {
 
 bool beginsStatement(const Token& token) {
   if (token.kind != TokenKind::Word) return false;
-  for (const std::string_view word : {"create", "drop", "insert", "update", "delete", "exec", "execute"})
+  for (const std::string_view word : {"create", "insert", "update", "delete", "exec", "execute"})
     if (sameWord(token.text, word)) return true;
   return false;
 }
@@ -208,9 +199,9 @@ SchemaStatement readSchemaStatement(std::string_view statement) {
   return SchemaReader(statement).read();
 }
 
-bool isSchemaStatement(std::string_view statement) {
+bool isCreateStatement(std::string_view statement) {
   const Token first = Lexer(statement).next();
-  return first.kind == TokenKind::Word && (sameWord(first.text, "create") || sameWord(first.text, "drop"));
+  return first.kind == TokenKind::Word && sameWord(first.text, "create");
 }
 
 std::vector<std::string_view> splitScript(std::string_view script) {

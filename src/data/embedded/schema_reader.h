@@ -8,20 +8,16 @@
 
 namespace ondrel {
 
-// A statement that changes the tables, taken apart.
+// A create statement taken apart: the table that it declares, if it is one, and the statement that the
+// table engine runs for it.
 struct SchemaStatement {
-  enum class Kind { Table, Index, Drop };
-
-  Kind kind = Kind::Table;
   std::string text;       // as it stood
-  std::string tableName;  // of the table that it makes, indexes or drops
-  TableDefinition table;  // what a create table declares
-  std::string sql;        // for the table engine
+  TableDefinition table;  // without a name for an index
+  std::string sql;
 };
 
-// Reads one statement:
+// Reads one `create table` or `create [unique] index` statement:
 //
-//   "drop" "table" name
 //   "create" "table" name "(" column | "primary" "key" "(" name, .. ")" | "unique" "(" name, .. ")", .. ")"
 //   column = name type ["(" length ["," scale] ")"]
 //            { "identity" ["(" 1 "," 1 ")"] | ["not"] "null" | "default" value | "primary" "key" | "unique" }
@@ -33,7 +29,6 @@ SchemaStatement readSchemaStatement(std::string_view statement);
 // statement follows a complete one. A select behind an insert belongs to it unless a semicolon parts them.
 std::vector<std::string_view> splitScript(std::string_view script);
 
-// True when it begins with create or drop.
-bool isSchemaStatement(std::string_view statement);
+bool isCreateStatement(std::string_view statement);
 
 }  // namespace ondrel

@@ -176,6 +176,7 @@ void Invoice::loadLines(const std::string& statement, std::span<const LineLoader
     (this->*loader->load)(lines, *step);
   }
   ++currentLineNumber;
+  lineItems->clearFilter();  // the last line counts from here on
 }
 
 // ---------------------------------------------------------------- one loader a treatment
