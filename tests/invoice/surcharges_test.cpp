@@ -144,30 +144,5 @@ TEST_F(SurchargesTest, ARowOfEachPriceListIsCharged) {
   EXPECT_THAT(made("SU"), ElementsAre("SU 1 Dry Cleaning: 0.24"));
 }
 
-TEST_F(SurchargesTest, StatementsOfAPass) {
-  begin();
-  color(item(103), "White");
-  charge(10, 5);
-  reads();
-  invoice().calculateSurcharges();
-  EXPECT_THAT(
-      reads(),
-      ElementsAre(
-          "SELECT ISC.priceListItemID as 'priceListItemID',  ISC.surchargeCode as 'surchargeCode',  SC.fixedAmount "
-          "as 'fixedAmount' , SC.surchargePercent as 'surchargePercent',  SC.[name] as 'description', "
-          "SC.applyPerItem FROM ItemSurcharge ISC, Surcharge SC  WHERE ISC.priceListItemID IN ('103')  AND "
-          "ISC.priceListId = SC.priceListId  AND ISC.surchargeCode = SC.surchargeCode",
-          "SELECT ISC.priceListItemID as 'priceListItemID', ISC.descriptorName as 'descriptorName',  "
-          "ISC.descriptorType as 'descriptorType', ISC.surchargeCode as 'surchargeCode',  SC.fixedAmount as "
-          "'fixedAmount', SC.surchargePercent as 'surchargePercent',  SC.[name] as 'description', SC.applyPerItem  "
-          "FROM ItemDescriptorSurcharge ISC, Surcharge SC  WHERE ISC.priceListItemID IN ('103')  AND "
-          "convert(varchar, ISC.priceListItemID) + ISC.descriptorType + ISC.descriptorName  IN ('103COWhite')  AND "
-          "ISC.priceListId = SC.priceListId  AND ISC.surchargeCode = SC.surchargeCode",
-          "SELECT ds.surchargeCode as surchargeCode, sc.fixedAmount as fixedAmount, sc.surchargePercent as "
-          "surchargePercent, sc.[name] as description, SC.applyPerItem  from departmentsurcharge ds, surcharge sc "
-          "where ds.departmentid = '5' and ds.surchargeCode = sc.surchargecode  and sc.pricelistId = '1'"));
-  EXPECT_TRUE(filterIsClear());
-}
-
 }  // namespace
 }  // namespace ondrel

@@ -141,28 +141,5 @@ TEST_F(TaxesTest, RatesOfOtherStoresCountAndCaseDoesNot) {
                                                "TA 2 Dry Cleaning: 0.4"));
 }
 
-TEST_F(TaxesTest, StatementsOfAPass) {
-  begin();
-  upcharge(item(101), "Cuffs");
-  charge(10, 5);
-  reads();
-  Variant off = false;
-  invoice().excludeSurcharges = true;
-  invoice().applyPrepay(off);
-  EXPECT_THAT(
-      reads(),
-      ElementsAre(
-          "SELECT IT.priceListItemID as 'priceListItemID',  IT.taxCode as 'taxCode', T.taxPercent as 'taxPercent', "
-          " T.[description] as 'description' FROM ItemTax IT, Tax T  WHERE IT.priceListItemID IN ('101') AND "
-          "IT.storeID = T.storeID  AND IT.taxCode = T.taxCode",
-          "SELECT IT.priceListItemID as 'priceListItemID', IT.descriptorName as 'descriptorName',  "
-          "IT.descriptorType as 'descriptorType', IT.taxCode as 'taxCode',  T.taxPercent as 'taxPercent', "
-          "T.[description] as 'description'  FROM ItemDescriptorTax IT, Tax T WHERE IT.priceListItemID IN "
-          "('101') AND  convert(varchar, IT.priceListItemID) +  IT.descriptorType  + IT.descriptorName IN "
-          "('101UPCuffs') AND IT.storeID = T.storeID  AND IT.taxCode = T.taxCode ",
-          " SELECT tax.* FROM departmenttax INNER JOIN tax ON  departmenttax.taxcode = tax.taxcode  WHERE "
-          "departmenttax.storeId = '1' AND departmenttax.departmentID = '5'"));
-}
-
 }  // namespace
 }  // namespace ondrel

@@ -35,22 +35,6 @@ TEST_F(VipTest, WhoQualifies) {
   EXPECT_FALSE(Invoice().isVipValidWithOtherOffer().toBoolean());
 }
 
-TEST_F(VipTest, StatementsOfTheQuestion) {
-  begin(2);
-  reads();
-  invoice().isVIPQualified();
-  EXPECT_THAT(
-      reads(),
-      ElementsAre(
-          "Select VIPMinQualAmount, VIPValidWithOtherOffers, VIPStraight,  VIPStraightPercent, VIPSmartAmount, "
-          "VIPSmartForEveryAmount, VIPValidNbrOfMonths,  referralDiscountAmount, referralValidNbrOfDays,  "
-          "referralIncrement, referralLimit  FROM PriceList where PriceListId='1'",
-          "select isnull(vipEligible, 0) as vipEligible, isnull(vipExpiryDate, getdate()) as vipExpiryDate, "
-          "defaultPriceListId from customer where customersequencenumber = '2'",
-          "select sum(invoiceTotal) as total from Ticket where ticketStatus='FI'  and customerSequenceNumber "
-          "= 2 and datediff(mm, createdDate, getdate()) < 6"));
-}
-
 // Straight 10 percent beside a coupon of 5.00. The coupon is spread over all 35.25, the VIP discount over what
 // is open to it.
 //
