@@ -1,14 +1,17 @@
 // What a press on "Done" costs: invoiceDone2 on an invoice of so many garments, each with an upcharge, with a
 // coupon, taxes and surcharges.
 //
-// statements, database_us and outside_us are figures of one call: what was sent, the time below the door to
-// the database and the time above it. growth is outside_us over that of the size before.
+// statements, database_us and outside_us are figures of one call: what was sent, the processor time below the
+// door to the database and the time above it. growth is outside_us over that of the size before.
 
 #include <benchmark/benchmark.h>
+#include <time.h>
 
 #include <algorithm>
 #include <array>
-#include <chrono>
+#include <cstdint>
+#include <iterator>
+#include <map>
 
 #include "data/embedded/embedded_connection.h"
 #include "data/embedded/embedded_store.h"
@@ -17,7 +20,12 @@
 namespace ondrel {
 namespace {
 
-using Stopwatch = std::chrono::steady_clock;
+// Of this thread, so that a busy machine does not count.
+double processorMicroseconds() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
+}
 
 struct DatabaseUse {
   double microseconds = 0;
@@ -60,9 +68,9 @@ class MeasuredConnection : public Connection {
  private:
   template <class Step>
   void timed(Step step) {
-    const auto start = Stopwatch::now();
+    const double start = processorMicroseconds();
     step();
-    use_.microseconds += std::chrono::duration<double, std::micro>(Stopwatch::now() - start).count();
+    use_.microseconds += processorMicroseconds() - start;
   }
 
   std::unique_ptr<Connection> connection_;
@@ -99,9 +107,8 @@ class Counter {
       const char* upcharge;
     };
     constexpr std::array kEntries = {
-        Entry{101, "Cuffs"},     Entry{103, "Hand Finish"},  Entry{106, "Stain Treatment"},
-        Entry{108, "Silk"},      Entry{201, "French Cuffs"}, Entry{203, "Studs"},
-        Entry{401, "King Size"}, Entry{110, "Lining"},
+        Entry{101, "Cuffs"},  Entry{103, "Hand Finish"}, Entry{106, "Stain Treatment"}, Entry{108, "Silk"},
+        Entry{102, "Lining"}, Entry{105, "Pleats"},      Entry{401, "King Size"},       Entry{110, "Lining"},
     };
     for (int k = 0; k < garments; ++k) {
       const Entry& entry = kEntries[static_cast<size_t>(k) % kEntries.size()];
@@ -120,19 +127,18 @@ class Counter {
 };
 
 void invoiceDone(benchmark::State& state) {
-  static double outsideBefore = 0;
+  static std::map<std::int64_t, double> outsideBySize;
   Counter counter(static_cast<int>(state.range(0)));
-  const auto start = Stopwatch::now();
+  const double start = processorMicroseconds();
   for (auto _ : state) counter.finish();
-  const double total = std::chrono::duration<double, std::micro>(Stopwatch::now() - start).count();
-
   const double calls = static_cast<double>(state.iterations());
-  const double outside = (total - counter.use().microseconds) / calls;
+  const double outside = (processorMicroseconds() - start - counter.use().microseconds) / calls;
   state.counters["statements"] = counter.use().statements / calls;
   state.counters["database_us"] = counter.use().microseconds / calls;
   state.counters["outside_us"] = outside;
-  state.counters["growth"] = outsideBefore > 0 ? outside / outsideBefore : 0;
-  outsideBefore = outside;
+  outsideBySize[state.range(0)] = outside;
+  const auto here = outsideBySize.find(state.range(0));
+  if (here != outsideBySize.begin()) state.counters["growth"] = outside / std::prev(here)->second;
 }
 BENCHMARK(invoiceDone)->Arg(10)->Arg(40)->Arg(160)->Unit(benchmark::kMicrosecond)->MinTime(1.0);
 

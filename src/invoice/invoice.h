@@ -25,6 +25,7 @@ struct OfferQuestion;
 struct Rate;
 struct LineRateSource;
 class RateTable;
+class GatheredLines;
 enum class RatedLine;
 using BookLineRate = std::function<void(RatedLine kind, const Rate& rate, double& sum)>;
 
@@ -512,17 +513,17 @@ class Invoice : public Object {
   // Leaves the filter on the descriptor lines unless there are none.
   std::string getDescriptorKeyList();
   void addTaxLine(const Rate& tax, double amount, const Variant& deptId, const Variant& deptName,
-                  Recordset& lines);
-  void addSurchargeTaxes(Recordset& lines);
-  void addChargeTaxes(Recordset& lines);
-  double addDepartmentTaxes(Recordset& lines, const Variant& deptId, const Variant& deptName,
+                  GatheredLines& taxes);
+  void addSurchargeTaxes(GatheredLines& taxes);
+  void addChargeTaxes(GatheredLines& taxes);
+  double addDepartmentTaxes(GatheredLines& taxes, const Variant& deptId, const Variant& deptName,
                             double taxableAmount);
   void roundTaxLines();
   void removeSurchargeLines();
   void addSurchargeLine(const Rate& surcharge, double amount, bool flat, const Variant& deptId,
-                        const Variant& deptName, Recordset& lines);
-  void addChargeSurcharges();
-  void addChargeLineSurcharges(const Recordset& charge);
+                        const Variant& deptName, GatheredLines& surcharges);
+  void addChargeSurcharges(GatheredLines& surcharges);
+  void addChargeLineSurcharges(const Recordset& charge, GatheredLines& surcharges);
   void roundSurchargeLines();
 
   // ---------------------------------------------------------------- finishing

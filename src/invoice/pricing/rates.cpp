@@ -90,11 +90,23 @@ const std::vector<Rate>& RateTable::of(const std::string& key) const {
   return found == rates_.end() ? none : found->second;
 }
 
-bool findRateLine(Recordset& lines, std::string_view kindOfLine, const Variant& code,
-                  const Variant& department) {
-  lines.setFilter(fmt::format("lineItemId={} And itemType='{}' AND deptId={}", sqlNumber(code), kindOfLine,
-                              sqlNumber(department)));
-  return !lines.eof();
+bool GatheredLines::find(const Variant& code, const Variant& department) {
+  for (found_ = 0; found_ < places_.size(); ++found_) {
+    const Place& place = places_[found_];
+    if (!place.code.identicalTo(code) || !place.deptId.identicalTo(department)) continue;
+    lines_->setBookmark(place.bookmark);
+    return true;
+  }
+  return false;
+}
+
+void GatheredLines::keep(const Variant& code, const Variant& department) {
+  places_.push_back({code, department, lines_->bookmark()});
+}
+
+void GatheredLines::remove() {
+  lines_->deleteRow();
+  places_.erase(places_.begin() + static_cast<std::ptrdiff_t>(found_));
 }
 
 // ---------------------------------------------------------------- the invoice's lines

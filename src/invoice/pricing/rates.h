@@ -53,8 +53,27 @@ struct LineRateSource {
   RateColumns columns;
 };
 
-// The line of a kind that already gathers the code for the department passes the filter afterwards; whether
-// there is one.
-bool findRateLine(Recordset& lines, std::string_view itemType, const Variant& code, const Variant& deptId);
+// The lines that a pass makes, one a code and department. It keeps where each stands, so that an amount is
+// booked without a search through the invoice, on a view of its own, so that others keep their place.
+class GatheredLines {
+ public:
+  explicit GatheredLines(const Recordset& invoiceLines) : lines_(invoiceLines.clone()) {}
+  Recordset& lines() { return *lines_; }
+  // Makes the line of the code and department the current one; whether there is one.
+  bool find(const Variant& code, const Variant& deptId);
+  // The current line, just made, is the one of the code and department.
+  void keep(const Variant& code, const Variant& deptId);
+  // Deletes the line that was found.
+  void remove();
+
+ private:
+  struct Place {
+    Variant code, deptId, bookmark;
+  };
+
+  RecordsetRef lines_;
+  std::vector<Place> places_;
+  size_t found_ = 0;
+};
 
 }  // namespace ondrel

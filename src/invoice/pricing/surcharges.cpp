@@ -81,15 +81,15 @@ void Invoice::calculateSurcharges() {
   removeSurchargeLines();
   if (getTotalPriceForDisplay().toDouble() <= 0) return;
 
-  const RecordsetRef lines = lineItems->clone();
+  GatheredLines surcharges(*lineItems);
   applyLineRates(kLineSurcharges, totalSurcharge, [&](RatedLine kindOfLine, const Rate& rate, double& sum) {
     const auto [amount, flat] = kindOfLine == RatedLine::Garment ? surchargeOnGarment(rate, *lineItems)
                                                                  : surchargeOnDescriptor(rate, *lineItems);
     sum += amount;
     if (sum > 0)
-      addSurchargeLine(rate, amount, flat, lineItems->value(deptId), lineItems->value(deptName), *lines);
+      addSurchargeLine(rate, amount, flat, lineItems->value(deptId), lineItems->value(deptName), surcharges);
   });
-  addChargeSurcharges();
+  addChargeSurcharges(surcharges);
   roundSurchargeLines();
 }
 
@@ -97,14 +97,14 @@ void Invoice::removeSurchargeLines() {
   deleteFilteredLines("itemType='SU'");
 }
 
-void Invoice::addChargeSurcharges() {
+void Invoice::addChargeSurcharges(GatheredLines& surcharges) {
   if (excludeSurcharges) return;
   const RecordsetRef charges = lineItems->clone();
   charges->setFilter("itemType='AC'");
-  for (; !charges->eof(); charges->moveNext()) addChargeLineSurcharges(*charges);
+  for (; !charges->eof(); charges->moveNext()) addChargeLineSurcharges(*charges, surcharges);
 }
 
-void Invoice::addChargeLineSurcharges(const Recordset& charge) {
+void Invoice::addChargeLineSurcharges(const Recordset& charge, GatheredLines& surcharges) {
   const RecordsetRef rows = queryDatabase(
       *apartment_,
       fmt::format("SELECT ds.surchargeCode as surchargeCode, sc.fixedAmount as fixedAmount, "
@@ -116,15 +116,15 @@ void Invoice::addChargeLineSurcharges(const Recordset& charge) {
   for (const Rate& rate : readRates(rows, kSurchargeColumns)) {
     const auto [amount, flat] = surchargeOnCharge(rate, charge);
     if (amount <= 0 || (!lastCode.isEmpty() && isEqual(rate.code, lastCode))) continue;
-    addSurchargeLine(rate, amount, flat, charge.value(deptId), charge.value(deptName), *lineItems);
+    addSurchargeLine(rate, amount, flat, charge.value(deptId), charge.value(deptName), surcharges);
     lastCode = rate.code;
   }
 }
 
-// Leaves the filter on the lines found.
 void Invoice::addSurchargeLine(const Rate& surcharge, double amount, bool flat, const Variant& department,
-                               const Variant& name, Recordset& lines) {
-  if (!findRateLine(lines, kind::surcharge, surcharge.code, department)) {
+                               const Variant& name, GatheredLines& surcharges) {
+  Recordset& lines = surcharges.lines();
+  if (!surcharges.find(surcharge.code, department)) {
     addGeneratedLine(lines, currentLineNumber,
                      {.itemType = kind::surcharge,
                       .deptId = department,
@@ -134,6 +134,7 @@ void Invoice::addSurchargeLine(const Rate& surcharge, double amount, bool flat, 
                       .amount = amount,
                       .taxableAmount = amount,
                       .dueDate = createdDate});
+    surcharges.keep(surcharge.code, department);
   } else if (!flat) {
     lines.setValue(lineItemTotal, lines.number(lineItemTotal) + amount);
     lines.setValue(taxableAmt, lines.number(taxableAmt) + amount);

@@ -46,14 +46,14 @@ double taxOn(const Rate& tax, const Recordset& line) {
 void Invoice::calculateTaxes() {
   removeTaxLines();
   if (excludeTaxes) return;
-  const RecordsetRef lines = lineItems->clone();
+  GatheredLines taxes(*lineItems);
   applyLineRates(kLineTaxes, totalTax, [&](RatedLine, const Rate& tax, double& sum) {
     const double amount = taxOn(tax, *lineItems);
     sum += amount;
-    addTaxLine(tax, amount, lineItems->value(deptId), lineItems->value(deptName), *lines);
+    addTaxLine(tax, amount, lineItems->value(deptId), lineItems->value(deptName), taxes);
   });
-  addSurchargeTaxes(*lines);
-  addChargeTaxes(*lines);
+  addSurchargeTaxes(taxes);
+  addChargeTaxes(taxes);
   if (taxCodes) taxCodes->setFilter("");
   roundTaxLines();
 }
@@ -62,7 +62,7 @@ void Invoice::removeTaxLines() {
   deleteFilteredLines("itemType='TA'");
 }
 
-void Invoice::addSurchargeTaxes(Recordset& lines) {
+void Invoice::addSurchargeTaxes(GatheredLines& taxes) {
   lineItems->setFilter("itemType='SU'");
   for (; !lineItems->eof(); lineItems->moveNext()) {
     const RecordsetRef rows = queryDatabase(
@@ -74,21 +74,21 @@ void Invoice::addSurchargeTaxes(Recordset& lines) {
             "surcharge.surchargecode = '{}' and surchargetax.pricelistid = '{}'",
             lineItems->value(lineItemId).joined(), priceListId));
     for (const Rate& tax : readRates(rows, kTaxColumns))
-      addTaxLine(tax, taxOn(tax, *lineItems), lineItems->value(deptId), lineItems->value(deptName), lines);
+      addTaxLine(tax, taxOn(tax, *lineItems), lineItems->value(deptId), lineItems->value(deptName), taxes);
   }
   lineItems->clearFilter();
 }
 
-void Invoice::addChargeTaxes(Recordset& lines) {
+void Invoice::addChargeTaxes(GatheredLines& taxes) {
   lineItems->setFilter("itemType='AC'");
   for (; !lineItems->eof(); lineItems->moveNext())
     lineItems->setValue(totalTax,
-                        addDepartmentTaxes(lines, lineItems->value(deptId), lineItems->value(deptName),
+                        addDepartmentTaxes(taxes, lineItems->value(deptId), lineItems->value(deptName),
                                            lineItems->number(taxableAmt)));
   lineItems->clearFilter();
 }
 
-double Invoice::addDepartmentTaxes(Recordset& lines, const Variant& department, const Variant& name,
+double Invoice::addDepartmentTaxes(GatheredLines& taxes, const Variant& department, const Variant& name,
                                    double taxableAmount) {
   const RecordsetRef rows = queryDatabase(
       *apartment_, fmt::format(" SELECT tax.* FROM departmenttax INNER JOIN tax ON  departmenttax.taxcode = "
@@ -99,29 +99,29 @@ double Invoice::addDepartmentTaxes(Recordset& lines, const Variant& department, 
   for (const Rate& tax : readRates(rows, kTaxColumns)) {
     const double amount = roundMoney("itemtax", tax.percent / 100 * taxableAmount);
     sum += amount;
-    addTaxLine(tax, amount, department, name, lines);
+    addTaxLine(tax, amount, department, name, taxes);
   }
   return sum;
 }
 
-// `lines` is a view of its own, whose filter stays as the last look-up left it. A line that later amounts
-// bring to 0 or below goes away; one that starts below 0 stands until then.
+// A line that later amounts bring to 0 or below goes away; one that starts below 0 stands until then.
 void Invoice::addTaxLine(const Rate& tax, double amount, const Variant& department, const Variant& name,
-                         Recordset& lines) {
+                         GatheredLines& taxes) {
   if (amount == 0) return;
-  if (!findRateLine(lines, kind::tax, tax.code, department)) {
-    addGeneratedLine(lines, currentLineNumber,
+  if (!taxes.find(tax.code, department)) {
+    addGeneratedLine(taxes.lines(), currentLineNumber,
                      {.itemType = kind::tax,
                       .deptId = department,
                       .deptName = name,
                       .lineItemId = tax.code,
                       .itemName = tax.description,
                       .amount = amount});
+    taxes.keep(tax.code, department);
     return;
   }
-  const double total = lines.number(lineItemTotal) + amount;
-  lines.setValue(lineItemTotal, total);
-  if (total <= 0) lines.deleteRow();
+  const double total = taxes.lines().number(lineItemTotal) + amount;
+  taxes.lines().setValue(lineItemTotal, total);
+  if (total <= 0) taxes.remove();
 }
 
 void Invoice::roundTaxLines() {
