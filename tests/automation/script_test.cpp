@@ -10,6 +10,8 @@ namespace {
 
 class ScriptTest : public testing::Test {
  protected:
+  ~ScriptTest() override { dictionary->removeAll(); }  // one that holds itself would never go
+
   std::string printed(std::string_view source) {
     output.clear();
     outcome = engine.run(source, "counter.js");
