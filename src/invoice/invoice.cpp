@@ -6,15 +6,7 @@
 #include "data/values.h"
 
 namespace ondrel {
-namespace {
-
 using enum LineColumn;
-
-// What the pieces of one line add up to when they are joined again.
-constexpr std::array kMergedSums = {lineItemTotal, totalTax,   totalSurcharge, taxableAmt, balance,
-                                    upchargeTotal, colorTotal, patternTotal,   quantity};
-
-}  // namespace
 
 Invoice::Invoice() : apartment_(Apartment::current()) {
   initInvoice();
@@ -97,53 +89,6 @@ void Invoice::deleteFilteredLines(std::string_view filter) {
   lineItems->setFilter(filter);
   for (; !lineItems->eof(); lineItems->moveNext()) lineItems->deleteRow();
   lineItems->clearFilter();
-}
-
-// ---------------------------------------------------------------- joining flattened lines
-
-void Invoice::collectLineItems() {
-  lineItems->clearFilter();
-  if (lineItems->recordCount() == 0) return;
-  lineItems->setFilter("flattenedGroup > 0");
-  lineItems->setSort("flattenedGroup");
-  while (!lineItems->eof() && !lineItems->bof())
-    if (!mergeFlattenedLine()) lineItems->moveNext();
-  lineItems->clearFilter();
-}
-
-bool Invoice::mergeFlattenedLine() {
-  const Variant group = lineItems->value(flattenedGroup);
-  const std::int32_t oldParent = lineItems->integer(lineNumber);
-  std::array<Variant, kMergedSums.size()> sums;
-  for (size_t k = 0; k < sums.size(); ++k) sums[k] = lineItems->value(kMergedSums[k]);
-
-  lineItems->moveNext();
-  if (lineItems->eof()) {
-    lineItems->movePrevious();
-    return false;
-  }
-  const bool sameGroup = isEqual(lineItems->value(flattenedGroup), group);
-  lineItems->movePrevious();
-  if (!sameGroup) {
-    lineItems->setValue(flattenedGroup, 0);
-    return false;
-  }
-  lineItems->deleteRow();
-  lineItems->moveNext();
-  for (size_t k = 0; k < sums.size(); ++k)
-    lineItems->setValue(kMergedSums[k], lineItems->value(kMergedSums[k]) + sums[k]);
-  moveChildLines(oldParent, lineItems->integer(lineNumber));
-  return true;
-}
-
-void Invoice::moveChildLines(std::int32_t oldParent, std::int32_t newParent) {
-  const Variant filter = lineItems->filter();
-  const std::string sort = lineItems->sort();
-  lineItems->setFilter(fmt::format("parentLineNumber = {}", oldParent));
-  for (; !lineItems->eof(); lineItems->moveNext()) lineItems->setValue(parentLineNumber, newParent);
-  lineItems->setFilter(filter);
-  lineItems->setSort(sort);
-  lineItems->moveFirst();
 }
 
 // ---------------------------------------------------------------- rounding

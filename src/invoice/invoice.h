@@ -250,6 +250,36 @@ class Invoice : public Object {
   // Sum of a column over the lines that pass a filter, Nulls left out.
   Variant liColTotal(const Variant& col, const Variant& filter);
 
+  // ---------------------------------------------------------------- splitting (lifecycle/splitting*.cpp)
+  // Divides the lines into tickets: marked lines, then the bags of a quick drop-off, then department by
+  // department. The children stand in invoicesDictionary, which is returned, under keys from 1; this invoice
+  // keeps what none of them took. Nothing when no split is needed. `userAction` has no effect. Error 3021
+  // for a line of a department that the store does not have.
+  DictionaryRef splitInvoice(const Variant& userAction);
+  // Moves the lines that the clerk marked, with what hangs on them, to a child of their own and returns it.
+  Variant splitMarkedLineItems();
+  // Whether lines are marked, departments of different split groups or too many pieces of one are present, or
+  // this is a quick drop-off.
+  bool isSplitInvoice();
+  // Whether some department of the invoice does not ask for a split. For after splitInvoice.
+  bool oneDeptWithNoSplitExists();
+
+  // ---------------------------------------------------------------- piece limits (lifecycle/piece_limits.cpp)
+  // Pieces of a department: quantity times pack of its garments and charges.
+  Variant getDepartmentPieceCount(Variant& departmentID);
+  // Whether a department whose splitting is left to the clerk holds more pieces than one ticket takes.
+  Variant isOverMaxDepartmentItems();
+  // The department's pieces after a change that the clerk is about to make, and the department: an array from
+  // 1. `selItemID` is the line that takes `selItemQty`; with `userAction` "getItemDetails" it is a new item,
+  // described by the other arguments. Error 6 beyond 32 bits.
+  Variant checkAllowableItemCountPerDept(const std::string& selItemID, std::int32_t selItemQty,
+                                         std::int32_t selItemPkgQty, std::int32_t selItemDeptId,
+                                         const std::string& userAction);
+  // Most pieces of the department on one ticket, no more than the tags of the ticket's lot; -1 for no limit.
+  Variant getDepartmentMaxPieces(Variant& departmentID);
+  // Whether splitting the department is left to the clerk.
+  Variant isManualMaxPiecesEnabled(Variant& departmentID);
+
   // ---------------------------------------------------------------- heat seals (lifecycle/heat_seals.cpp)
   void pushNewHeatSeal(const Variant& heatSeal);
   void removeNewHeatSeal(const Variant& heatSeal);
@@ -545,6 +575,31 @@ class Invoice : public Object {
   // One row a run of a department in the order of the lines. Leaves the lines sorted by number.
   void fillDeptTable();
 
+  // ---------------------------------------------------------------- splitting
+  bool hasMarkedLineItems();
+  // Garment lines of several pieces become as many lines of one, until collectLineItems.
+  void flattenLineItems();
+  void divideIntoPieces(std::int32_t group);
+  std::shared_ptr<Invoice> createSplitChild() const;
+  void addSplitChild(const std::shared_ptr<Invoice>& child);
+  // Adds a copy of the current row of `source`, of at most 32000 pieces.
+  static void copyLineItem(Recordset& target, const Recordset& source);
+  // The current line goes to the child; `attached` takes the filter term of what hangs on it.
+  void moveLine(Invoice& child, std::string& attached);
+  // What passes the filter goes to the child, and what hangs on that in turn; its amount.
+  double moveAttachedLines(Invoice& child, std::string filter);
+  void raiseLineNumber(std::int32_t number);
+  void splitQuickLines();
+  void splitDepartment(const Variant& deptId);
+  // A child with as many garments of `source` as fit, or nothing when it has none left.
+  std::shared_ptr<Invoice> buildSplitInvoice(Recordset& source, Recordset& others, std::int32_t maxItems);
+  // Puts the portion of each line on this invoice and takes it off the line.
+  void takeShareOf(Recordset& others, std::optional<double> portion);
+  // The lines of the children come back, and there are no children any more.
+  void mergeSplitInvoices();
+  // The invoices of invoicesDictionary, in order.
+  std::vector<std::shared_ptr<Invoice>> splitChildren() const;
+
   // ---------------------------------------------------------------- heat seals and tags
   // The checks of a seal: what is wrong, or "".
   std::string sealRangeFault(const std::string& seal);
@@ -588,10 +643,6 @@ class Invoice : public Object {
   void addDeliveryWillCall();
   void updateVisitsAndOffers();
   void mergeDepartmentCoupon(const Variant& lineItemId, const Variant& itemName, double amount);
-  // The lines of the children come back, and there are no children any more.
-  void mergeSplitInvoices();
-  // The invoices of invoicesDictionary, in order.
-  std::vector<std::shared_ptr<Invoice>> splitChildren() const;
 
   // ---------------------------------------------------------------- loading
   struct LineLoader;

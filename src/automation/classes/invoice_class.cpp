@@ -155,6 +155,19 @@ const ClassTable& invoiceClass() {
       method("getTotalPriceForDisplay", &Invoice::getTotalPriceForDisplay),
       method("liColTotal", &Invoice::liColTotal, {{"col"}, {"filter"}}),
 
+      // ---- splitting
+      method("splitInvoice", &Invoice::splitInvoice, {{"userAction"}}),
+      method("splitMarkedLineItems", &Invoice::splitMarkedLineItems),
+      method("isSplitInvoice", &Invoice::isSplitInvoice),
+      method("oneDeptWithNoSplitExists", &Invoice::oneDeptWithNoSplitExists),
+
+      // ---- piece limits
+      method("getDepartmentPieceCount", &Invoice::getDepartmentPieceCount, {{"departmentID"}}),
+      method("isOverMaxDepartmentItems", &Invoice::isOverMaxDepartmentItems),
+      method("checkAllowableItemCountPerDept", &Invoice::checkAllowableItemCountPerDept, {{"selItemID"}, {"selItemQty"}, {"selItemPkgQty"}, {"selItemDeptId"}, {"userAction"}}),
+      method("getDepartmentMaxPieces", &Invoice::getDepartmentMaxPieces, {{"departmentID"}}),
+      method("isManualMaxPiecesEnabled", &Invoice::isManualMaxPiecesEnabled, {{"departmentID"}}),
+
       // ---- heat seals
       method("pushNewHeatSeal", &Invoice::pushNewHeatSeal, {{"heatSeal"}}),
       method("removeNewHeatSeal", &Invoice::removeNewHeatSeal, {{"heatSeal"}}),

@@ -110,16 +110,4 @@ void Invoice::updateVisitsAndOffers() {
   lineItems->clearFilter();
 }
 
-std::vector<std::shared_ptr<Invoice>> Invoice::splitChildren() const {
-  std::vector<std::shared_ptr<Invoice>> children;
-  if (!invoicesDictionary) return children;
-  for (const Variant& item : invoicesDictionary->items()) {
-    children.push_back(std::dynamic_pointer_cast<Invoice>(item.toObject()));
-    if (!children.back())
-      throw Error(ErrorNumber::ObjectRequired, className(),
-                  "invoicesDictionary holds something that is no invoice");
-  }
-  return children;
-}
-
 }  // namespace ondrel

@@ -1,38 +1,12 @@
 #include <fmt/format.h>
 
-#include <array>
-
 #include "base/text.h"
 #include "data/values.h"
 #include "invoice/invoice.h"
 #include "invoice/line_kinds.h"
 
 namespace ondrel {
-namespace {
-
 using enum LineColumn;
-
-// What a line brings back from a child. Tax code, flattened group, quantity at load and outside service stay
-// behind.
-constexpr std::array<Column, 34> kReturned = {lineNumber,     parentLineNumber,
-                                              deptId,         deptName,
-                                              itemType,       lineItemId,
-                                              itemName,       originalUnitPrice,
-                                              unitPrice,      quantity,
-                                              lineItemTotal,  totalTax,
-                                              totalSurcharge, prepay,
-                                              taxableAmt,     daysToProcess,
-                                              notes,          balance,
-                                              upchargeTotal,  colorTotal,
-                                              patternTotal,   discountable,
-                                              couponable,     VIPDiscountable,
-                                              parentId,       saleOnly,
-                                              pkgQuantity,    priceLater,
-                                              dueDate,        originalLineNumber,
-                                              promptResponse, redo,
-                                              invoiceNumber,  heatSeal};
-
-}  // namespace
 
 // | line                                   | effect                                              |
 // |----------------------------------------|-----------------------------------------------------|
@@ -95,20 +69,6 @@ void Invoice::mergeDepartmentCoupon(const Variant& discountId, const Variant& na
   // clang-format on
   ++currentLineNumber;
   lineItems->clearFilter();
-}
-
-void Invoice::mergeSplitInvoices() {
-  if (!invoicesDictionary) return;
-  splitTheInvoice = false;
-  for (const auto& child : splitChildren()) {
-    const RecordsetRef lines = child->lineItems->clone();
-    for (; !lines->eof(); lines->moveNext()) {
-      std::array<Variant, kReturned.size()> values;
-      for (size_t k = 0; k < values.size(); ++k) values[k] = lines->value(kReturned[k]);
-      lineItems->addNew(kReturned, values);
-    }
-  }
-  invoicesDictionary = nullptr;
 }
 
 }  // namespace ondrel

@@ -1,0 +1,290 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "data/query_database.h"
+#include "invoice/invoice.h"
+#include "invoice/line_kinds.h"
+
+// What goes on which ticket. Every child is an invoice like its parent; the three ways of making one differ:
+//
+// |                        | marked lines      | bags of a quick drop-off | garments of departments         |
+// |------------------------|-------------------|--------------------------|---------------------------------|
+// | what moves             | the lines, with   | DE lines                 | IT and AC lines, with what      |
+// |                        | what hangs on them |                         | hangs on them                   |
+// | other department lines | stay              | stay                     | shared out by amount            |
+// | store calendar         | not loaded        | not loaded               | loaded anew                     |
+// | amount paid            | the child has it  | the child has it too     | the first child takes it away   |
+// |                        | too               |                          | from the parent                 |
+// | surcharges, prepay     | untouched         | untouched                | worked out again                |
+//
+// Lines without a department stay on the parent.
+
+namespace ondrel {
+namespace {
+
+using enum LineColumn;
+
+// A department that the clerk splits by hand is cut by itself only beyond this.
+constexpr std::int32_t kPiecesByHand = 10000;
+
+struct DepartmentFilters {
+  std::string garments, others;
+};
+
+void addTerm(std::string& filter, const std::string& term) {
+  filter += (filter.empty() ? "" : " OR ") + term;
+}
+
+// Lines of the departments that `rows` names; of any department when it names none.
+DepartmentFilters filtersFor(Recordset& rows) {
+  DepartmentFilters filters;
+  for (; !rows.eof(); rows.moveNext()) {
+    const std::string id = rows.value("departmentid").toText();
+    addTerm(filters.garments,
+            fmt::format("(deptId = '{0}' AND itemType = 'IT') OR (deptId = '{0}' AND itemType='AC')", id));
+    addTerm(filters.others,
+            fmt::format("(deptId = '{}' AND itemType <> 'IT' AND itemType <> 'AC' AND itemType <> 'CO' AND "
+                        "itemType <> 'PA' AND itemType <> 'BR' AND itemType <> 'UP')",
+                        id));
+  }
+  if (filters.garments.empty())
+    filters = {"itemType = 'IT' OR itemType = 'AC'",
+               "itemType <> 'IT' AND itemType <> 'AC' AND itemType <> 'CO' AND itemType <> 'PA' AND itemType "
+               "<> 'BR' AND itemType <> 'UP'"};
+  return filters;
+}
+
+std::int32_t piecesOf(const Recordset& line) {
+  return line.isNull(pkgQuantity) ? 1 : line.integer(pkgQuantity);
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------- whether
+
+bool Invoice::hasMarkedLineItems() {
+  lineItems->setFilter("split = 1");
+  const bool found = !lineItems->eof();
+  lineItems->clearFilter();
+  return found;
+}
+
+// | of the departments on the invoice, in the store's order             | split |
+// |---------------------------------------------------------------------|-------|
+// | one of a group, the one of a group before it of another             | yes   |
+// | more pieces than its ticket takes; exactly as many do not           | yes   |
+// | a department of no group, two of one group                          | no    |
+bool Invoice::isSplitInvoice() {
+  if (hasMarkedLineItems()) return true;
+  bool split = false;
+  std::int32_t previousGroup = -1;
+  const RecordsetRef departments = storeDepartments().clone();
+  for (; !departments->eof() && !split; departments->moveNext()) {
+    Variant department = departments->value("departmentID");
+    if (!isDepartmentPresent(department).toBoolean()) continue;
+    if (const std::int32_t group = departments->integer("splitGroup"); group > 0) {
+      split = previousGroup > -1 && previousGroup != group;
+      previousGroup = group;
+    }
+    if (getDepartmentPieceCount(department).toLong() > departments->integer("maxItemsInReceipt"))
+      split = true;
+  }
+  return split || isQuickInvoice();
+}
+
+bool Invoice::oneDeptWithNoSplitExists() {
+  if (!invoiceDeptIds)
+    throw Error(ErrorNumber::ObjectNotSet, className(), "The departments are not listed: call splitInvoice");
+  invoiceDeptIds->setFilter("splitInvoice=false");
+  const bool found = !invoiceDeptIds->eof();
+  invoiceDeptIds->clearFilter();
+  return found;
+}
+
+// ---------------------------------------------------------------- the split
+
+// | step | acts on                 | effect                                                             |
+// |------|-------------------------|--------------------------------------------------------------------|
+// | 1    | garments of many pieces | a line a piece                                                     |
+// | 2    | marked lines            | the first child                                                    |
+// | 3    | bags of a quick drop-off | the next child, with or without lines                             |
+// | 4    | each department         | children of its group: those already on the saved ticket first,    |
+// |      |                         | higher groups before lower, then in the order of the lines         |
+// | 5    | what is left            | pieces joined again, the promise from its lines                    |
+DictionaryRef Invoice::splitInvoice(const Variant&) {
+  createDeptTable();
+  fillDeptTable();
+  if (!isSplitInvoice()) return nullptr;
+  splitTheInvoice = true;
+  invoicesDictionary = std::make_shared<Dictionary>();
+  flattenLineItems();
+  invoiceDeptIds->setSort("existing desc, splitGroup desc");
+  if (hasMarkedLineItems()) splitMarkedLineItems();
+  if (isQuickInvoice()) splitQuickLines();
+  for (; !invoiceDeptIds->eof(); invoiceDeptIds->moveNext()) splitDepartment(invoiceDeptIds->value("deptId"));
+  collectLineItems();
+  if (!counterSaleOnly) calculateInvDueDate();
+  return invoicesDictionary;
+}
+
+std::shared_ptr<Invoice> Invoice::createSplitChild() const {
+  const ApartmentScope scope(apartment_);
+  const auto child = std::make_shared<Invoice>();
+  child->custSeqNumber = custSeqNumber;
+  child->finishPref = finishPref;
+  child->starchPref = starchPref;
+  child->priceListId = priceListId;
+  child->storeNumber = storeNumber;
+  child->routeNumber = routeNumber;
+  child->custVisitCount = custVisitCount;
+  child->tagsSameAsInvNos = tagsSameAsInvNos;
+  child->invoiceType = invoiceType;
+  child->counterSaleOnly = counterSaleOnly;
+  child->multiPickUpCustName = multiPickUpCustName;
+  child->multiPickUpLoc = multiPickUpLoc;
+  child->amountPaid = amountPaid;
+  child->invoiceOnDelivery = invoiceOnDelivery;
+  child->excludeSurcharges = excludeSurcharges;
+  child->excludeTaxes = excludeTaxes;
+  child->preferences = preferences;
+  child->isAdd = true;
+  return child;
+}
+
+void Invoice::addSplitChild(const std::shared_ptr<Invoice>& child) {
+  if (!invoicesDictionary) invoicesDictionary = std::make_shared<Dictionary>();
+  invoicesDictionary->add(invoicesDictionary->count() + 1, ObjectRef(child));
+}
+
+std::vector<std::shared_ptr<Invoice>> Invoice::splitChildren() const {
+  std::vector<std::shared_ptr<Invoice>> children;
+  if (!invoicesDictionary) return children;
+  for (const Variant& item : invoicesDictionary->items()) {
+    children.push_back(std::dynamic_pointer_cast<Invoice>(item.toObject()));
+    if (!children.back())
+      throw Error(ErrorNumber::ObjectRequired, className(),
+                  "invoicesDictionary holds something that is no invoice");
+  }
+  return children;
+}
+
+// Line numbers stay those of the parent; only what hangs on the marked lines raises the child's next number.
+Variant Invoice::splitMarkedLineItems() {
+  const auto child = createSplitChild();
+  std::string attached;
+  lineItems->setFilter("split = 1");
+  for (; !lineItems->eof(); lineItems->moveNext()) moveLine(*child, attached);
+  moveAttachedLines(*child, attached);
+  lineItems->clearFilter();
+  addSplitChild(child);
+  return ObjectRef(child);
+}
+
+void Invoice::splitQuickLines() {
+  const auto child = createSplitChild();
+  lineItems->setFilter("itemType = 'DE'");
+  for (; !lineItems->eof(); lineItems->moveNext()) {
+    copyLineItem(*child->lineItems, *lineItems);
+    lineItems->deleteRow();
+  }
+  lineItems->clearFilter();
+  addSplitChild(child);
+}
+
+// ---------------------------------------------------------------- a department
+
+// | step | acts on                             | effect                                           |
+// |------|-------------------------------------|--------------------------------------------------|
+// | 1    | departments of the same group, and  | travel together                                  |
+// |      | those of none, on one price list    |                                                  |
+// | 2    | their lines beside the garments     | set aside to be shared out                       |
+// | 3    | their garments and charges          | children of at most so many pieces, until none   |
+// |      |                                     | is left                                          |
+// | 4    | the lines set aside                 | leave the parent                                 |
+void Invoice::splitDepartment(const Variant& department) {
+  const RecordsetRef travelling = queryDatabase(
+      *apartment_,
+      fmt::format(" select d1.departmentid from  department d1  inner join department d2 on (d2.splitgroup = "
+                  "d1.splitgroup or d1.splitGroup = 0) and d2.pricelistid = d1.pricelistid  where "
+                  "d2.departmentID = {}",
+                  department.toText()));
+  const DepartmentFilters filters = filtersFor(*travelling);
+
+  const RecordsetRef others = createLineItemsTable();
+  lineItems->setFilter(filters.others);
+  for (; !lineItems->eof(); lineItems->moveNext())
+    // A stain is no line of the department but one that hangs on a garment, and follows it.
+    if (lineItems->integer(parentLineNumber) <= 0) copyLineItem(*others, *lineItems);
+
+  Recordset& departments = storeDepartments();
+  departments.setFilter("departmentID=" + department.toText());
+  const std::int32_t limit =
+      departments.flag("userMaxItem") ? kPiecesByHand : departments.integer("maxItemsInReceipt");
+  departments.clearFilter();
+
+  const auto buildNext = [&] {
+    lineItems->setFilter(filters.garments);
+    lineItems->setSort("originalLineNumber");
+    return buildSplitInvoice(*lineItems, *others, limit);
+  };
+  while (const auto child = buildNext()) {
+    child->collectLineItems();
+    addSplitChild(child);
+  }
+  deleteFilteredLines(filters.garments);
+  deleteFilteredLines(filters.others);
+}
+
+// A line that does not fit is passed over, and a smaller one further on may still join. The first line always
+// goes: one that is larger than the limit by itself has a ticket of its own.
+std::shared_ptr<Invoice> Invoice::buildSplitInvoice(Recordset& source, Recordset& others,
+                                                    std::int32_t maxItems) {
+  double remaining = 0;
+  for (; !source.eof(); source.moveNext()) remaining += source.number(lineItemTotal);
+  if (source.recordCount() == 0) return nullptr;
+  const auto child = createSplitChild();
+  child->setStoreDays(storeNumber);
+  amountPaid = 0;
+
+  std::int64_t pieces = 0;
+  double moved = 0;
+  bool passedOver = false;
+  std::string attached;
+  for (source.moveFirst(); !source.eof(); source.moveNext()) {
+    if (!attached.empty() && pieces + piecesOf(source) > maxItems) {
+      passedOver = true;
+      continue;
+    }
+    pieces += piecesOf(source);
+    moved += source.number(lineItemTotal);
+    child->raiseLineNumber(source.integer(lineNumber));
+    moveLine(*child, attached);
+  }
+  moved += moveAttachedLines(*child, attached);
+  ++child->currentLineNumber;
+
+  // The last child takes all that the others left, so that the shares add up.
+  std::optional<double> portion;
+  if (remaining > 0.005) portion = passedOver ? std::clamp(moved / remaining, 0.0, 1.0) : 1.0;
+  child->takeShareOf(others, portion);
+  child->calculateSurcharges();
+  Variant prepays = prepayEnabled_;
+  child->applyPrepay(prepays);
+  return child;
+}
+
+void Invoice::takeShareOf(Recordset& others, std::optional<double> portion) {
+  if (others.recordCount() == 0) return;
+  for (others.moveFirst(); !others.eof(); others.moveNext()) {
+    const double whole = others.number(lineItemTotal);
+    const double share = portion ? *portion * whole : 0;
+    copyLineItem(*lineItems, others);
+    lineItems->setValue(lineNumber, currentLineNumber++);
+    lineItems->setValue(lineItemTotal, share);
+    others.setValue(lineItemTotal, portion ? whole - share : 0);
+  }
+  lineItems->clearFilter();
+}
+
+}  // namespace ondrel
