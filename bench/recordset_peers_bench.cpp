@@ -125,78 +125,105 @@ class Arguments {
   std::vector<int> garments_;
 };
 
+// Reads and writes of one peer, on one table.
 template <class By>
-void run(const std::vector<LineRow>& all, int rows) {
-  const auto of = By::of;
-  const Arguments arguments(all, rows);
-  const RecordsetRef shared = lineTable(all, rows);
-  Recordset& table = *shared;
+class Operations {
+ public:
+  Operations(const std::vector<LineRow>& all, int rows)
+      : all_(all), rows_(rows), arguments_(all, rows), shared_(lineTable(all, rows)), table_(*shared_) {}
 
-  measure(By::peer, 'A', rows, [&](unsigned i) {
-    filter(table, "lineNumber={}", arguments.line(i));
-    return table.number(of(Line::unitPrice)) + table.number(of(Line::quantity)) +
-           static_cast<double>(table.text(of(Line::itemName)).size());
-  });
-  measure(By::peer, 'B', rows, [&](unsigned i) {
-    filter(table, "parentLineNumber={} And itemName='{}' And itemType='UP'", arguments.garment(i),
-           arguments.upcharge(i));
-    return static_cast<double>(table.recordCount());
-  });
-  measure(By::peer, 'C', rows, [&](unsigned i) {
-    const int dept = arguments.dept(i);
-    filter(table,
+  void measureAll() {
+    each('A', &Operations::findLine);
+    each('B', &Operations::countUpcharges);
+    each('C', &Operations::walkDepartment);
+    each('D', &Operations::writeTotals);
+    table_.clearFilter();
+    each('E', &Operations::walkSorted);
+    table_.setSort("");
+    measure(
+        By::peer, 'F', rows_, [this](unsigned i) { return addRow(i); }, [this] { takeOut(); }, kAddedAtOnce);
+    each('G', &Operations::sumChildren);
+  }
+
+ private:
+  void each(char name, double (Operations::*operation)(unsigned)) {
+    measure(By::peer, name, rows_, [this, operation](unsigned i) { return (this->*operation)(i); });
+  }
+
+  double findLine(unsigned i) {
+    filter(table_, "lineNumber={}", arguments_.line(i));
+    return table_.number(of(Line::unitPrice)) + table_.number(of(Line::quantity)) +
+           static_cast<double>(table_.text(of(Line::itemName)).size());
+  }
+
+  double countUpcharges(unsigned i) {
+    filter(table_, "parentLineNumber={} And itemName='{}' And itemType='UP'", arguments_.garment(i),
+           arguments_.upcharge(i));
+    return table_.recordCount();
+  }
+
+  double walkDepartment(unsigned i) {
+    const int dept = arguments_.dept(i);
+    filter(table_,
            "(itemType='IT' and deptId = {} and redo = 0) or (itemType = 'UP' and deptId = {} and redo = 0)",
            dept, dept);
     double sum = 0;
-    for (; !table.eof(); table.moveNext())
-      sum += table.number(of(Line::quantity)) * table.number(of(Line::prepay));
+    for (; !table_.eof(); table_.moveNext())
+      sum += table_.number(of(Line::quantity)) * table_.number(of(Line::prepay));
     return sum;
-  });
-  measure(By::peer, 'D', rows, [&](unsigned) {
-    table.setFilter("itemType='IT'");
+  }
+
+  double writeTotals(unsigned) {
+    table_.setFilter("itemType='IT'");
     double sum = 0;
-    for (; !table.eof(); table.moveNext()) {
-      const double total = table.number(of(Line::unitPrice)) * table.number(of(Line::quantity)) -
-                           table.number(of(Line::prepay)) + table.number(of(Line::totalTax));
-      table.setValue(of(Line::lineItemTotal), total);
+    for (; !table_.eof(); table_.moveNext()) {
+      const double total = table_.number(of(Line::unitPrice)) * table_.number(of(Line::quantity)) -
+                           table_.number(of(Line::prepay)) + table_.number(of(Line::totalTax));
+      table_.setValue(of(Line::lineItemTotal), total);
       sum += total;
     }
     return sum;
-  });
-  table.clearFilter();
-  measure(By::peer, 'E', rows, [&](unsigned) {
-    table.setSort("");
-    table.setSort("lineNumber desc");
+  }
+
+  double walkSorted(unsigned) {
+    table_.setSort("lineNumber desc");
     double sum = 0, place = 0;
-    for (; !table.eof(); table.moveNext()) sum += ++place * table.number(of(Line::lineNumber));
+    for (; !table_.eof(); table_.moveNext()) sum += ++place * table_.number(of(Line::lineNumber));
     return sum;
-  });
-  table.setSort("");
+  }
 
-  const auto columns = By::list(kAddedColumns);
-  const auto addRow = [&](unsigned i) {
-    const LineRow& row = all[i % static_cast<unsigned>(rows)];
-    table.addNew(columns, std::span(row).first(kAddedColumns));
-    return table.number(Line::unitPrice);
-  };
-  const auto takeOut = [&] {
-    while (table.recordCount() > rows) {
-      table.moveLast();
-      table.deleteRow();
+  double addRow(unsigned i) {
+    const LineRow& row = all_[i % static_cast<unsigned>(rows_)];
+    table_.addNew(added_, std::span(row).first(kAddedColumns));
+    return table_.number(of(Line::unitPrice));
+  }
+
+  void takeOut() {
+    while (table_.recordCount() > rows_) {
+      table_.moveLast();
+      table_.deleteRow();
     }
-  };
-  measure(By::peer, 'F', rows, addRow, takeOut, kAddedAtOnce);
+  }
 
-  measure(By::peer, 'G', rows, [&](unsigned) {
-    const RecordsetRef clone = table.clone();
+  double sumChildren(unsigned) {
+    const RecordsetRef clone = table_.clone();
     double sum = 0;
-    for (table.setFilter("itemType='IT'"); !table.eof(); table.moveNext())
-      for (filter(*clone, "parentLineNumber={}", table.integer(of(Line::lineNumber))); !clone->eof();
+    for (table_.setFilter("itemType='IT'"); !table_.eof(); table_.moveNext())
+      for (filter(*clone, "parentLineNumber={}", table_.integer(of(Line::lineNumber))); !clone->eof();
            clone->moveNext())
         sum += clone->number(of(Line::lineItemTotal));
     return sum;
-  });
-}
+  }
+
+  static auto of(Line column) { return By::of(column); }
+
+  const std::vector<LineRow>& all_;
+  const int rows_;
+  const Arguments arguments_;
+  const RecordsetRef shared_;
+  Recordset& table_;
+  const decltype(By::list(0)) added_ = By::list(kAddedColumns);
+};
 
 void printMemory(const std::vector<LineRow>& all, int rows) {
   const size_t before = mallinfo2().uordblks;
@@ -219,8 +246,8 @@ int main(int argc, char** argv) {
   for (const int rows : sizes) {
     if (rows < 1) continue;
     printMemory(all, rows);
-    run<ByColumn>(all, rows);
-    run<ByName>(all, rows);
+    Operations<ByColumn>(all, rows).measureAll();
+    Operations<ByName>(all, rows).measureAll();
   }
   return 0;
 }

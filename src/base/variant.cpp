@@ -94,8 +94,7 @@ bool Variant::isNumeric() const {
   }
 }
 
-bool Variant::toBoolean() const {
-  if (kind() == Kind::Boolean) return std::get<bool>(value_);
+bool Variant::convertToBoolean() const {
   if (isText()) {
     if (equalsIgnoringCase(text(), "True")) return true;
     if (equalsIgnoringCase(text(), "False")) return false;
@@ -103,12 +102,11 @@ bool Variant::toBoolean() const {
   return toDouble() != 0;
 }
 
-std::int32_t Variant::toLong() const {
-  if (kind() == Kind::Long) return std::get<std::int32_t>(value_);
+std::int32_t Variant::convertToLong() const {
   return ondrel::toLong(toDouble());
 }
 
-double Variant::toDouble() const {
+double Variant::convertToDouble() const {
   switch (kind()) {
     case Kind::Empty:
       return 0;
@@ -133,8 +131,7 @@ double Variant::toDouble() const {
   failObject();
 }
 
-Date Variant::toDate() const {
-  if (isDate(*this)) return std::get<Date>(value_);
+Date Variant::convertToDate() const {
   if (isText()) {
     if (const auto date = Date::parse(text())) return *date;
   }

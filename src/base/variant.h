@@ -66,10 +66,22 @@ class Variant {
   bool isNumeric() const;
 
   // Conversions. Null raises error 94, text of the wrong form and objects 13 and 438.
-  bool toBoolean() const;
-  std::int32_t toLong() const;  // half to even; error 6 outside 32 bits
-  double toDouble() const;
-  Date toDate() const;  // from a number too; error 6 outside the years 100 to 9999
+  bool toBoolean() const {
+    const auto* flag = std::get_if<bool>(&value_);
+    return flag ? *flag : convertToBoolean();
+  }
+  std::int32_t toLong() const {  // half to even; error 6 outside 32 bits
+    const auto* whole = std::get_if<std::int32_t>(&value_);
+    return whole ? *whole : convertToLong();
+  }
+  double toDouble() const {
+    const auto* number = std::get_if<double>(&value_);
+    return number ? *number : convertToDouble();
+  }
+  Date toDate() const {  // from a number too; error 6 outside the years 100 to 9999
+    const auto* date = std::get_if<Date>(&value_);
+    return date ? *date : convertToDate();
+  }
   std::string toText() const;
   // Nothing for Empty; error 424 when the value is no object.
   ObjectRef toObject() const;
@@ -83,6 +95,11 @@ class Variant {
   bool identicalTo(const Variant& other) const { return value_ == other.value_; }
 
  private:
+  bool convertToBoolean() const;
+  std::int32_t convertToLong() const;
+  double convertToDouble() const;
+  Date convertToDate() const;
+
   struct NullValue {
     bool operator==(const NullValue&) const = default;
   };

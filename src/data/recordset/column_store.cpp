@@ -13,10 +13,25 @@ namespace {
   throw Error(ErrorNumber::DataOverflow, "Recordset", fmt::format("Column {} {}", column.name, reason));
 }
 
-bool fitsInteger(FieldType type, std::int32_t value) {
-  if (type == FieldType::SmallInt) return std::in_range<std::int16_t>(value);
-  if (type == FieldType::TinyInt) return std::in_range<std::uint8_t>(value);
-  return true;
+std::int32_t fittingInteger(const ColumnStore& column, std::int32_t value) {
+  const bool fits = column.type == FieldType::SmallInt  ? std::in_range<std::int16_t>(value)
+                    : column.type == FieldType::TinyInt ? std::in_range<std::uint8_t>(value)
+                                                        : true;
+  if (!fits) failSize(column, fmt::format("does not hold the number {}", value));
+  return value;
+}
+
+double fittingNumber(const ColumnStore& column, double value) {
+  if (!std::isfinite(value) || (column.type == FieldType::BigInt && std::fabs(value) >= 0x1p63))
+    failSize(column, fmt::format("does not hold the number {}", value));
+  return value;
+}
+
+std::string fittingText(const ColumnStore& column, std::string text) {
+  const size_t length = characterCount(text);
+  if (column.size > 0 && length > static_cast<size_t>(column.size))
+    failSize(column, fmt::format("holds {} characters, not {}", column.size, length));
+  return text;
 }
 
 }  // namespace
@@ -45,32 +60,7 @@ void ColumnStore::resize(size_t rows) {
       texts.resize(rows);
       break;
   }
-  if (!keys_.empty()) keys_.resize(rows, foldedKey({}));
-}
-
-void ColumnStore::write(size_t row, const Variant& value) {
-  if (value.isNull()) return writeNull(row);
-  switch (storage) {
-    case Storage::Integer:
-      writeInteger(row, value.toLong());
-      break;
-    case Storage::Number:
-      numbers[row] = value.toDouble();
-      break;
-    case Storage::Flag:
-      flags[row] = value.toBoolean();
-      break;
-    case Storage::Date:
-      numbers[row] = value.toDate().serial();
-      break;
-    case Storage::Text:
-      if (value.isText())
-        writeText(row, value.text());
-      else
-        writeText(row, value.toText());
-      break;
-  }
-  present[row] = 1;
+  if (!keys_.isEmpty()) keys_.resize(rows);
 }
 
 Variant ColumnStore::read(size_t row) const {
@@ -108,7 +98,7 @@ void ColumnStore::reset(size_t row) {
       texts[row].clear();
       break;
   }
-  if (!keys_.empty()) keys_[row] = foldedKey({});
+  if (!keys_.isEmpty()) keys_.set(row, kKeyOfNoText);
 }
 
 void ColumnStore::move(size_t from, size_t to) {
@@ -128,33 +118,47 @@ void ColumnStore::move(size_t from, size_t to) {
       texts[to].swap(texts[from]);
       break;
   }
-  if (!keys_.empty()) keys_[to] = keys_[from];
+  if (!keys_.isEmpty()) keys_.move(from, to);
 }
 
-const FoldedKey* ColumnStore::foldedKeys() const {
+const FoldedKeyList& ColumnStore::foldedKeys() const {
   if (keys_.size() != texts.size()) {
     keys_.resize(texts.size());
-    for (size_t row = 0; row < texts.size(); ++row) keys_[row] = foldedKey(texts[row]);
+    for (size_t row = 0; row < texts.size(); ++row) keys_.set(row, foldedKey(texts[row]));
   }
-  return keys_.data();
+  return keys_;
 }
 
-void ColumnStore::writeNull(size_t row) {
-  if (!nullable) failSize(*this, "takes no Null");
-  reset(row);
+std::int32_t ColumnStore::convertToInteger(size_t row) const {
+  return read(row).toLong();
 }
 
-void ColumnStore::writeInteger(size_t row, std::int32_t value) {
-  if (!fitsInteger(type, value)) failSize(*this, fmt::format("does not hold the number {}", value));
-  integers[row] = value;
+double ColumnStore::convertToNumber(size_t row) const {
+  return read(row).toDouble();
 }
 
-void ColumnStore::writeText(size_t row, std::string_view text) {
-  const auto limit = static_cast<size_t>(size);
-  if (limit > 0 && text.size() > limit && characterCount(text) > limit)
-    failSize(*this, fmt::format("holds {} characters, not {}", limit, characterCount(text)));
-  texts[row].assign(text);
-  if (!keys_.empty()) keys_[row] = foldedKey(text);
+void ColumnStore::convertAndWrite(size_t row, double value) {
+  convertAndWrite(row, Variant(value));
+}
+
+void ColumnStore::convertAndWrite(size_t row, const Variant& value) {
+  if (value.isNull()) {
+    if (!nullable) failSize(*this, "takes no Null");
+    present[row] = 0;
+    return;
+  }
+  switch (storage) {
+    case Storage::Integer:
+      return put(integers, row, fittingInteger(*this, value.toLong()));
+    case Storage::Number:
+      return put(numbers, row, fittingNumber(*this, value.toDouble()));
+    case Storage::Flag:
+      return put(flags, row, std::uint8_t{value.toBoolean()});
+    case Storage::Date:
+      return put(numbers, row, value.toDate().serial());
+    case Storage::Text:
+      return putText(row, fittingText(*this, value.toText()));
+  }
 }
 
 }  // namespace ondrel

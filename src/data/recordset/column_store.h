@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -54,23 +55,75 @@ struct ColumnStore {
   std::vector<std::string> texts;
 
   void resize(size_t rows);
-  // Leaves the cell as it was when the value does not fit.
-  void write(size_t row, const Variant& value);
+  // Leaves the cell as it was when the value does not fit: error 13 or 6 as the conversion has it,
+  // DataOverflow for a text that is too long and for a Null that the column does not take.
+  void write(size_t row, const Variant& value) {
+    switch (value.kind()) {
+      case Variant::Kind::Null:
+        if (!nullable) break;
+        present[row] = 0;
+        return;
+      case Variant::Kind::Long:
+        if (type != FieldType::Long) break;
+        return put(integers, row, value.toLong());
+      case Variant::Kind::Double:
+        return write(row, value.toDouble());
+      case Variant::Kind::Boolean:
+        if (storage != Storage::Flag) break;
+        return put(flags, row, std::uint8_t{value.toBoolean()});
+      case Variant::Kind::Text:
+        if (storage != Storage::Text || (size > 0 && value.text().size() > static_cast<size_t>(size))) break;
+        return putText(row, value.text());
+      default:
+        break;
+    }
+    convertAndWrite(row, value);
+  }
+  void write(size_t row, double value) {
+    if (storage == Storage::Number && std::isfinite(value)) [[likely]]
+      put(numbers, row, value);
+    else
+      convertAndWrite(row, value);
+  }
   Variant read(size_t row) const;
+  // Error 94 for Null.
+  std::int32_t readInteger(size_t row) const {
+    if (storage == Storage::Integer && present[row]) [[likely]]
+      return integers[row];
+    return convertToInteger(row);
+  }
+  double readNumber(size_t row) const {
+    if (storage == Storage::Number && present[row]) [[likely]]
+      return numbers[row];
+    if (storage == Storage::Integer && present[row]) [[likely]]
+      return integers[row];
+    return convertToNumber(row);
+  }
   // Back to the state of a cell that nobody wrote.
   void reset(size_t row);
   void move(size_t from, size_t to);
 
   // Keys of all texts, for comparing without regard to case. Made at the first call and kept up to
   // date by every write from then on.
-  const FoldedKey* foldedKeys() const;
+  const FoldedKeyList& foldedKeys() const;
 
  private:
-  void writeNull(size_t row);
-  void writeInteger(size_t row, std::int32_t value);
-  void writeText(size_t row, std::string_view text);
+  template <class Cell>
+  void put(std::vector<Cell>& cells, size_t row, Cell value) {
+    cells[row] = value;
+    present[row] = 1;
+  }
+  void putText(size_t row, std::string_view text) {
+    texts[row].assign(text);
+    present[row] = 1;
+    if (!keys_.isEmpty()) keys_.set(row, foldedKey(text));
+  }
+  std::int32_t convertToInteger(size_t row) const;
+  double convertToNumber(size_t row) const;
+  void convertAndWrite(size_t row, const Variant& value);
+  void convertAndWrite(size_t row, double value);
 
-  mutable std::vector<FoldedKey> keys_;
+  mutable FoldedKeyList keys_;
 };
 
 }  // namespace ondrel

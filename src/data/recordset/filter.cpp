@@ -1,22 +1,48 @@
 #include "data/recordset/filter.h"
 
+#include <algorithm>
 #include <charconv>
-#include <cmath>
+#include <cstring>
 #include <functional>
+#include <limits>
 #include <optional>
 
 #include "base/date.h"
 #include "base/text.h"
+#include "data/recordset/table.h"
 
 namespace ondrel {
+
+// Rows of a table that a step works on, and where its result goes.
+struct FilterSpan {
+  size_t first;
+  size_t blocks;
+  FilterJoin join;
+  std::uint8_t* result;
+};
+
 namespace {
 
 constexpr size_t kBlock = Table::kBlock;
 
+// Most numbers are a few digits.
+std::optional<std::int32_t> fewDigits(std::string_view text) {
+  const bool negative = text.starts_with('-');
+  if (negative) text.remove_prefix(1);
+  if (text.empty() || text.size() > 9) return std::nullopt;
+  std::int32_t value = 0;
+  for (const char c : text) {
+    if (!isDigit(c)) return std::nullopt;
+    value = value * 10 + (c - '0');
+  }
+  return negative ? -value : value;
+}
+
 std::optional<double> numberOf(FilterWord word, std::string_view text) {
+  if (const auto digits = fewDigits(text)) return *digits;
   if (word == FilterWord::Text) return parseNumber(text);
+  if (text.starts_with('+')) text.remove_prefix(1);
   double value = 0;
-  if (text.front() == '+') text.remove_prefix(1);
   std::from_chars(text.data(), text.data() + text.size(), value);
   return value;
 }
@@ -38,6 +64,15 @@ std::optional<bool> flagOf(FilterWord word, std::string_view text) {
   return *number != 0;
 }
 
+std::string_view withoutQuotes(std::string_view literal) {
+  return literal.front() == '\'' || literal.front() == '#' ? literal.substr(1, literal.size() - 2) : literal;
+}
+
+bool isLong(double value) {
+  return value >= std::numeric_limits<std::int32_t>::min() &&
+         value <= std::numeric_limits<std::int32_t>::max() && value == static_cast<std::int32_t>(value);
+}
+
 // The comparison of a word as a function object, handed to `use`.
 template <class Use>
 void withComparison(FilterWord comparison, Use use) {
@@ -57,151 +92,190 @@ void withComparison(FilterWord comparison, Use use) {
   }
 }
 
-// The inner loop has a fixed length, so that the compiler turns it into a few wide instructions.
-template <class Cell, class Test>
-void scan(const Cell* cells, const std::uint8_t* present, size_t blocks, std::uint8_t* result, Test test) {
-  for (const std::uint8_t* end = result + blocks * kBlock; result != end;
-       cells += kBlock, present += kBlock, result += kBlock)
-    for (size_t k = 0; k < kBlock; ++k) result[k] = static_cast<std::uint8_t>(test(cells[k]) & present[k]);
+bool isAllZero(const std::uint8_t* block) {
+  std::uint64_t halves[kBlock / sizeof(std::uint64_t)];
+  std::memcpy(halves, block, kBlock);
+  return (halves[0] | halves[1]) == 0;
 }
 
-template <class Join>
-void join(std::uint8_t* into, const std::uint8_t* other, size_t blocks, Join combine) {
-  for (const std::uint8_t* end = into + blocks * kBlock; into != end; into += kBlock, other += kBlock)
-    for (size_t k = 0; k < kBlock; ++k) into[k] = static_cast<std::uint8_t>(combine(into[k], other[k]));
+// Tests the rows of a span, block by block. The inner loops have a fixed length and work on locals, so
+// that the compiler turns them into a few wide instructions. A block that is all 0 is not tested for an
+// And: where the first comparison selects, those behind it cost little.
+template <FilterJoin kJoin, class Test>
+void scanJoining(const FilterSpan& span, Test test) {
+  std::uint8_t* result = span.result;
+  size_t row = span.first;
+  for (size_t block = 0; block < span.blocks; ++block, result += kBlock, row += kBlock) {
+    if (kJoin == FilterJoin::And && isAllZero(result)) continue;
+    std::uint8_t passes[kBlock];
+    for (size_t k = 0; k < kBlock; ++k) passes[k] = static_cast<std::uint8_t>(test(row + k));
+    if (kJoin == FilterJoin::And)
+      for (size_t k = 0; k < kBlock; ++k) passes[k] &= result[k];
+    if (kJoin == FilterJoin::Or)
+      for (size_t k = 0; k < kBlock; ++k) passes[k] |= result[k];
+    std::memcpy(result, passes, kBlock);
+  }
+}
+
+template <class Test>
+void scan(const FilterSpan& span, Test test) {
+  switch (span.join) {
+    case FilterJoin::Push:
+      return scanJoining<FilterJoin::Push>(span, test);
+    case FilterJoin::And:
+      return scanJoining<FilterJoin::And>(span, test);
+    case FilterJoin::Or:
+      return scanJoining<FilterJoin::Or>(span, test);
+  }
+}
+
+template <class Cell>
+void scanValues(const FilterSpan& span, FilterWord comparison, const std::uint8_t* present, const Cell* cells,
+                Cell wanted) {
+  withComparison(comparison, [&](auto holds) {
+    scan(span, [=](size_t row) { return holds(cells[row], wanted) & present[row]; });
+  });
+}
+
+void scanTexts(const FilterSpan& span, FilterWord comparison, const ColumnStore& column, FoldedKey key,
+               std::string_view text) {
+  const std::uint8_t* present = column.present.data();
+  const bool equal = comparison == FilterWord::Equal;
+  if (!equal && comparison != FilterWord::NotEqual)
+    return withComparison(comparison, [&](auto holds) {
+      scan(span, [&](size_t row) {
+        return present[row] && holds(compareIgnoringCase(column.texts[row], text), 0);
+      });
+    });
+  const std::uint32_t *low = column.foldedKeys().low(), *high = column.foldedKeys().high();
+  const std::uint32_t wantedLow = FoldedKeyList::lowHalf(key), wantedHigh = FoldedKeyList::highHalf(key);
+  const auto sameKey = [=](size_t row) -> bool {
+    return (low[row] == wantedLow) & (high[row] == wantedHigh);
+  };
+  if (holdsWholeText(key))
+    return scan(span, [=](size_t row) { return (sameKey(row) == equal) & present[row]; });
+  scan(span, [&](size_t row) {
+    return present[row] && (sameKey(row) && equalsIgnoringCase(column.texts[row], text)) == equal;
+  });
 }
 
 }  // namespace
 
 void Filter::bind(std::string_view text, Table& table) {
+  // Everything is read from the caller's text: reading back what was just copied would make the
+  // processor wait for the copy.
   text_.assign(text);
-  shape_ = &table.filters().shapeOf(text_, table, literals_);
+  shape_ = &table.filters().shapeOf(text, table, literals_);
   unescaped_.clear();
-  operands_.clear();
-  columns_ = 0;
-  for (const FilterStep& step : shape_->expression.steps) {
-    Operand operand;
-    if (step.action == FilterAction::Compare) operand = operandOf(step, table.column(step.column));
-    if (step.action != FilterAction::And && step.action != FilterAction::Or)
-      columns_ |= std::uint64_t{1} << (step.column % 64);
-    operands_.push_back(operand);
-  }
+  const std::vector<FilterStep>& steps = shape_->expression.steps;
+  operands_.resize(steps.size());
+  for (size_t k = 0; k < steps.size(); ++k)
+    if (steps[k].action == FilterAction::Compare)
+      setOperand(operands_[k], steps[k], table.column(steps[k].column), text);
 }
 
-std::string_view Filter::literalText(std::string_view literal) {
-  if (literal.front() != '\'' && literal.front() != '#') return literal;
-  literal = literal.substr(1, literal.size() - 2);
-  if (literal.find('\'') == std::string_view::npos) return literal;
-  return unescaped_.emplace_back(replaceAll(literal, "''", "'"));
-}
-
-Filter::Operand Filter::operandOf(const FilterStep& step, const ColumnStore& column) {
-  Operand operand;
+void Filter::setOperand(Operand& operand, const FilterStep& step, const ColumnStore& column,
+                        std::string_view filter) {
   const bool isWord = step.value == FilterWord::True || step.value == FilterWord::False;
-  const std::string_view literal = isWord ? std::string_view() : literals_[step.literal];
-  if (isWord)
-    operand.text = step.value == FilterWord::True ? "True" : "False";
-  else
-    operand.text = literalText(literal);
-
+  const bool isTrue = step.value == FilterWord::True;
+  const std::string_view literal = isWord ? (isTrue ? "True" : "False") : literals_.of(filter, step.literal);
+  const std::string_view text = withoutQuotes(literal);
   const auto must = [&](auto value) {
     if (value) return *value;
-    failFilter(text_, {step.value, static_cast<size_t>(literal.data() - text_.data()), literal});
+    failFilter(filter, {step.value, static_cast<size_t>(literal.data() - filter.data()), literal});
   };
   switch (column.storage) {
     case Storage::Integer:
+      if (const auto digits = fewDigits(text)) {
+        operand.isInteger = true;
+        operand.integer = *digits;
+        break;
+      }
+      operand.number = isWord ? -isTrue : must(numberOf(step.value, text));
+      operand.isInteger = isLong(operand.number);
+      if (operand.isInteger) operand.integer = static_cast<std::int32_t>(operand.number);
+      break;
     case Storage::Number:
-      operand.number =
-          isWord ? (step.value == FilterWord::True ? -1 : 0) : must(numberOf(step.value, operand.text));
+      operand.number = isWord ? -isTrue : must(numberOf(step.value, text));
       break;
     case Storage::Date:
-      operand.number = isWord ? 0 : must(dateOf(step.value, operand.text));
+      operand.number = isWord ? -isTrue : must(dateOf(step.value, text));
       break;
     case Storage::Flag: {
-      const int wanted = isWord ? step.value == FilterWord::True : must(flagOf(step.value, operand.text));
+      const bool wanted = isWord ? isTrue : must(flagOf(step.value, text));
       withComparison(step.comparison, [&](auto holds) {
-        for (const int flag : {0, 1}) operand.passes[flag] = holds(flag, wanted);
+        for (const bool flag : {false, true}) operand.passes[flag] = holds(flag, wanted);
       });
       break;
     }
     case Storage::Text:
-      operand.key = foldedKey(operand.text);
+      if (isWord)
+        operand.text = text;
+      else if (std::find(text.begin(), text.end(), '\'') != text.end())
+        operand.text = unescaped_.emplace_back(replaceAll(text, "''", "'"));
+      else
+        operand.text =
+            std::string_view(text_).substr(static_cast<size_t>(text.data() - filter.data()), text.size());
+      operand.key = foldedKey(operand.text.size() == text.size() ? text : operand.text);
       break;
   }
-  return operand;
 }
 
 const std::uint8_t* Filter::run(const Table& table, size_t first, size_t blocks) const {
+  const FilterExpression& expression = shape_->expression;
   const size_t length = blocks * kBlock;
-  const size_t needed = length * shape_->expression.depth;
-  if (results_.size() < needed) results_.resize(needed);
-  std::uint8_t* top = results_.data();
-  const Operand* operand = operands_.data();
-  for (const FilterStep& step : shape_->expression.steps) {
+  std::uint8_t* const results = table.workingSpace(length * expression.depth);
+  std::uint8_t* top = results;  // behind the topmost result
+  for (size_t k = 0; k < expression.steps.size(); ++k) {
+    const FilterStep& step = expression.steps[k];
+    const FilterSpan span{first, blocks, step.join, step.join == FilterJoin::Push ? top : top - length};
+    const ColumnStore& column = table.column(step.column);
+    const std::uint8_t* present = column.present.data();
+    const Operand& operand = operands_[k];
+    if (step.join == FilterJoin::Push) top += length;
     switch (step.action) {
-      case FilterAction::And:
-        top -= length;
-        join(top - length, top, blocks, std::bit_and<>());
+      case FilterAction::Compare:
+        compare(span, step.comparison, column, operand);
         break;
-      case FilterAction::Or:
-        top -= length;
-        join(top - length, top, blocks, std::bit_or<>());
+      case FilterAction::TestMissing:
+        scan(span, [=](size_t row) { return present[row] ^ 1; });
         break;
-      default:
-        compare(step, *operand, table, first, blocks, top);
-        top += length;
+      case FilterAction::TestPresent:
+        scan(span, [=](size_t row) { return present[row]; });
+        break;
+      case FilterAction::Nothing:
+        scan(span, [](size_t) { return 0; });
+        break;
+      case FilterAction::Join: {
+        top -= length;
+        scan({first, blocks, step.join, top - length}, [=](size_t row) { return top[row - first]; });
+      }
     }
-    ++operand;
   }
-  return results_.data();
+  return results;
 }
 
-void Filter::compare(const FilterStep& step, const Operand& operand, const Table& table, size_t first,
-                     size_t blocks, std::uint8_t* result) const {
-  const ColumnStore& column = table.column(step.column);
-  const std::uint8_t* present = column.present.data() + first;
-  const auto scanAll = [&](const auto* cells, auto test) {
-    scan(cells + first, present, blocks, result, test);
-  };
-
-  if (step.action != FilterAction::Compare) {
-    const std::uint8_t missing = step.action == FilterAction::TestMissing;
-    const std::uint8_t kept = step.action == FilterAction::Nothing ? 0 : 1;
-    for (size_t k = 0; k < blocks * kBlock; ++k) result[k] = (present[k] ^ missing) & kept;
-    return;
-  }
+void Filter::compare(const FilterSpan& span, FilterWord comparison, const ColumnStore& column,
+                     const Operand& operand) {
+  const std::uint8_t* present = column.present.data();
   switch (column.storage) {
     case Storage::Integer:
-      return withComparison(step.comparison, [&](auto holds) {
-        scanAll(column.integers.data(),
-                [&, wanted = operand.number](std::int32_t cell) { return holds(cell, wanted); });
+      if (operand.isInteger)
+        return scanValues(span, comparison, present, column.integers.data(), operand.integer);
+      return withComparison(comparison, [&](auto holds) {
+        scan(span, [=, cells = column.integers.data(), wanted = operand.number](size_t row) {
+          return holds(cells[row], wanted) & present[row];
+        });
       });
     case Storage::Number:
     case Storage::Date:
-      return withComparison(step.comparison, [&](auto holds) {
-        scanAll(column.numbers.data(),
-                [&, wanted = operand.number](double cell) { return holds(cell, wanted); });
-      });
+      return scanValues(span, comparison, present, column.numbers.data(), operand.number);
     case Storage::Flag:
-      return scanAll(column.flags.data(), [no = operand.passes[0], yes = operand.passes[1]](
-                                              std::uint8_t cell) { return cell ? yes : no; });
+      return scan(span, [=, cells = column.flags.data(), no = operand.passes[0], yes = operand.passes[1]](
+                            size_t row) { return (cells[row] ? yes : no) & present[row]; });
     case Storage::Text:
-      break;
+      return scanTexts(span, comparison, column, operand.key, operand.text);
   }
-  if (step.comparison == FilterWord::Equal || step.comparison == FilterWord::NotEqual) {
-    const bool wholeText = holdsWholeText(operand.key);
-    scanAll(column.foldedKeys(), [&](FoldedKey cell) { return cell == operand.key; });
-    if (!wholeText)
-      for (size_t k = 0; k < blocks * kBlock; ++k)
-        if (result[k]) result[k] = equalsIgnoringCase(column.texts[first + k], operand.text);
-    if (step.comparison == FilterWord::NotEqual)
-      for (size_t k = 0; k < blocks * kBlock; ++k) result[k] = (result[k] ^ 1) & present[k];
-    return;
-  }
-  withComparison(step.comparison, [&](auto holds) {
-    for (size_t k = 0; k < blocks * kBlock; ++k)
-      result[k] = present[k] && holds(compareIgnoringCase(column.texts[first + k], operand.text), 0);
-  });
 }
 
 }  // namespace ondrel

@@ -48,40 +48,56 @@ std::unique_ptr<FilterShape> makeShape(std::string_view filter, const std::vecto
   return shape;
 }
 
+// Whether the text goes on with the piece: a few words compared in place, as pieces are short.
+bool goesOn(std::string_view text, std::string_view piece) {
+  constexpr size_t kWord = sizeof(std::uint64_t);
+  if (text.size() < piece.size()) return false;
+  const auto differ = [&](size_t position) {
+    std::uint64_t here, there;
+    std::memcpy(&here, text.data() + position, kWord);
+    std::memcpy(&there, piece.data() + position, kWord);
+    return here != there;
+  };
+  if (piece.size() < kWord) return std::equal(piece.begin(), piece.end(), text.begin());
+  for (size_t position = 0; position + kWord < piece.size(); position += kWord)
+    if (differ(position)) return false;
+  return !differ(piece.size() - kWord);
+}
+
 size_t startHash(std::string_view filter) {
   std::uint64_t start = 0;
-  std::memcpy(&start, filter.data(), std::min(filter.size(), sizeof start));
+  if (filter.size() >= sizeof start)
+    std::memcpy(&start, filter.data(), sizeof start);
+  else
+    for (const char c : filter) start = start << 8 | static_cast<unsigned char>(c);
   return (start * 0x9E3779B97F4A7C15) >> 59;
 }
 
 }  // namespace
 
-bool FilterShape::matches(std::string_view filter, std::vector<std::string_view>& values) const {
-  values.clear();
+bool FilterShape::matches(std::string_view filter, FilterLiterals& found) const {
+  found.clear();
   size_t position = 0;
   for (size_t k = 0;; ++k) {
     const std::string& piece = pieces[k];
-    if (filter.size() - position < piece.size() ||
-        std::memcmp(filter.data() + position, piece.data(), piece.size()) != 0)
-      return false;
+    if (!goesOn(filter.substr(position), piece)) return false;
     position += piece.size();
     if (k == literals.size()) return position == filter.size();
     const size_t end = literalEnd(filter, position, literals[k]);
     if (end == position) return false;
-    values.push_back(filter.substr(position, end - position));
+    found.add(position, end);
     position = end;
   }
 }
 
-const FilterShape& FilterCache::shapeOf(std::string_view filter, const Table& table,
-                                        std::vector<std::string_view>& values) {
+const FilterShape& FilterCache::shapeOf(std::string_view filter, const Table& table, FilterLiterals& found) {
   const FilterShape*& latest = latest_[startHash(filter)];
-  if (latest && latest->matches(filter, values)) return *latest;
+  if (latest && latest->matches(filter, found)) return *latest;
 
   const std::vector<FilterToken> tokens = filterTokens(filter);
-  values.clear();
+  found.clear();
   for (const FilterToken& token : tokens)
-    if (token.isLiteral()) values.push_back(token.text);
+    if (token.isLiteral()) found.add(token.position, token.position + token.text.size());
   std::string text = shapeText(filter, tokens);
   auto known = shapes_.find(text);
   if (known == shapes_.end())

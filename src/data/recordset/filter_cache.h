@@ -11,6 +11,22 @@
 
 namespace ondrel {
 
+// Where the literals of a filter stand: begin and end of each.
+class FilterLiterals {
+ public:
+  void clear() { bounds_.clear(); }
+  void add(size_t begin, size_t end) {
+    bounds_.push_back(begin);
+    bounds_.push_back(end);
+  }
+  std::string_view of(std::string_view filter, size_t index) const {
+    return filter.substr(bounds_[2 * index], bounds_[2 * index + 1] - bounds_[2 * index]);
+  }
+
+ private:
+  std::vector<size_t> bounds_;
+};
+
 // What filter texts have in common that differ only in their literals: the pieces of text between the
 // literals, and the expression that they stand for.
 struct FilterShape {
@@ -18,16 +34,15 @@ struct FilterShape {
   std::vector<FilterWord> literals;
   FilterExpression expression;
 
-  // Whether the text is of this shape; `values` then has its literals as they stand.
-  bool matches(std::string_view filter, std::vector<std::string_view>& values) const;
+  // Whether the text is of this shape; `found` then has its literals.
+  bool matches(std::string_view filter, FilterLiterals& found) const;
 };
 
 // The shapes of the filters that a table has seen, so that each is parsed once.
 class FilterCache {
  public:
-  // The shape of a text, and its literals in `values`. Errors as parseFilter.
-  const FilterShape& shapeOf(std::string_view filter, const Table& table,
-                             std::vector<std::string_view>& values);
+  // The shape of a text, and its literals in `found`. Errors as parseFilter.
+  const FilterShape& shapeOf(std::string_view filter, const Table& table, FilterLiterals& found);
 
  private:
   struct Hash {

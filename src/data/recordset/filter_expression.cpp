@@ -11,13 +11,13 @@ namespace {
 struct Junction {
   FilterWord word;
   int precedence;
-  FilterAction action;
+  FilterJoin join;
 };
 
 // clang-format off
 constexpr std::array<Junction, 2> kJunctions = {{
-    {FilterWord::Or,  1, FilterAction::Or},
-    {FilterWord::And, 2, FilterAction::And},
+    {FilterWord::Or,  1, FilterJoin::Or},
+    {FilterWord::And, 2, FilterJoin::And},
 }};
 // clang-format on
 
@@ -41,9 +41,9 @@ class Parser {
     parseTerm();
     while (const Junction* junction = junctionAt(precedence)) {
       ++next_;
+      const size_t right = result_.steps.size();
       parseJunctions(junction->precedence + 1);
-      add({.action = junction->action});
-      --pending_;
+      join(junction->join, right);
     }
   }
 
@@ -67,7 +67,8 @@ class Parser {
     if (!current().isComparison()) failFilter(filter_, current());
     step.comparison = take().word;
     parseValue(step);
-    add(step);
+    result_.steps.push_back(step);
+    result_.columns |= std::uint64_t{1} << (step.column % 64);
     result_.depth = std::max(result_.depth, ++pending_);
   }
 
@@ -100,7 +101,14 @@ class Parser {
     return FilterAction::Nothing;
   }
 
-  void add(const FilterStep& step) { result_.steps.push_back(step); }
+  // A right side of one step joins its result by itself.
+  void join(FilterJoin join, size_t right) {
+    if (right + 1 == result_.steps.size())
+      result_.steps.back().join = join;
+    else
+      result_.steps.push_back({.action = FilterAction::Join, .join = join});
+    --pending_;
+  }
 
   std::string_view filter_;
   const std::vector<FilterToken>& tokens_;

@@ -62,13 +62,24 @@ FilterToken tokenAt(std::string_view filter, size_t position) {
   failFilter(filter, token(End, filter.size()));
 }
 
+char at(std::string_view filter, size_t position) {
+  return position < filter.size() ? filter[position] : '\0';
+}
+
 size_t skipDigits(std::string_view filter, size_t position) {
-  while (position < filter.size() && isDigit(filter[position])) ++position;
+  while (isDigit(at(filter, position))) ++position;
   return position;
 }
 
-bool isAnyOf(std::string_view filter, size_t position, std::string_view characters) {
-  return position < filter.size() && characters.find(filter[position]) != std::string_view::npos;
+size_t skipSign(std::string_view filter, size_t position) {
+  const char sign = at(filter, position);
+  return sign == '+' || sign == '-' ? position + 1 : position;
+}
+
+size_t skipBlanks(std::string_view filter, size_t position) {
+  for (char c = at(filter, position); c == ' ' || c == '\t' || c == '\r' || c == '\n';)
+    c = at(filter, ++position);
+  return position;
 }
 
 }  // namespace
@@ -77,7 +88,7 @@ std::vector<FilterToken> filterTokens(std::string_view filter) {
   std::vector<FilterToken> tokens;
   size_t position = 0;
   do {
-    while (isAnyOf(filter, position, " \t\r\n")) ++position;
+    position = skipBlanks(filter, position);
     tokens.push_back(tokenAt(filter, position));
     position += tokens.back().text.size();
   } while (tokens.back().word != End);
@@ -85,17 +96,17 @@ std::vector<FilterToken> filterTokens(std::string_view filter) {
 }
 
 size_t numberEnd(std::string_view filter, size_t position) {
-  size_t digits = isAnyOf(filter, position, "+-") ? position + 1 : position;
+  const size_t digits = skipSign(filter, position);
   size_t end = skipDigits(filter, digits);
   size_t count = end - digits;
-  if (isAnyOf(filter, end, ".")) {
+  if (at(filter, end) == '.') {
     const size_t places = end + 1;
     end = skipDigits(filter, places);
     count += end - places;
   }
   if (count == 0) return position;
-  if (isAnyOf(filter, end, "eE")) {
-    const size_t power = isAnyOf(filter, end + 1, "+-") ? end + 2 : end + 1;
+  if (at(filter, end) == 'e' || at(filter, end) == 'E') {
+    const size_t power = skipSign(filter, end + 1);
     if (skipDigits(filter, power) > power) end = skipDigits(filter, power);
   }
   return end;
@@ -103,9 +114,12 @@ size_t numberEnd(std::string_view filter, size_t position) {
 
 size_t quotedEnd(std::string_view filter, size_t position) {
   if (position >= filter.size() || filter[position] != '\'') return position;
-  size_t end = filter.find('\'', position + 1);
-  while (end != std::string_view::npos && isAnyOf(filter, end + 1, "'")) end = filter.find('\'', end + 2);
-  return end == std::string_view::npos ? position : end + 1;
+  for (size_t end = position + 1; end < filter.size(); ++end) {
+    if (filter[end] != '\'') continue;
+    if (end + 1 == filter.size() || filter[end + 1] != '\'') return end + 1;
+    ++end;
+  }
+  return position;
 }
 
 void failFilter(std::string_view filter, const FilterToken& token) {

@@ -35,7 +35,7 @@ void Recordset::close() {
   if (!isOpen()) failClosed();
   view_.reset();
   table_ = std::make_shared<Table>();
-  filterAssigned_.reset();
+  blankFilter_.reset();
 }
 
 int Recordset::fieldCount() const {
@@ -66,8 +66,9 @@ void Recordset::setBookmark(const Variant& bookmark) {
 }
 
 Variant Recordset::filter() const {
-  if (!filterAssigned_) return 0;
-  return *filterAssigned_;
+  if (view().isFiltered()) return view().filterText();
+  if (blankFilter_) return *blankFilter_;
+  return 0;
 }
 
 void Recordset::setFilter(const Variant& filter) {
@@ -78,11 +79,10 @@ void Recordset::setFilter(const Variant& filter) {
 }
 
 void Recordset::setFilter(std::string_view text) {
-  if (trim(text).empty())
-    view().clearFilter();
-  else
-    view().setFilter(text);
-  filterAssigned_ = text;
+  if (!text.empty() && text.front() != ' ') return view().setFilter(text);
+  if (!trim(text).empty()) return view().setFilter(text);
+  clearFilter();
+  blankFilter_ = text;
 }
 
 RecordsetRef Recordset::clone() const {
@@ -93,66 +93,58 @@ RecordsetRef Recordset::clone() const {
 }
 
 template <class Fill>
-void Recordset::addRow(Fill fill) {
-  View& rows = view();
+size_t Recordset::addRow(const View* maker, Fill fill) {
   const size_t row = table_->prepareRow();
   try {
-    fill();
+    fill(row);
   } catch (...) {
     table_->abandonRow();
     throw;
   }
-  table_->completeRow(&rows);
-  rows.moveToNew(row);
+  table_->completeRow(maker);
+  return row;
 }
 
 void Recordset::addNew() {
-  addRow([] {});
+  View& rows = view();
+  rows.moveToNew(addRow(&rows, [](size_t) {}));
 }
 
 void Recordset::addNew(std::initializer_list<CellValue> values) {
-  addRow([&] {
-    for (const CellValue& cell : values) {
-      cells(cell.column);
-      table_->writePrepared(cell.column.index, cell.value);
-    }
-  });
-  view().settle();
+  View& rows = view();
+  rows.moveToNew(addRow(&rows, [&](size_t row) {
+    for (const CellValue& cell : values) cells(cell.column).write(row, cell.value);
+  }));
+  rows.settle();
 }
 
 void Recordset::addNew(std::span<const Column> columns, std::span<const Variant> values) {
   assert(columns.size() == values.size());
-  addRow([&] {
-    for (size_t k = 0; k < columns.size(); ++k) {
-      cells(columns[k]);
-      table_->writePrepared(columns[k].index, values[k]);
-    }
-  });
-  view().settle();
+  View& rows = view();
+  rows.moveToNew(addRow(&rows, [&](size_t row) {
+    for (size_t k = 0; k < columns.size(); ++k) cells(columns[k]).write(row, values[k]);
+  }));
+  rows.settle();
 }
 
 void Recordset::addNew(std::span<const std::string> names, std::span<const Variant> values) {
   if (names.size() != values.size())
     throw Error(ErrorNumber::InvalidArgument, "Recordset",
                 fmt::format("A new row with {} names and {} values", names.size(), values.size()));
-  addRow([&] {
-    for (size_t k = 0; k < names.size(); ++k) table_->writePrepared(column(names[k]).index, values[k]);
-  });
-  view().settle();
+  View& rows = view();
+  rows.moveToNew(addRow(&rows, [&](size_t row) {
+    for (size_t k = 0; k < names.size(); ++k) cells(column(names[k])).write(row, values[k]);
+  }));
+  rows.settle();
 }
 
 void Recordset::appendRow(std::span<const Variant> values) {
   assert(static_cast<int>(values.size()) == fieldCount());
   view();
-  table_->prepareRow();
-  try {
+  addRow(nullptr, [&](size_t row) {
     for (int index = 0; index < fieldCount(); ++index)
-      table_->writePrepared(index, values[static_cast<size_t>(index)]);
-  } catch (...) {
-    table_->abandonRow();
-    throw;
-  }
-  table_->completeRow(nullptr);
+      table_->column(index).write(row, values[static_cast<size_t>(index)]);
+  });
 }
 
 void Recordset::deleteRow() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <initializer_list>
 #include <memory>
 #include <optional>
@@ -98,8 +99,8 @@ class Recordset : public Object {
   void setFilter(const char* text) { setFilter(std::string_view(text)); }
   void setFilter(const std::string& text) { setFilter(std::string_view(text)); }
   void clearFilter() {
-    filterAssigned_.reset();
     view().clearFilter();
+    blankFilter_.reset();
   }
   // "column [desc], ...": ascending unless told; equal rows keep the order of insertion. The empty text
   // restores that order. Assigning keeps the filter and moves to the first visible row.
@@ -127,17 +128,22 @@ class Recordset : public Object {
   // ---- the current row
   Variant value(Column column) const { return cells(column).read(currentRow()); }
   Variant value(std::string_view name) const { return value(column(name)); }
-  void setValue(Column column, const Variant& value) {
-    cells(column);
-    table_->write(currentRow(), column.index, value);
+  void setValue(Column column, const Variant& value) { write(column, value); }
+  template <std::same_as<double> Number>
+  void setValue(Column column, Number value) {
+    write(column, value);
+  }
+  template <std::same_as<double> Number>
+  void setValue(std::string_view name, Number value) {
+    write(column(name), value);
   }
   void setValue(std::string_view name, const Variant& newValue) { setValue(column(name), newValue); }
 
   // Typed reads. Null raises error 94 in integer, number and date; it reads False in flag and the empty
   // text in text.
   bool isNull(Column column) const { return !cells(column).present[currentRow()]; }
-  std::int32_t integer(Column column) const;
-  double number(Column column) const;
+  std::int32_t integer(Column column) const { return cells(column).readInteger(currentRow()); }
+  double number(Column column) const { return cells(column).readNumber(currentRow()); }
   bool flag(Column column) const;
   Date date(Column column) const;
   std::string text(Column column) const;
@@ -161,41 +167,35 @@ class Recordset : public Object {
     return *view_;
   }
   const View& view() const { return const_cast<Recordset*>(this)->view(); }
-  const ColumnStore& cells(Column column) const {
+  const ColumnStore& cells(Column column) const { return table_->column(known(column)); }
+  ColumnStore& cells(Column column) { return table_->column(known(column)); }
+  int known(Column column) const {
     if (static_cast<unsigned>(column.index) >= static_cast<unsigned>(table_->columnCount()))
       failPosition(column);
-    return table_->column(column.index);
+    return column.index;
   }
   size_t currentRow() const {
     const std::int32_t row = view().row();
     if (row < 0) failNoRow();
     return static_cast<size_t>(row);
   }
+  template <class Value>
+  void write(Column column, const Value& value) {
+    ColumnStore& store = cells(column);
+    const size_t row = currentRow();
+    store.write(row, value);
+    table_->noteWrite(row, column.index);
+  }
   template <class Fill>
-  void addRow(Fill fill);
+  size_t addRow(const View* maker, Fill fill);
   [[noreturn]] void failClosed() const;
   [[noreturn]] static void failNoRow();
   [[noreturn]] static void failPosition(Column column);
 
   std::shared_ptr<Table> table_;
-  std::optional<View> view_;  // while open
-  std::optional<std::string> filterAssigned_;
+  std::optional<View> view_;                // while open
+  std::optional<std::string> blankFilter_;  // the blank text that was assigned to show all rows
   int cursorLocation_ = 3;
 };
-
-inline std::int32_t Recordset::integer(Column column) const {
-  const ColumnStore& store = cells(column);
-  const size_t row = currentRow();
-  if (store.storage == Storage::Integer && store.present[row]) return store.integers[row];
-  return store.read(row).toLong();
-}
-
-inline double Recordset::number(Column column) const {
-  const ColumnStore& store = cells(column);
-  const size_t row = currentRow();
-  if (store.storage == Storage::Number && store.present[row]) return store.numbers[row];
-  if (store.storage == Storage::Integer && store.present[row]) return store.integers[row];
-  return store.read(row).toDouble();
-}
 
 }  // namespace ondrel

@@ -26,6 +26,8 @@ class SortOrder {
   bool comesBefore(const Table& table, std::int32_t a, std::int32_t b) const;
 
  private:
+  void sortByInteger(const ColumnStore& column, std::span<std::int32_t> rows) const;
+
   struct Key {
     int column = 0;
     bool descending = false;

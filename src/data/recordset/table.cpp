@@ -3,37 +3,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <bit>
-#include <cstring>
 
-#include "base/text.h"
 #include "data/recordset/view.h"
 
 namespace ondrel {
-namespace {
-
-// Of the first and the last letters of a name, without regard to the bit that tells small letters from
-// capitals: columns of one table rarely share both.
-size_t nameHash(std::string_view name) {
-  constexpr std::uint64_t kSmall = 0x2020202020202020;
-  std::uint64_t head = 0, tail = 0;
-  if (name.size() >= sizeof head) {
-    std::memcpy(&head, name.data(), sizeof head);
-    std::memcpy(&tail, name.data() + name.size() - sizeof tail, sizeof tail);
-  } else {
-    for (const char c : name) head = head << 8 | static_cast<unsigned char>(c);
-  }
-  // An accented letter has its case in another bit, so only the length tells such names apart.
-  if (((head | tail) & 0x8080808080808080) != 0) return name.size();
-  return (((head | kSmall) ^ (tail | kSmall) * 3 ^ name.size()) * 0x9E3779B97F4A7C15) >> 40;
-}
-
-bool sameName(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && (std::memcmp(a.data(), b.data(), a.size()) == 0 || equalsIgnoringCase(a, b));
-}
-
-}  // namespace
-
 void failColumn(std::string_view name) {
   throw Error(ErrorNumber::ItemNotFound, "Recordset", fmt::format("The table has no column \"{}\"", name));
 }
@@ -41,20 +14,19 @@ void failColumn(std::string_view name) {
 void Table::addColumn(std::string_view name, FieldType type, int size, bool nullable) {
   columns_.emplace_back(name, type, size, nullable);
   columns_.back().resize(alive_.size());
-  names_.assign(std::bit_ceil(columns_.size() * 4), -1);
-  for (size_t index = 0; index < columns_.size(); ++index) {
-    size_t slot = nameHash(columns_[index].name) & (names_.size() - 1);
-    while (names_[slot] >= 0) slot = (slot + 1) & (names_.size() - 1);
-    names_[slot] = static_cast<std::int16_t>(index);
-  }
+  columnCount_ = static_cast<int>(columns_.size());
+  names_.add(name);
 }
 
-int Table::find(std::string_view name) const {
-  if (names_.empty()) return -1;
-  for (size_t slot = nameHash(name) & (names_.size() - 1); names_[slot] >= 0;
-       slot = (slot + 1) & (names_.size() - 1))
-    if (sameName(column(names_[slot]).name, name)) return names_[slot];
-  return -1;
+std::unique_ptr<Filter> Table::takeFilter() {
+  if (unusedFilters_.empty()) return std::make_unique<Filter>();
+  std::unique_ptr<Filter> filter = std::move(unusedFilters_.back());
+  unusedFilters_.pop_back();
+  return filter;
+}
+
+void Table::giveBack(std::unique_ptr<Filter> filter) {
+  if (filter) unusedFilters_.push_back(std::move(filter));
 }
 
 size_t Table::prepareRow() {
@@ -82,11 +54,6 @@ void Table::removeRow(size_t row) {
     --places_;
     for (ColumnStore& column : columns_) column.reset(places_);
   }
-}
-
-void Table::write(size_t row, int column, const Variant& value) {
-  columns_[static_cast<size_t>(column)].write(row, value);
-  for (View* view : views_) view->noteWrite(row, column);
 }
 
 std::optional<size_t> Table::rowOfSerial(std::int32_t serial) const {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
 
+#include "data/recordset/column_names.h"
 #include "data/recordset/column_store.h"
-#include "data/recordset/filter_cache.h"
+#include "data/recordset/filter.h"
 
 namespace ondrel {
 
@@ -23,10 +25,11 @@ class Table {
   static constexpr size_t kBlock = 16;
 
   void addColumn(std::string_view name, FieldType type, int size, bool nullable);
-  int columnCount() const { return static_cast<int>(columns_.size()); }
+  int columnCount() const { return columnCount_; }
   const ColumnStore& column(int index) const { return columns_[static_cast<size_t>(index)]; }
+  ColumnStore& column(int index) { return columns_[static_cast<size_t>(index)]; }
   // Position of a column by name without regard to case; -1 when there is none.
-  int find(std::string_view name) const;
+  int find(std::string_view name) const { return names_.find(name); }
 
   // Places in use, deleted rows included.
   size_t places() const { return places_; }
@@ -41,11 +44,8 @@ class Table {
   void completeRow(const View* maker);
   void abandonRow();
   void removeRow(size_t row);
-  void write(size_t row, int column, const Variant& value);
-  // For the place that prepareRow gave.
-  void writePrepared(int column, const Variant& value) {
-    columns_[static_cast<size_t>(column)].write(places_, value);
-  }
+  // To be called after a cell of a row was written to.
+  void noteWrite(size_t row, int column);
 
   // The number that a row keeps for as long as it exists.
   std::int32_t serial(size_t row) const { return serials_[row]; }
@@ -55,6 +55,15 @@ class Table {
   void detach(View* view) { std::erase(views_, view); }
 
   FilterCache& filters() { return filters_; }
+  // A filter that no view uses, and the way back for one that is not used any more. Its buffers have
+  // their size already.
+  std::unique_ptr<Filter> takeFilter();
+  void giveBack(std::unique_ptr<Filter> filter);
+  // Bytes for the results of a filter's steps.
+  std::uint8_t* workingSpace(size_t size) const {
+    if (workingSpace_.size() < size) workingSpace_.resize(size);
+    return workingSpace_.data();
+  }
 
  private:
   void makeRoom();
@@ -62,7 +71,8 @@ class Table {
   void resize(size_t places);
 
   std::vector<ColumnStore> columns_;
-  std::vector<std::int16_t> names_;  // open addressing: column by hash of its name, -1 where free
+  int columnCount_ = 0;
+  ColumnNames names_;
   std::vector<std::uint8_t> alive_;
   std::vector<std::int32_t> serials_;
   std::vector<View*> views_;
@@ -70,6 +80,8 @@ class Table {
   size_t dead_ = 0;
   std::int32_t lastSerial_ = 0;
   FilterCache filters_;
+  std::vector<std::unique_ptr<Filter>> unusedFilters_;
+  mutable std::vector<std::uint8_t> workingSpace_;
 };
 
 }  // namespace ondrel

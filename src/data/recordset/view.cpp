@@ -7,25 +7,26 @@
 
 namespace ondrel {
 
-View::View(std::shared_ptr<Table> table)
-    : table_(std::move(table)), filter_(std::make_unique<Filter>()), spare_(std::make_unique<Filter>()) {
+View::View(std::shared_ptr<Table> table) : table_(std::move(table)) {
   table_->attach(this);
   collect();
 }
 
 View::~View() {
+  table_->giveBack(std::move(filter_));
+  table_->giveBack(std::move(spare_));
   table_->detach(this);
 }
 
 void View::setFilter(std::string_view text) {
+  if (!spare_) spare_ = table_->takeFilter();
   spare_->bind(text, *table_);
-  std::swap(filter_, spare_);
-  filtered_ = true;
+  filter_.swap(spare_);
   collect();
 }
 
 void View::clearFilter() {
-  filtered_ = false;
+  if (filter_) spare_ = std::move(filter_);
   collect();
 }
 
@@ -37,14 +38,14 @@ void View::setSort(std::string_view text) {
 void View::collect() {
   const size_t room = (table_->blocks() + 1) * Table::kBlock;
   if (rows_.size() < room) rows_.resize(room);
-  if (filtered_ || table_->hasGaps()) {
+  if (filter_ || table_->hasGaps()) {
     collectPassing();
   } else {
     count_ = static_cast<int>(table_->places());
     std::iota(rows_.begin(), rows_.begin() + count_, 0);
   }
   if (!sort_.isEmpty()) sort_.sort(*table_, std::span(rows_).first(static_cast<size_t>(count_)));
-  watched_ = (filtered_ ? filter_->columns() : 0) | sort_.columns();
+  watched_ = (filter_ ? filter_->columns() : 0) | sort_.columns();
   changed_.clear();
   unsettled_ = stale_ = false;
   goTo(0);
@@ -54,33 +55,21 @@ void View::collect() {
 void View::collectPassing() {
   constexpr size_t kWord = sizeof(std::uint64_t);
   const std::uint8_t* alive = table_->alive();
-  const std::uint8_t* passing = filtered_ ? filter_->run(*table_, 0, table_->blocks()) : alive;
+  const std::uint8_t* passing = filter_ ? filter_->run(*table_, 0, table_->blocks()) : alive;
   const size_t end = table_->blocks() * Table::kBlock;
   std::int32_t* next = rows_.data();
   for (size_t row = 0; row < end; row += kWord) {
-    std::uint64_t here, there;
-    std::memcpy(&here, passing + row, kWord);
-    std::memcpy(&there, alive + row, kWord);
-    if ((here & there) == 0) continue;
-    for (size_t k = 0; k < kWord; ++k) {
+    std::uint64_t passes, lives;
+    std::memcpy(&passes, passing + row, kWord);
+    std::memcpy(&lives, alive + row, kWord);
+    passes &= lives;
+    if (passes == 0) continue;
+    for (size_t k = 0; k < kWord; ++k, passes >>= 8) {
       *next = static_cast<std::int32_t>(row + k);
-      next += passing[row + k] & alive[row + k];
+      next += passes & 1;
     }
   }
   count_ = static_cast<int>(next - rows_.data());
-}
-
-void View::goTo(int place) {
-  onDeleted_ = isNew_ = false;
-  if (place >= 0 && place < count_) {
-    place_ = place;
-    row_ = rows_[static_cast<size_t>(place)];
-    step_ = 1;
-  } else {
-    row_ = -1;
-    place_ = place < 0 ? -1 : count_;
-    step_ = place < 0 ? 1 : 0;
-  }
 }
 
 void View::moveFirst() {
@@ -141,7 +130,7 @@ void View::removeShown() {
 
 bool View::passes(std::int32_t row) const {
   if (!table_->alive()[row]) return false;
-  if (!filtered_) return true;
+  if (!filter_) return true;
   const size_t place = static_cast<size_t>(row) % Table::kBlock;
   return filter_->run(*table_, static_cast<size_t>(row) - place, 1)[place] != 0;
 }

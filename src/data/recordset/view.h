@@ -37,7 +37,7 @@ class View {
   const std::shared_ptr<Table>& sharedTable() const { return table_; }
 
   // ---- what is shown
-  bool isFiltered() const { return filtered_; }
+  bool isFiltered() const { return filter_ != nullptr; }
   const std::string& filterText() const { return filter_->text(); }
   void setFilter(std::string_view text);
   void clearFilter();
@@ -77,7 +77,18 @@ class View {
   }
 
  private:
-  void goTo(int place);
+  void goTo(int place) {
+    onDeleted_ = isNew_ = false;
+    if (place >= 0 && place < count_) {
+      place_ = place;
+      row_ = rows_[static_cast<size_t>(place)];
+      step_ = 1;
+    } else {
+      row_ = -1;
+      place_ = place < 0 ? -1 : count_;
+      step_ = place < 0 ? 1 : 0;
+    }
+  }
   void collect();
   void collectPassing();
   bool passes(std::int32_t row) const;
@@ -88,8 +99,8 @@ class View {
   void noteChange(size_t row);
 
   std::shared_ptr<Table> table_;
-  std::unique_ptr<Filter> filter_;  // the one in force
-  std::unique_ptr<Filter> spare_;   // bound first, so that an error leaves the other alone
+  std::unique_ptr<Filter> filter_;  // the one in force; none when all rows show
+  std::unique_ptr<Filter> spare_;   // the next one is made here, so that an error leaves the other alone
   SortOrder sort_;
 
   // Rows shown, in order: the first count_ of rows_, which has room for one more block.
@@ -99,7 +110,6 @@ class View {
   std::int32_t row_ = -1;
   int place_ = 0;  // of the current row in rows_; without one, of the row that follows
   int step_ = 0;   // from place_ to the next row: 1 on a shown row, 0 between rows
-  bool filtered_ = false;
   bool onDeleted_ = false;
   bool isNew_ = false;      // the current row was added and has not been shown yet
   bool unsettled_ = false;  // a move has work to do first
@@ -107,5 +117,9 @@ class View {
   std::uint64_t watched_ = 0;
   std::vector<std::int32_t> changed_;
 };
+
+inline void Table::noteWrite(size_t row, int column) {
+  for (View* view : views_) view->noteWrite(row, column);
+}
 
 }  // namespace ondrel
