@@ -579,7 +579,7 @@ class Invoice : public Object {
   bool hasMarkedLineItems();
   // Garment lines of several pieces become as many lines of one, until collectLineItems.
   void flattenLineItems();
-  void divideIntoPieces(std::int32_t group);
+  void divideIntoPieces();
   std::shared_ptr<Invoice> createSplitChild() const;
   void addSplitChild(const std::shared_ptr<Invoice>& child);
   // Adds a copy of the current row of `source`, of at most 32000 pieces.

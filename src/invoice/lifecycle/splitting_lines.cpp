@@ -69,14 +69,13 @@ std::vector<double> evenParts(double amount, std::int32_t count) {
 // The last piece keeps the line's number, and with it what hangs on the line: it is the one into which
 // collectLineItems joins the others.
 void Invoice::flattenLineItems() {
-  std::int32_t group = 0;
   lineItems->setFilter("itemType = 'IT' AND quantity > 1");
   lineItems->setSort("quantity DESC");
-  for (; !lineItems->eof(); lineItems->moveNext()) divideIntoPieces(++group);
+  for (; !lineItems->eof(); lineItems->moveNext()) divideIntoPieces();
   lineItems->clearFilter();
 }
 
-void Invoice::divideIntoPieces(std::int32_t group) {
+void Invoice::divideIntoPieces() {
   std::vector<Column> columns;
   std::vector<Variant> values;
   for (int index = 0; index < lineItems->fieldCount(); ++index) {
@@ -93,7 +92,7 @@ void Invoice::divideIntoPieces(std::int32_t group) {
 
   lineItems->deleteRow();
   cell(quantity) = 1;
-  cell(flattenedGroup) = group;
+  cell(flattenedGroup) = ownNumber;
   const RecordsetRef target = lineItems->clone();
   for (std::int32_t piece = 1; piece <= pieces; ++piece) {
     cell(lineNumber) = piece == pieces ? ownNumber : Variant(currentLineNumber++);
