@@ -17,7 +17,7 @@ std::string_view sourceColumnName(const Source& source, int column) {
   return source.definition ? source.definition->columns[at].name : source.query->columns[at].name;
 }
 
-ValueType sourceColumnType(const Source& source, int column) {
+ResolvedType sourceColumnType(const Source& source, int column) {
   const auto at = static_cast<size_t>(column);
   return source.definition ? valueTypeOf(source.definition->columns[at].type)
                            : source.query->columns[at].type;

@@ -75,7 +75,7 @@ class Resolver {
 // Columns that a source offers: of its table or its query.
 int sourceColumnCount(const Source& source);
 std::string_view sourceColumnName(const Source& source, int column);
-ValueType sourceColumnType(const Source& source, int column);
+ResolvedType sourceColumnType(const Source& source, int column);
 
 // Note the conversion of `expression` into a column, and into the category of a comparison.
 void convertForColumn(Expression& expression, const ColumnType& target);

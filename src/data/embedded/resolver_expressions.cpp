@@ -39,7 +39,7 @@ bool isLiteral(const Expression& expression) {
 // True when any value of the expression is a value of the column as it stands. A sum of money can have
 // more decimals than money has.
 bool fitsColumn(const Expression& value, const ColumnType& to) {
-  const ValueType& from = value.type;
+  const ResolvedType& from = value.type;
   if (from.category == Category::Null) return true;
   if (from.category != categoryOf(to.type)) return false;
   switch (to.type) {
@@ -59,11 +59,11 @@ bool fitsColumn(const Expression& value, const ColumnType& to) {
   }
 }
 
-ValueType guidType() {
+ResolvedType guidType() {
   return {Category::Text, {SqlType::Guid, 38, 0}};
 }
 
-ValueType ruleType(const FunctionRow& row, const std::vector<Expression*>& operands) {
+ResolvedType ruleType(const FunctionRow& row, const std::vector<Expression*>& operands) {
   switch (row.result) {
     case ResultRule::Text:
       return row.name == "newid" ? guidType() : textType();
@@ -76,7 +76,7 @@ ValueType ruleType(const FunctionRow& row, const std::vector<Expression*>& opera
     default:
       break;
   }
-  ValueType type = operands.front()->type;
+  ResolvedType type = operands.front()->type;
   const bool totals = row.name == "sum" || row.name == "avg";
   if (totals && type.category <= Category::Bit)
     return type.category == Category::Text ? numberType() : integerType();
@@ -217,7 +217,7 @@ void Resolver::resolveBinary(Expression& node) {
 void Resolver::resolveArithmetic(Expression& node) {
   Expression& a = *node.operands[0];
   Expression& b = *node.operands[1];
-  const ValueType common = commonType(a.type, b.type);
+  const ResolvedType common = commonType(a.type, b.type);
   const bool anyText = a.type.category == Category::Text || b.type.category == Category::Text;
   if (node.token.text == "+" && anyText) {
     for (Expression* side : node.operands)

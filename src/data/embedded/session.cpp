@@ -32,11 +32,11 @@ constexpr const char* kMemoryPragmas =
     "pragma journal_mode = memory; pragma cache_spill = off; pragma temp_store = memory";
 
 // Whole numbers of unknown size: the column takes Long when all of its values fit.
-bool isUnsettled(const ValueType& type) {
+bool isUnsettled(const ResolvedType& type) {
   return type.category == Category::Numeral || type.declared.type == SqlType::BigInt;
 }
 
-FieldType resultType(const ValueType& type) {
+FieldType resultType(const ResolvedType& type) {
   return type.category == Category::Null || isUnsettled(type) ? FieldType::Long : fieldTypeOf(type.declared);
 }
 
@@ -207,12 +207,12 @@ void Session::trim() {
 
 void Session::bind(const Prepared& prepared) {
   int index = 0;
-  for (const Parameter& parameter : prepared.translation.parameters)
+  for (const BoundLiteral& parameter : prepared.translation.parameters)
     bindParameter(prepared.statement.get(), ++index, parameter);
 }
 
 // A text that stands in the statement is bound where it stands; one that a conversion makes is copied.
-void Session::bindParameter(sqlite3_stmt* statement, int index, const Parameter& parameter) {
+void Session::bindParameter(sqlite3_stmt* statement, int index, const BoundLiteral& parameter) {
   const Token& literal = shape_.literals[static_cast<size_t>(parameter.literal)];
   const Conversion kind = parameter.conversion.kind;
   const bool asText =

@@ -68,7 +68,7 @@ class Session {
   Prepared& enter(std::string key, std::string_view sql);
   void trim();
   void bind(const Prepared& prepared);
-  void bindParameter(sqlite3_stmt* statement, int index, const Parameter& parameter);
+  void bindParameter(sqlite3_stmt* statement, int index, const BoundLiteral& parameter);
   RecordsetRef step(Prepared& prepared, bool fetch);
   RecordsetRef fetchRows(Prepared& prepared);
   RecordsetRef call(const Translation& translation, bool fetch);

@@ -70,7 +70,7 @@ struct Expression {
   Query* query = nullptr;
 
   // Found out by the resolver.
-  ValueType type;
+  ResolvedType type;
   ValueConversion conversion;
   const Source* source = nullptr;  // of a column
   int column = -1;
@@ -85,7 +85,7 @@ struct SelectItem {
 // A column of a derived table or a result.
 struct OutputColumn {
   std::string name;
-  ValueType type;
+  ResolvedType type;
 };
 
 enum class JoinKind : std::uint8_t { First, Comma, Inner, Left, Right, Full, Cross };

@@ -9,7 +9,7 @@
 namespace ondrel {
 
 // One `?` of the translated text: which literal of the statement goes there, and how.
-struct Parameter {
+struct BoundLiteral {
   int literal = 0;
   ValueConversion conversion;
 };
@@ -19,7 +19,7 @@ struct Parameter {
 struct Translation {
   StatementKind kind = StatementKind::Select;
   std::string sql;  // empty for a call or a setting
-  std::vector<Parameter> parameters;
+  std::vector<BoundLiteral> parameters;
   std::vector<OutputColumn> columns;  // of a select
   bool movesIdentity = false;         // an insert into a table with an identity column
   std::vector<int> fixedLiterals;

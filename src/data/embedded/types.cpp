@@ -59,27 +59,27 @@ Category categoryOf(SqlType type) {
   return rowOf(type).category;
 }
 
-ValueType valueTypeOf(const ColumnType& declared) {
+ResolvedType valueTypeOf(const ColumnType& declared) {
   return {categoryOf(declared.type), declared};
 }
 
-ValueType textType(int size) {
+ResolvedType textType(int size) {
   return {Category::Text, {SqlType::VarChar, size, 0}};
 }
 
-ValueType integerType() {
+ResolvedType integerType() {
   return {Category::Integer, {SqlType::Int, 0, 0}};
 }
 
-ValueType numberType() {
+ResolvedType numberType() {
   return {Category::Number, {SqlType::Float, 0, 0}};
 }
 
-ValueType dateType() {
+ResolvedType dateType() {
   return {Category::Date, {SqlType::DateTime, 0, 0}};
 }
 
-ValueType commonType(const ValueType& a, const ValueType& b) {
+ResolvedType commonType(const ResolvedType& a, const ResolvedType& b) {
   if (a.category != b.category) return a.category > b.category ? a : b;
   if (a.category != Category::Text) return a;
   const bool unlimited = a.declared.size == 0 || b.declared.size == 0;

@@ -48,20 +48,20 @@ struct ColumnType {
 };
 
 // The type of an expression as far as it is known without running it.
-struct ValueType {
+struct ResolvedType {
   Category category = Category::Null;
   ColumnType declared;
 };
 
 Category categoryOf(SqlType type);
-ValueType valueTypeOf(const ColumnType& declared);
-ValueType textType(int size = 0);
-ValueType integerType();
-ValueType numberType();
-ValueType dateType();
+ResolvedType valueTypeOf(const ColumnType& declared);
+ResolvedType textType(int size = 0);
+ResolvedType integerType();
+ResolvedType numberType();
+ResolvedType dateType();
 
 // The type that values of two types have together.
-ValueType commonType(const ValueType& a, const ValueType& b);
+ResolvedType commonType(const ResolvedType& a, const ResolvedType& b);
 
 // Type of that name ("varchar", "nvarchar", "integer", ...), sizes unset.
 std::optional<SqlType> sqlTypeNamed(std::string_view name);
