@@ -8,21 +8,22 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using enum LineColumn;
 
-class Charges : public InvoiceTest {};
+class Charges : public UntaxedInvoiceTest {};
 
 TEST_F(Charges, WhatACountAndAnAmountComeTo) {
   const struct {
     double amount;
     int count;
     double plain, detailed;
-  } cases[] = {{10, 1, 10, 10}, {10, 3, 30, 30}, {10, 0, 10, 10},      {-5, 2, -5, -5},
+  } cases[] = {{10, 1, 10, 10}, {10, 3, 30, 30}, {10, 0, 10, 10},       {-5, 2, -5, -5},
                {-5, 0, 0, -5},  {-5, -1, 5, -5}, {2.005, 1, 2.01, 2.01}};
   int line = 0;
   for (const auto& row : cases) {
     invoice.addChargeLine(Variant(), row.amount, "plain", row.count, 1);
     invoice.addChargeLineNew(1, 1, row.amount, "detailed", row.count, 1, 1);
     EXPECT_DOUBLE_EQ(cell(++line, lineItemTotal).toDouble(), row.plain) << row.count << " x " << row.amount;
-    EXPECT_DOUBLE_EQ(cell(++line, lineItemTotal).toDouble(), row.detailed) << row.count << " x " << row.amount;
+    EXPECT_DOUBLE_EQ(cell(++line, lineItemTotal).toDouble(), row.detailed)
+        << row.count << " x " << row.amount;
   }
 }
 
@@ -31,7 +32,9 @@ TEST_F(Charges, TheTwoWaysDiffer) {
   EXPECT_THAT(log(), IsEmpty());
   invoice.addChargeLineNew(1, 1, 7.5, "Mending", 2, 5, 3);
   EXPECT_THAT(log(), ElementsAre("A 2 Alterations: Mending 15"));
-  EXPECT_THAT(reads(), Contains("SELECT taxCode FROM DEPARTMENTTAX WHERE storeid = '1' and departmentid = '5'").Times(1));
+  EXPECT_THAT(
+      reads(),
+      Contains("SELECT taxCode FROM DEPARTMENTTAX WHERE storeid = '1' and departmentid = '5'").Times(1));
   EXPECT_THAT(lines(), ElementsAre("1 AC Mending 2 x 0 = 15", "2 AC Mending 2 x 7.5 = 15"));
   EXPECT_EQ(text(1, chargeTaxCode), "-1");
   EXPECT_EQ(text(2, pkgQuantity), "3");
@@ -62,8 +65,12 @@ TEST_F(Charges, AnAmountThatIsNoNumberAddsNothing) {
 
 TEST_F(Charges, ADetailedChargeTakesFromTheBagOfAQuickDropOff) {
   invoice.invoiceType = "Q";
-  invoice.lineItems->addNew({{lineNumber, invoice.currentLineNumber++}, {parentLineNumber, -1}, {deptId, 5},
-                             {deptName, "Alterations"}, {itemType, "DE"}, {quantity, 9}});
+  invoice.lineItems->addNew({{lineNumber, invoice.currentLineNumber++},
+                             {parentLineNumber, -1},
+                             {deptId, 5},
+                             {deptName, "Alterations"},
+                             {itemType, "DE"},
+                             {quantity, 9}});
   invoice.addChargeLineNew(1, 1, 5, "Hem", 2, 5, 2);
   EXPECT_EQ(text(1, quantity), "5");
   invoice.addChargeLine(Variant(), 5, "Hem", 2, 5);

@@ -11,7 +11,7 @@ using enum LineColumn;
 // 111 Raincoat with Seam Tape disabled; 106 Dress with White 1.50, Ivory 1.50 (disabled), pattern Sequined 6.00;
 // as plain descriptors Ink 1.50 and all brands free.
 
-class Descriptors : public InvoiceTest {
+class Descriptors : public UntaxedInvoiceTest {
  protected:
   void garment(int item, int pieces) { invoice.addItem(item, 0, pieces, 1.0, 0.01); }
   void upcharge(int parent, const char* name, const Variant& pieces, bool merging = true) {
@@ -43,8 +43,8 @@ TEST_F(Descriptors, AnUpchargeHangsOnTheGarmentWhicheverLineIsNamed) {
   upcharge(1, "Stain Treatment", 1);
   invoice.addDescriptor(2, "Navy", "CO", 1);  // a colour of the upcharge
   upcharge(3, "Minor Repair", 1);
-  EXPECT_THAT(lines(), ElementsAre("1 IT Pants 1 x 8 = 8", "2<1 UP Stain Treatment 1 x 3 = 3", "3<2 CO Navy 1 x 0 = 0",
-                                   "4<1 UP Minor Repair 1 x 1.5 = 1.5"));
+  EXPECT_THAT(lines(), ElementsAre("1 IT Pants 1 x 8 = 8", "2<1 UP Stain Treatment 1 x 3 = 3",
+                                   "3<2 CO Navy 1 x 0 = 0", "4<1 UP Minor Repair 1 x 1.5 = 1.5"));
   EXPECT_EQ(text(1, upchargeTotal), "4.5");
   EXPECT_TRUE(cell(4, oneShot).toBoolean());
   EXPECT_TRUE(cell(4, couponable).toBoolean());
@@ -65,8 +65,10 @@ TEST_F(Descriptors, ANegativeQuantityMeansOnceOnly) {
   upcharge(1, "Stain Treatment", -1);
   statements();
   upcharge(1, "stain treatment", -1);
-  EXPECT_THAT(reads(), ElementsAre("update ItemDescriptorPrice set usecounter = usecounter + 1 where priceListItemId=101 "
-                                   "And descriptorName='stain treatment' And descriptorType='UP'"))
+  EXPECT_THAT(
+      reads(),
+      ElementsAre("update ItemDescriptorPrice set usecounter = usecounter + 1 where priceListItemId=101 "
+                  "And descriptorName='stain treatment' And descriptorType='UP'"))
       << "the use is counted, and nothing else happens";
   EXPECT_THAT(lines(), ElementsAre("1 IT Pants 1 x 8 = 8", "2<1 UP Stain Treatment 1 x 3 = 3"));
 }
@@ -83,9 +85,9 @@ TEST_F(Descriptors, PerPieceAndForAWholeDepartment) {
   garment(301, 1);
   invoice.addUpcharge2(1, "Stain Treatment", 1);
   invoice.addUpchargeToAllItems(1, "Minor Repair", "  ", true);
-  EXPECT_THAT(lines(), ElementsAre("1 IT Pants 3 x 8 = 24", "2 IT Jacket 2 x 9 = 18", "3 IT Wash and Fold Bag 1 x 20 = 20",
-                                   "4<1 UP Stain Treatment 3 x 3 = 9", "5<1 UP Minor Repair 3 x 1.5 = 4.5",
-                                   "6<2 UP Minor Repair 2 x 1.5 = 3"));
+  EXPECT_THAT(lines(), ElementsAre("1 IT Pants 3 x 8 = 24", "2 IT Jacket 2 x 9 = 18",
+                                   "3 IT Wash and Fold Bag 1 x 20 = 20", "4<1 UP Stain Treatment 3 x 3 = 9",
+                                   "5<1 UP Minor Repair 3 x 1.5 = 4.5", "6<2 UP Minor Repair 2 x 1.5 = 3"));
 }
 
 TEST_F(Descriptors, ColoursAndPatternsLogOnlyANewLineAndKeepTheirOwnSums) {
@@ -95,12 +97,13 @@ TEST_F(Descriptors, ColoursAndPatternsLogOnlyANewLineAndKeepTheirOwnSums) {
   invoice.addColor(1, "White", 1, true, 1.0, 0.01);
   invoice.addColor(1, "Ivory", 1, true, 1.0, 0.01);
   invoice.addPattern(1, "Sequined", 1, false, 1.0, 0.01);
-  EXPECT_THAT(lines(), ElementsAre("1 IT Dress 2 x 14 = 28", "2<1 CO White 2 x 1.5 = 3", "3<1 CO Ivory 1 x 1.5 = 1.5",
-                                   "4<1 PA Sequined 1 x 6 = 6"));
+  EXPECT_THAT(lines(), ElementsAre("1 IT Dress 2 x 14 = 28", "2<1 CO White 2 x 1.5 = 3",
+                                   "3<1 CO Ivory 1 x 1.5 = 1.5", "4<1 PA Sequined 1 x 6 = 6"));
   EXPECT_EQ(text(1, colorTotal), "4.5");
   EXPECT_EQ(text(1, patternTotal), "6");
   EXPECT_EQ(text(1, upchargeTotal), "0");
-  EXPECT_THAT(log(), ElementsAre("A 1 Dry Cleaning: White 1.5", "A 1 Dry Cleaning: Ivory 1.5", "A 1 Dry Cleaning: Sequined 6"));
+  EXPECT_THAT(log(), ElementsAre("A 1 Dry Cleaning: White 1.5", "A 1 Dry Cleaning: Ivory 1.5",
+                                 "A 1 Dry Cleaning: Sequined 6"));
   EXPECT_TRUE(cell(2, couponable).isNull());
 }
 
@@ -110,17 +113,20 @@ TEST_F(Descriptors, WhatIsSentForAnUpchargeAndAColour) {
   upcharge(1, "O'Neck", 1);
   invoice.addColor(1, "White", 1, true, 1.0, 0.01);
   std::vector<std::string> sent = reads();
-  std::erase_if(sent, [](const std::string& text) { return text.find("ItemDescriptorPrice") == std::string::npos; });
-  EXPECT_THAT(sent,
-              ElementsAre("update ItemDescriptorPrice set usecounter = usecounter + 1 where priceListItemId=106 And "
-                          "descriptorName='O''Neck' And descriptorType='UP'",
-                          "Select descriptorName, price, IsNull(daysToProcess,0) as daysToProcess,  notes, discountable, "
-                          "vipdiscountable, couponable, prepayDiscount, oneShot From  ItemDescriptorPrice where "
-                          "priceListItemId='106' And descriptorName='O''Neck' And disabled = 0 And descriptorType='UP'",
-                          "update ItemDescriptorPrice set usecounter = usecounter + 1 where priceListItemId=106 And "
-                          "descriptorName='White' And descriptorType='CO'",
-                          "Select descriptorName, price, IsNull(daysToProcess,0) as daysToProcess,  notes From  "
-                          "ItemDescriptorPrice where priceListItemId='106' And descriptorName='White' And descriptorType='CO'"));
+  std::erase_if(
+      sent, [](const std::string& text) { return text.find("ItemDescriptorPrice") == std::string::npos; });
+  EXPECT_THAT(
+      sent,
+      ElementsAre(
+          "update ItemDescriptorPrice set usecounter = usecounter + 1 where priceListItemId=106 And "
+          "descriptorName='O''Neck' And descriptorType='UP'",
+          "Select descriptorName, price, IsNull(daysToProcess,0) as daysToProcess,  notes, discountable, "
+          "vipdiscountable, couponable, prepayDiscount, oneShot From  ItemDescriptorPrice where "
+          "priceListItemId='106' And descriptorName='O''Neck' And disabled = 0 And descriptorType='UP'",
+          "update ItemDescriptorPrice set usecounter = usecounter + 1 where priceListItemId=106 And "
+          "descriptorName='White' And descriptorType='CO'",
+          "Select descriptorName, price, IsNull(daysToProcess,0) as daysToProcess,  notes From  "
+          "ItemDescriptorPrice where priceListItemId='106' And descriptorName='White' And descriptorType='CO'"));
 }
 
 TEST_F(Descriptors, PlainDescriptorsCountByPieceAndGoToTheUpchargeSum) {
@@ -128,14 +134,15 @@ TEST_F(Descriptors, PlainDescriptorsCountByPieceAndGoToTheUpchargeSum) {
   log();
   statements();
   invoice.addDescriptor(1, "Ink", "ST", 1);
-  EXPECT_THAT(reads()[0],
-              " update descriptor set descriptor.usagecounter = descriptor.usagecounter + 1  from descriptor  inner join "
-              "descriptorgroup on descriptor.descriptorgroupid = descriptorgroup.descriptorgroupid  where "
-              "descriptorgroup.type = 'ST' and descriptor.name = 'Ink'");
+  EXPECT_THAT(
+      reads()[0],
+      " update descriptor set descriptor.usagecounter = descriptor.usagecounter + 1  from descriptor  inner join "
+      "descriptorgroup on descriptor.descriptorgroupid = descriptorgroup.descriptorgroupid  where "
+      "descriptorgroup.type = 'ST' and descriptor.name = 'Ink'");
   invoice.addDescriptor(1, "O'Marren", "BR", 1);
   invoice.addDescriptor(1, "Nobody's", "BR", 1);
-  EXPECT_THAT(lines(), ElementsAre("1 IT Pants 2 x 8 = 16", "2<1 ST Ink 2 x 1.5 = 3", "3<1 BR O'Marren 2 x 0 = 0",
-                                   "4<1 BR Nobody's 2 x 0 = 0"));
+  EXPECT_THAT(lines(), ElementsAre("1 IT Pants 2 x 8 = 16", "2<1 ST Ink 2 x 1.5 = 3",
+                                   "3<1 BR O'Marren 2 x 0 = 0", "4<1 BR Nobody's 2 x 0 = 0"));
   EXPECT_EQ(text(1, upchargeTotal), "3");
   EXPECT_THAT(log(), IsEmpty());
   EXPECT_EQ(scalar("select usagecounter from descriptor where name = 'Ink'").toLong(), 1);

@@ -8,7 +8,7 @@ using enum LineColumn;
 // Counted from Tuesday 24 November at shop 1 (closed on Sundays, Thursday 26 and Friday 27 off):
 //   days  0 Tue 24   1 Wed 25   2 Sat 28   3 Mon 30   4 Tue 1   5 Wed 2   6 Thu 3   7 Fri 4   14 Sat 12
 
-class DueDates : public InvoiceTest {
+class DueDates : public UntaxedInvoiceTest {
  protected:
   void garment(int item) { invoice.addItem(item, 0, 1, 1.0, 0.01); }
   std::string due(int line) { return cell(line, dueDate).toDate().midnight().text(); }
@@ -21,12 +21,13 @@ TEST_F(DueDates, GarmentsPromiseByItemDepartmentAndHour) {
   garment(501);  // alterations, and one more day from nine o'clock
   EXPECT_EQ(due(1), "11/30/2026");
   EXPECT_EQ(due(2), "11/28/2026");
-  EXPECT_EQ(cell(3, daysToProcess).toLong(), scalar("select daysToProcess from PriceListItem where priceListItemId = 501").toLong() + 1);
+  EXPECT_EQ(cell(3, daysToProcess).toLong(),
+            scalar("select daysToProcess from PriceListItem where priceListItemId = 501").toLong() + 1);
   clock->set(Date::of(2026, 11, 24, 16, 0));
   Invoice later;
   startTicket(later);
-  later.addItem(101, 0, 1, 1.0, 0.01);  // after twelve and sixteen: three more; at the very cut-off: none
-  EXPECT_EQ(later.lineItems->integer(daysToProcess), 6);
+  later.addItem(101, 0, 1, 1.0, 0.01);  // twelve and sixteen have struck: two more; at the very cut-off: none
+  EXPECT_EQ(later.lineItems->integer(daysToProcess), 5);
   clock->set(Date::of(2026, 11, 24, 16, 1));
   Invoice late;
   startTicket(late);
@@ -52,7 +53,8 @@ TEST_F(DueDates, ByHandForOneDepartment) {
   garment(201);
   invoice.addUpcharge(1, "Stain Treatment", 1, true, 1.0, 0.01);
   invoice.setDeptDueDate("Dry Cleaning", "12/4/2026");
-  EXPECT_EQ(due(1) + " " + due(2) + " " + due(4), "12/4/2026 12/4/2026 12/4/2026") << "whatever hangs on the garments too";
+  EXPECT_EQ(due(1) + " " + due(2) + " " + due(4), "12/4/2026 12/4/2026 12/4/2026")
+      << "whatever hangs on the garments too";
   EXPECT_EQ(due(3), "11/28/2026");
   EXPECT_EQ(text(1, daysToProcess), "7");
   EXPECT_EQ(invoiceDue(), "12/4/2026");
@@ -85,7 +87,8 @@ TEST_F(DueDates, ALineMovesItsWholeDepartment) {
   EXPECT_EQ(due(1), "12/2/2026");
   invoice.setLineDueDate(3, "12/3/2026");
   EXPECT_EQ(due(3), "12/3/2026");
-  EXPECT_EQ(errorOf([&] { invoice.setLineDueDate(9, "12/2/2026"); }), static_cast<int>(ErrorNumber::NoCurrentRecord));
+  EXPECT_EQ(errorOf([&] { invoice.setLineDueDate(9, "12/2/2026"); }),
+            static_cast<int>(ErrorNumber::NoCurrentRecord));
 }
 
 TEST_F(DueDates, ADepartmentWithoutLinesRemembersItsDaysOnce) {
@@ -132,7 +135,8 @@ TEST_F(DueDates, LateDropOffDaysThatCannotBeReadAreNone) {
 }
 
 TEST_F(DueDates, AnUnreachableDateIsAnError) {
-  EXPECT_EQ(errorOf([&] { invoice.setAllDepartmentDueDates(1e12); }), static_cast<int>(ErrorNumber::Overflow));
+  EXPECT_EQ(errorOf([&] { invoice.setAllDepartmentDueDates(1e12); }),
+            static_cast<int>(ErrorNumber::Overflow));
 }
 
 }  // namespace

@@ -7,14 +7,25 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using enum LineColumn;
 
-class InvoiceObject : public InvoiceTest {
+class InvoiceObject : public UntaxedInvoiceTest {
  protected:
   // One of the pieces that a line was flattened into.
   void piece(int number, int group, const char* kindOfLine = "IT", int parent = -1) {
-    invoice.lineItems->addNew({{lineNumber, number}, {parentLineNumber, parent}, {itemType, kindOfLine}, {itemName, "Shirt"},
-                               {flattenedGroup, group}, {quantity, 1}, {unitPrice, 2.5}, {lineItemTotal, 2.5},
-                               {totalTax, 0.15}, {totalSurcharge, 0.1}, {taxableAmt, 2}, {balance, 1}, {upchargeTotal, 0.5},
-                               {colorTotal, 0.25}, {patternTotal, 0}});
+    invoice.lineItems->addNew({{lineNumber, number},
+                               {parentLineNumber, parent},
+                               {itemType, kindOfLine},
+                               {itemName, "Shirt"},
+                               {flattenedGroup, group},
+                               {quantity, 1},
+                               {unitPrice, 2.5},
+                               {lineItemTotal, 2.5},
+                               {totalTax, 0.15},
+                               {totalSurcharge, 0.1},
+                               {taxableAmt, 2},
+                               {balance, 1},
+                               {upchargeTotal, 0.5},
+                               {colorTotal, 0.25},
+                               {patternTotal, 0}});
   }
 };
 
@@ -42,7 +53,8 @@ TEST_F(InvoiceObject, ClearingLogsEveryVisibleLineAndKeepsTheTicketsPast) {
   const Date created = invoice.createdDate;
   clock->set(Date::of(2026, 11, 25, 9, 0));
   invoice.clearInvoice();
-  EXPECT_THAT(log(), ElementsAre("D 2 Dry Cleaning: Pants -16", "D 2 Dry Cleaning: Stain Treatment -6", "D 1 Alterations: Hem -5"));
+  EXPECT_THAT(log(), ElementsAre("D 2 Dry Cleaning: Pants -16", "D 2 Dry Cleaning: Stain Treatment -6",
+                                 "D 1 Alterations: Hem -5"));
   EXPECT_EQ(invoice.currentLineNumber, 1);
   EXPECT_EQ(invoice.createdDate, created);
   EXPECT_TRUE(invoice.excludeTaxes);
@@ -68,12 +80,13 @@ TEST_F(InvoiceObject, PiecesOfOneLineAreJoinedInTheLast) {
   piece(5, 2);
   piece(6, 3);
   invoice.collectLineItems();
-  EXPECT_THAT(lines(), ElementsAre("2<4 UP Shirt 1 x 2.5 = 2.5", "4 IT Shirt 3 x 2.5 = 7.5", "5 IT Shirt 1 x 2.5 = 2.5",
-                                   "6 IT Shirt 1 x 2.5 = 2.5"));
+  EXPECT_THAT(lines(), ElementsAre("2<4 UP Shirt 1 x 2.5 = 2.5", "4 IT Shirt 3 x 2.5 = 7.5",
+                                   "5 IT Shirt 1 x 2.5 = 2.5", "6 IT Shirt 1 x 2.5 = 2.5"));
   const struct {
     LineColumn column;
     double sum;
-  } sums[] = {{totalTax, 0.45}, {totalSurcharge, 0.3}, {taxableAmt, 6}, {balance, 3}, {upchargeTotal, 1.5}, {colorTotal, 0.75}};
+  } sums[] = {{totalTax, 0.45}, {totalSurcharge, 0.3}, {taxableAmt, 6},
+              {balance, 3},     {upchargeTotal, 1.5},  {colorTotal, 0.75}};
   for (const auto& [column, sum] : sums) EXPECT_DOUBLE_EQ(cell(4, column).toDouble(), sum);
   EXPECT_EQ(text(5, flattenedGroup), "0") << "a piece alone is no group";
   EXPECT_EQ(invoice.lineItems->sort(), "flattenedGroup");

@@ -10,7 +10,7 @@ using enum LineColumn;
 // Sample store: 201 Shirt on Hanger 2.50 (department 2), 101 Pants 8.00, 103 Suit 2-Piece 16.00 in two pieces,
 // 114 Tuxedo 22.00 with 25 % to be prepaid, 107 Evening Gown with a fixed note (all department 1).
 
-class Items : public InvoiceTest {
+class Items : public UntaxedInvoiceTest {
  protected:
   Variant add(int item, const Variant& merging, const Variant& pieces) {
     return invoice.addItem(item, merging, pieces, 1.0, 0.01);
@@ -136,7 +136,8 @@ TEST_F(Items, ButtonsAddAndRemoveByKind) {
   EXPECT_EQ(invoice.addPriceListItem("IT101", "", 1, -1, false).toLong(), 1);
   EXPECT_EQ(invoice.addPriceListItem("up40", "", 1, 1, false).toText(), "up40");
   EXPECT_EQ(invoice.addPriceListItem("co3", "Navy", 1, 1, false).toText(), "co3");
-  EXPECT_THAT(lines(), ElementsAre("1 IT Pants 1 x 8 = 8", "2<1 UP Stain Treatment 1 x 3 = 3", "3<1 co Navy 1 x 0 = 0"));
+  EXPECT_THAT(lines(), ElementsAre("1 IT Pants 1 x 8 = 8", "2<1 UP Stain Treatment 1 x 3 = 3",
+                                   "3<1 co Navy 1 x 0 = 0"));
   EXPECT_EQ(text(1, upchargeTotal), "3");
 
   EXPECT_EQ(invoice.removePriceListItem(1, "up40").toLong(), 1);
@@ -152,7 +153,8 @@ TEST_F(Items, AHeatSealBringsItsGarmentBack) {
   EXPECT_EQ(invoice.addItemByHeatSeal("ZZ99999").toLong(), -1);
   invoice.pushNewHeatSeal("AA00001");
   EXPECT_EQ(invoice.addItemByHeatSeal("AA00001").toLong(), 1);
-  EXPECT_THAT(lines(), ElementsAre("1 IT Jacket 1 x 9 = 9", "2<1 CO Navy 1 x 0 = 0", "3<1 BR Ardenvale 1 x 0 = 0"));
+  EXPECT_THAT(lines(),
+              ElementsAre("1 IT Jacket 1 x 9 = 9", "2<1 CO Navy 1 x 0 = 0", "3<1 BR Ardenvale 1 x 0 = 0"));
   EXPECT_EQ(text(1, heatSeal), "AA00001");
   EXPECT_EQ(invoice.getNewHeatSealCount().toLong(), 0);
 }

@@ -10,7 +10,7 @@ using enum LineColumn;
 // Sample store: 201 Shirt on Hanger 2.50, 103 Suit 16.00 (two pieces, Two Day Rush 2.00, colour White 1.00, pattern
 // Pinstripe 0.50), 106 Dress 14.00.
 
-class LineEdits : public InvoiceTest {
+class LineEdits : public UntaxedInvoiceTest {
  protected:
   void garment(int item, int pieces) { invoice.addItem(item, 0, pieces, 1.0, 0.01); }
   // A suit of two with every kind of child, the log read.
@@ -32,10 +32,11 @@ TEST_F(LineEdits, AMorningAtTheCounter) {
   invoice.setDeptIdDueDate(1, "12/4/2026");
   EXPECT_THAT(lines(), ElementsAre("1 IT Shirt on Hanger 1 x 2.5 = 2.5", "2 IT Suit 2-Piece 1 x 0 = 0",
                                    "3<2 UP Two Day Rush 1 x 0 = 0"));
-  EXPECT_THAT(log(), ElementsAre("A 2 Shirts: Shirt on Hanger 5", "A 1 Dry Cleaning: Suit 2-Piece 16",
-                                 "A 1 Dry Cleaning: Two Day Rush 2", "C -1 Shirts: Shirt on Hanger -2.5",
-                                 "O 1 Dry Cleaning: Suit 2-Piece -16",
-                                 "O 1 Dry Cleaning: Suit 2-Piece -2"));  // the suit's 0 less the upcharge's old 2
+  EXPECT_THAT(log(),
+              ElementsAre("A 2 Shirts: Shirt on Hanger 5", "A 1 Dry Cleaning: Suit 2-Piece 16",
+                          "A 1 Dry Cleaning: Two Day Rush 2", "C -1 Shirts: Shirt on Hanger -2.5",
+                          "O 1 Dry Cleaning: Suit 2-Piece -16",
+                          "O 1 Dry Cleaning: Suit 2-Piece -2"));  // the suit's 0 less the upcharge's old 2
   EXPECT_EQ(text(2, dueDate), "12/4/2026");
   EXPECT_EQ(text(2, daysToProcess), "7");
   EXPECT_EQ(text(1, dueDate), "11/28/2026 10:30:00 AM") << "the shirts keep their own day";
@@ -67,7 +68,8 @@ TEST_F(LineEdits, DeletingAChildLogsTheGarmentsValues) {
   invoice.deleteItem(6);
   EXPECT_THAT(log(), IsEmpty()) << "the colour of a garment that costs nothing";
   invoice.deleteItem(7);
-  EXPECT_THAT(log(), ElementsAre("D 1 Dry Cleaning: Suit 2-Piece 0")) << "an upcharge is logged without a test";
+  EXPECT_THAT(log(), ElementsAre("D 1 Dry Cleaning: Suit 2-Piece 0"))
+      << "an upcharge is logged without a test";
 }
 
 TEST_F(LineEdits, TheDateFallsBackWhenTheLastGarmentGoes) {
@@ -113,8 +115,8 @@ TEST_F(LineEdits, AQuickBagGetsItsPiecesBack) {
 TEST_F(LineEdits, AQuantityTakesTheChildrenAlongByTheirShare) {
   suit();  // children 2, 2 and 4 on two suits: 1, 1 and 2 each
   invoice.changeQuantity(3, 1);
-  EXPECT_THAT(lines(), ElementsAre("1 IT Suit 2-Piece 3 x 16 = 48", "2<1 UP Two Day Rush 3 x 2 = 6", "3<1 CO White 3 x 1 = 3",
-                                   "4<1 PA Pinstripe 6 x 0.5 = 3"));
+  EXPECT_THAT(lines(), ElementsAre("1 IT Suit 2-Piece 3 x 16 = 48", "2<1 UP Two Day Rush 3 x 2 = 6",
+                                   "3<1 CO White 3 x 1 = 3", "4<1 PA Pinstripe 6 x 0.5 = 3"));
   EXPECT_EQ(text(1, upchargeTotal), "6");
   EXPECT_EQ(text(1, colorTotal), "3");
   EXPECT_EQ(text(1, patternTotal), "3");
@@ -163,15 +165,20 @@ TEST_F(LineEdits, PriceOverrides) {
   EXPECT_EQ(text(1, colorTotal), "4");
   EXPECT_EQ(text(1, patternTotal), "1");
   // A child's row tells the garment's total less the child's old one: 20.02 less 4, 2 and 2.
-  EXPECT_THAT(log(), ElementsAre("O 2 Dry Cleaning: Suit 2-Piece -11.98", "O 2 Dry Cleaning: Suit 2-Piece 16.02",
-                                 "O 2 Dry Cleaning: Suit 2-Piece 18.02", "O 2 Dry Cleaning: Suit 2-Piece 18.02"));
+  EXPECT_THAT(log(),
+              ElementsAre("O 2 Dry Cleaning: Suit 2-Piece -11.98", "O 2 Dry Cleaning: Suit 2-Piece 16.02",
+                          "O 2 Dry Cleaning: Suit 2-Piece 18.02", "O 2 Dry Cleaning: Suit 2-Piece 18.02"));
 }
 
 TEST_F(LineEdits, OverridesOfOtherLines) {
   garment(201, 1);
   invoice.addChargeLineNew(1, 1, 10, "Delivery", 3, 1, 1);
-  invoice.lineItems->addNew({{lineNumber, invoice.currentLineNumber++}, {parentLineNumber, -1}, {itemType, "CU"},
-                             {itemName, "5 off"}, {quantity, 1}, {lineItemTotal, 5}});
+  invoice.lineItems->addNew({{lineNumber, invoice.currentLineNumber++},
+                             {parentLineNumber, -1},
+                             {itemType, "CU"},
+                             {itemName, "5 off"},
+                             {quantity, 1},
+                             {lineItemTotal, 5}});
   log();
   invoice.overRidePrice(12, 2);
   EXPECT_EQ(lines()[1], "2 AC Delivery 3 x 12 = 12") << "the price alone, whatever the count";
@@ -196,8 +203,9 @@ TEST_F(LineEdits, ARedoFreesTheGarmentAndItsChildren) {
   suit();
   invoice.addDescriptor(1, "Arbelline", "BR", 1);
   invoice.setLineToRedo(1);
-  EXPECT_THAT(lines(), ElementsAre("1 IT Suit 2-Piece 2 x 0 = 0", "2<1 UP Two Day Rush 2 x 0 = 0", "3<1 CO White 2 x 0 = 0",
-                                   "4<1 PA Pinstripe 4 x 0 = 0", "5<1 BR Arbelline 2 x 0 = 0"));
+  EXPECT_THAT(lines(), ElementsAre("1 IT Suit 2-Piece 2 x 0 = 0", "2<1 UP Two Day Rush 2 x 0 = 0",
+                                   "3<1 CO White 2 x 0 = 0", "4<1 PA Pinstripe 4 x 0 = 0",
+                                   "5<1 BR Arbelline 2 x 0 = 0"));
   EXPECT_TRUE(cell(1, redo).toBoolean());
   EXPECT_FALSE(cell(2, redo).toBoolean());
   EXPECT_TRUE(filterIsClear());

@@ -19,7 +19,7 @@ std::uint32_t hashOf(std::string_view name) {
 
 void checkParameters(std::string_view className, const Member& member) {
   bool optionalSeen = false;
-  for (const Parameter& parameter : member.parameters) {
+  for (const MemberParameter& parameter : member.parameters) {
     if (parameter.name.empty() || (optionalSeen && !parameter.isOptional()))
       throw std::logic_error("malformed parameters of " + std::string(className) + "." +
                              std::string(member.name));

@@ -18,9 +18,9 @@ namespace ondrel {
 // The arguments of a call in order; those by reference are written back in place.
 using Arguments = std::span<Variant>;
 
-struct Parameter {
+struct MemberParameter {
   std::string_view name;
-  ValueType type = ValueType::Variant;
+  AutomationType type = AutomationType::Variant;
   bool byReference = false;
   // What a call without the argument takes; nothing for one that must be given.
   std::optional<Variant> defaultValue;
@@ -39,8 +39,8 @@ struct Member {
 
   std::string_view name;
   MemberKind kind = MemberKind::Method;
-  std::vector<Parameter> parameters;
-  ValueType resultType = ValueType::None;
+  std::vector<MemberParameter> parameters;
+  AutomationType resultType = AutomationType::None;
   Call call;
   Put put;     // none for a method and a property that is read only
   int id = 0;  // place in the table, from 1
@@ -188,16 +188,16 @@ Member::Call callOf(Callable callable) {
 }
 
 template <class... P>
-std::vector<Parameter> parametersOf(std::string_view member, ParameterRows rows, std::tuple<P...>*) {
+std::vector<MemberParameter> parametersOf(std::string_view member, ParameterRows rows, std::tuple<P...>*) {
   if (rows.size() != sizeof...(P))
     throw std::logic_error("wrong number of parameters in row " + std::string(member));
-  std::vector<Parameter> result;
+  std::vector<MemberParameter> result;
   [[maybe_unused]] const ParameterRow* row = rows.begin();
-  [[maybe_unused]] const auto add = [&](ValueType type, bool byReference) {
+  [[maybe_unused]] const auto add = [&](AutomationType type, bool byReference) {
     result.push_back({row->name, type, byReference, row->defaultValue});
     ++row;
   };
-  (add(valueTypeOf<std::remove_cvref_t<P>>(), isByReference<P>), ...);
+  (add(automationTypeOf<std::remove_cvref_t<P>>(), isByReference<P>), ...);
   return result;
 }
 
@@ -217,7 +217,7 @@ Member callableMember(std::string_view name, MemberKind kind, Callable callable,
   member.name = name;
   member.kind = kind;
   member.parameters = parametersOf(name, rows, static_cast<typename Shape::Parameters*>(nullptr));
-  member.resultType = valueTypeOf<std::remove_cvref_t<typename Shape::Result>>();
+  member.resultType = automationTypeOf<std::remove_cvref_t<typename Shape::Result>>();
   member.call = callOf(callable);
   return member;
 }
@@ -227,7 +227,7 @@ Member dataMember(std::string_view name, Value Class::*field) {
   Member member;
   member.name = name;
   member.kind = MemberKind::Property;
-  member.resultType = valueTypeOf<Value>();
+  member.resultType = automationTypeOf<Value>();
   member.call = [field](const ObjectRef& self, Arguments, const Member&) {
     return toVariant(static_cast<Class&>(*self).*field);
   };

@@ -2,23 +2,23 @@
 
 namespace ondrel {
 
-std::string_view valueTypeName(ValueType type) {
+std::string_view automationTypeName(AutomationType type) {
   switch (type) {
-    case ValueType::None:
+    case AutomationType::None:
       return "";
-    case ValueType::Variant:
+    case AutomationType::Variant:
       return "Variant";
-    case ValueType::Boolean:
+    case AutomationType::Boolean:
       return "Boolean";
-    case ValueType::Long:
+    case AutomationType::Long:
       return "Long";
-    case ValueType::Double:
+    case AutomationType::Double:
       return "Double";
-    case ValueType::Date:
+    case AutomationType::Date:
       return "Date";
-    case ValueType::Text:
+    case AutomationType::Text:
       return "Text";
-    case ValueType::Object:
+    case AutomationType::Object:
       return "Object";
   }
   return "";

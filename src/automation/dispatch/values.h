@@ -13,10 +13,10 @@
 namespace ondrel {
 
 // The types of arguments and results as a page knows them.
-enum class ValueType { None, Variant, Boolean, Long, Double, Date, Text, Object };
+enum class AutomationType { None, Variant, Boolean, Long, Double, Date, Text, Object };
 
 // "Long", "Text", ...; "" for None.
-std::string_view valueTypeName(ValueType type);
+std::string_view automationTypeName(AutomationType type);
 
 // The C++ types that cross between a Variant and a member, and how.
 //
@@ -45,41 +45,41 @@ template <class T>
 concept TextType = std::same_as<T, std::string> || std::same_as<T, std::string_view>;
 
 template <class T>
-constexpr ValueType valueTypeOf() {
+constexpr AutomationType automationTypeOf() {
   if constexpr (std::is_void_v<T>)
-    return ValueType::None;
+    return AutomationType::None;
   else if constexpr (std::same_as<T, Variant>)
-    return ValueType::Variant;
+    return AutomationType::Variant;
   else if constexpr (std::same_as<T, bool>)
-    return ValueType::Boolean;
+    return AutomationType::Boolean;
   else if constexpr (std::integral<T> || std::is_enum_v<T>)
-    return ValueType::Long;
+    return AutomationType::Long;
   else if constexpr (std::floating_point<T>)
-    return ValueType::Double;
+    return AutomationType::Double;
   else if constexpr (std::same_as<T, Date>)
-    return ValueType::Date;
+    return AutomationType::Date;
   else if constexpr (TextType<T>)
-    return ValueType::Text;
+    return AutomationType::Text;
   else {
     static_assert(isObjectPointer<T> || isVector<T>, "a type that does not cross to pages");
-    return ValueType::Object;
+    return AutomationType::Object;
   }
 }
 
 template <class T>
 T fromVariant(const Variant& value) {
-  constexpr ValueType type = valueTypeOf<T>();
-  if constexpr (type == ValueType::Variant)
+  constexpr AutomationType type = automationTypeOf<T>();
+  if constexpr (type == AutomationType::Variant)
     return value;
-  else if constexpr (type == ValueType::Boolean)
+  else if constexpr (type == AutomationType::Boolean)
     return value.toBoolean();
-  else if constexpr (type == ValueType::Long)
+  else if constexpr (type == AutomationType::Long)
     return static_cast<T>(value.toLong());
-  else if constexpr (type == ValueType::Double)
+  else if constexpr (type == AutomationType::Double)
     return static_cast<T>(value.toDouble());
-  else if constexpr (type == ValueType::Date)
+  else if constexpr (type == AutomationType::Date)
     return value.toDate();
-  else if constexpr (type == ValueType::Text)
+  else if constexpr (type == AutomationType::Text)
     return value.toText();
   else {
     if (value.isNull()) return nullptr;

@@ -14,7 +14,7 @@ constexpr const char* kFunctionsKey = DUK_HIDDEN_SYMBOL("functions");
 // The value that stands for an object in a joining or a sum, where its class has one.
 const Member* plainDefault(const ClassTable& table) {
   const Member* member = table.defaultMember();
-  const bool isValue = member && member->parameters.empty() && member->resultType != ValueType::Object;
+  const bool isValue = member && member->parameters.empty() && member->resultType != AutomationType::Object;
   return isValue ? member : nullptr;
 }
 

@@ -57,6 +57,13 @@ void Database::addTable(TableDefinition table) {
   schema_ = std::move(changed);
 }
 
+void Database::removeTable(std::string_view name) {
+  const std::scoped_lock guard(mutex_);
+  auto changed = std::make_shared<Schema>(*schema_);
+  changed->remove(name);
+  schema_ = std::move(changed);
+}
+
 std::shared_ptr<const Procedure> Database::procedure(std::string_view name) const {
   {
     const std::scoped_lock guard(mutex_);

@@ -32,6 +32,7 @@ class Database {
   void setSchema(std::shared_ptr<const Schema> schema);
   // Enters a declaration; sessions drop what they have prepared before.
   void addTable(TableDefinition table);
+  void removeTable(std::string_view name);
 
   // The procedure of that name: one put in its place here, else the store's. Nothing when there is none.
   std::shared_ptr<const Procedure> procedure(std::string_view name) const;

@@ -15,6 +15,8 @@ namespace ondrel {
 namespace {
 
 constexpr std::string_view kMemoryPrefix = ":memory:";
+// What ":memory:" alone stands for.
+constexpr std::string_view kProcessStore = ":memory:process";
 
 [[noreturn]] void failOpen(const std::string& path, std::string_view reason) {
   throw Error(ErrorNumber::ConnectionFailed, kStoreSource,
@@ -57,14 +59,15 @@ DatabaseRef memoryDatabase(const std::string& name) {
     const auto found = known.memory.find(name);
     if (found != known.memory.end()) return found->second;
   }
-  if (name != kMemoryPrefix) failOpen(name, "there is no store of that name in memory");
-  static const EmbeddedStore processStore(StoreContents::Empty, std::string(kMemoryPrefix));
+  if (name != kProcessStore) failOpen(name, "there is no store of that name in memory");
+  static const EmbeddedStore processStore(StoreContents::Empty, std::string(kProcessStore));
   return memoryDatabase(name);
 }
 
 }  // namespace
 
 DatabaseRef findDatabase(const std::string& name) {
+  if (name == kMemoryPrefix) return memoryDatabase(std::string(kProcessStore));
   if (name.starts_with(kMemoryPrefix)) return memoryDatabase(name);
   struct stat status {};
   if (::stat(name.c_str(), &status) != 0)
@@ -90,14 +93,15 @@ std::shared_ptr<const Schema> readSchema(sqlite3* handle, const std::string& pat
   auto schema = std::make_shared<Schema>();
   readTexts(handle, path, "select text from ondrel_schema order by position", [&](std::string_view text) {
     SchemaStatement statement = readSchemaStatement(text);
-    if (!statement.table.name.empty()) schema->add(std::move(statement.table));
+    if (statement.kind == SchemaStatement::Kind::Table) schema->add(std::move(statement.table));
   });
   return schema;
 }
 
 void markDatabase(Session& session) {
   session.runPlain(fmt::format("pragma application_id = {}", kApplicationId).c_str());
-  session.runPlain("create table ondrel_schema (position integer primary key, text text not null)");
+  session.runPlain(
+      "create table ondrel_schema (position integer primary key, name text not null collate store, text text not null)");
 }
 
 void enterMemoryDatabase(const std::string& name, DatabaseRef database) {

@@ -43,7 +43,7 @@ class EmbeddedConnection : public Connection {
   }
 
   void execute(std::string_view sql) override {
-    isCreateStatement(sql) ? session().define(sql) : void(session().run(sql, false));
+    isSchemaStatement(sql) ? session().define(sql) : void(session().run(sql, false));
   }
 
   RecordsetRef query(std::string_view sql) override { return session().run(sql, true); }

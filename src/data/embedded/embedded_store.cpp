@@ -213,8 +213,9 @@ void loadSampleStore(Connection& connection) {
 std::vector<std::string> checkDatabase(Connection& connection) {
   std::vector<std::string> findings;
   for (const std::string_view statement : splitScript(schemaText())) {
-    const TableDefinition table = readSchemaStatement(statement).table;
-    if (table.name.empty()) continue;
+    const SchemaStatement declared = readSchemaStatement(statement);
+    if (declared.kind != SchemaStatement::Kind::Table) continue;
+    const TableDefinition& table = declared.table;
     RecordsetRef rows;
     try {
       rows = connection.query(fmt::format("select * from {} where 1 = 0", table.name));

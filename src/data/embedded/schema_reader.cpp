@@ -18,12 +18,13 @@ class SchemaReader {
   SchemaStatement read() {
     SchemaStatement result;
     result.text = statement_;
-    expect("create");
-    const bool unique = take("unique");
-    if (!unique && take("table"))
-      readTable(result);
-    else
-      readIndex(result, unique);
+    if (take("drop")) {
+      readDrop(result);
+    } else {
+      expect("create");
+      const bool unique = take("unique");
+      !unique&& take("table") ? readTable(result) : readIndex(result, unique);
+    }
     take(";");
     if (token_.kind != TokenKind::End) fail();
     return result;
@@ -73,8 +74,15 @@ class SchemaReader {
     return "(" + result + ")";
   }
 
+  void readDrop(SchemaStatement& result) {
+    expect("table");
+    result.kind = SchemaStatement::Kind::Drop;
+    result.tableName = name();
+    result.sql = fmt::format("drop table \"{}\"", result.tableName);
+  }
+
   void readTable(SchemaStatement& result) {
-    result.table.name = name();
+    result.table.name = result.tableName = name();
     std::string parts;
     expect("(");
     do {
@@ -176,9 +184,10 @@ class SchemaReader {
     expect("index");
     const std::string_view index = name();
     expect("on");
-    const std::string_view table = name();
-    result.sql =
-        fmt::format("create {}index \"{}\" on \"{}\" {}", unique ? "unique " : "", index, table, nameList());
+    result.kind = SchemaStatement::Kind::Index;
+    result.tableName = name();
+    result.sql = fmt::format("create {}index \"{}\" on \"{}\" {}", unique ? "unique " : "", index,
+                             result.tableName, nameList());
   }
 
   std::string_view statement_;
@@ -188,7 +197,7 @@ class SchemaReader {
 
 bool beginsStatement(const Token& token) {
   if (token.kind != TokenKind::Word) return false;
-  for (const std::string_view word : {"create", "insert", "update", "delete", "exec", "execute"})
+  for (const std::string_view word : {"create", "drop", "insert", "update", "delete", "exec", "execute"})
     if (sameWord(token.text, word)) return true;
   return false;
 }
@@ -199,9 +208,9 @@ SchemaStatement readSchemaStatement(std::string_view statement) {
   return SchemaReader(statement).read();
 }
 
-bool isCreateStatement(std::string_view statement) {
+bool isSchemaStatement(std::string_view statement) {
   const Token first = Lexer(statement).next();
-  return first.kind == TokenKind::Word && sameWord(first.text, "create");
+  return first.kind == TokenKind::Word && (sameWord(first.text, "create") || sameWord(first.text, "drop"));
 }
 
 std::vector<std::string_view> splitScript(std::string_view script) {

@@ -8,16 +8,20 @@
 
 namespace ondrel {
 
-// A create statement taken apart: the table that it declares, if it is one, and the statement that the
-// table engine runs for it.
+// A statement that changes the tables, taken apart.
 struct SchemaStatement {
+  enum class Kind { Table, Index, Drop };
+
+  Kind kind = Kind::Table;
   std::string text;       // as it stood
-  TableDefinition table;  // without a name for an index
-  std::string sql;
+  std::string tableName;  // of the table that it makes, indexes or drops
+  TableDefinition table;  // what a create table declares
+  std::string sql;        // for the table engine
 };
 
-// Reads one `create table` or `create [unique] index` statement:
+// Reads one statement:
 //
+//   "drop" "table" name
 //   "create" "table" name "(" column | "primary" "key" "(" name, .. ")" | "unique" "(" name, .. ")", .. ")"
 //   column = name type ["(" length ["," scale] ")"]
 //            { "identity" ["(" 1 "," 1 ")"] | ["not"] "null" | "default" value | "primary" "key" | "unique" }
@@ -29,6 +33,7 @@ SchemaStatement readSchemaStatement(std::string_view statement);
 // statement follows a complete one. A select behind an insert belongs to it unless a semicolon parts them.
 std::vector<std::string_view> splitScript(std::string_view script);
 
-bool isCreateStatement(std::string_view statement);
+// True when it begins with create or drop.
+bool isSchemaStatement(std::string_view statement);
 
 }  // namespace ondrel

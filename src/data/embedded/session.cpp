@@ -2,10 +2,11 @@
 
 #include <fmt/format.h>
 
-#include <cassert>
+#include <algorithm>
 #include <utility>
 
 #include "data/embedded/database.h"
+#include "data/embedded/database_files.h"
 #include "data/embedded/schema_reader.h"
 #include "data/embedded/server_errors.h"
 
@@ -62,6 +63,10 @@ Variant columnValue(sqlite3_stmt* statement, int column, Category category) {
   if (stored == SQLITE_FLOAT) return sqlite3_column_double(statement, column);
   return stored == SQLITE_INTEGER ? Variant(std::int64_t{sqlite3_column_int64(statement, column)})
                                   : Variant(text());
+}
+
+void bindText(sqlite3_stmt* statement, int index, std::string_view text) {
+  sqlite3_bind_text(statement, index, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
 }
 
 void finalize(sqlite3_stmt* statement) {
@@ -289,20 +294,29 @@ void Session::runPlain(const char* sql) {
 }
 
 void Session::define(std::string_view statement) {
-  SchemaStatement declared = readSchemaStatement(statement);
-  runPlain(declared.sql.c_str());
-  sqlite3_stmt* keep = context_.prepared("insert into ondrel_schema (text) values (?1)");
-  sqlite3_bind_text(keep, 1, declared.text.data(), static_cast<int>(declared.text.size()), SQLITE_STATIC);
-  const int code = sqlite3_step(keep);
-  sqlite3_reset(keep);
-  if (code != SQLITE_DONE) fail(code);
-  if (declared.table.name.empty()) return;
-  database_.addTable(std::move(declared.table));
+  SchemaStatement change = readSchemaStatement(statement);
+  const bool drops = change.kind == SchemaStatement::Kind::Drop;
   forgetStatements();
+  runPlain(change.sql.c_str());
+  sqlite3_stmt* record = context_.prepared(drops ? "delete from ondrel_schema where name = ?1"
+                                                 : "insert into ondrel_schema (name, text) values (?1, ?2)");
+  bindText(record, 1, change.tableName);
+  if (!drops) bindText(record, 2, change.text);
+  const int code = sqlite3_step(record);
+  sqlite3_reset(record);
+  if (code != SQLITE_DONE) fail(code);
+  if (change.kind == SchemaStatement::Kind::Table) database_.addTable(std::move(change.table));
+  if (drops) database_.removeTable(change.tableName);
+  definedInTransaction_ = inTransaction();
 }
 
 void Session::rollback() {
-  if (inTransaction()) sqlite3_exec(handle_, "rollback", nullptr, nullptr, nullptr);
+  if (!inTransaction()) return;
+  sqlite3_exec(handle_, "rollback", nullptr, nullptr, nullptr);
+  if (std::exchange(definedInTransaction_, false)) {
+    forgetStatements();
+    database_.setSchema(readSchema(handle_, database_.file().path));
+  }
 }
 
 // ---- failures

@@ -45,13 +45,16 @@ class Session {
   // Runs one T-SQL statement. With `fetch` the result is its table, or one that is not open when it has
   // none; without, nothing.
   RecordsetRef run(std::string_view sql, bool fetch);
-  // Runs a create statement and enters what it declares in the schema.
+  // Runs a create or drop statement and enters it in the schema.
   void define(std::string_view statement);
   // Runs statements of the table engine itself.
   void runPlain(const char* sql);
 
   void begin() { runPlain("begin immediate"); }
-  void commit() { runPlain("commit"); }
+  void commit() {
+    runPlain("commit");
+    definedInTransaction_ = false;
+  }
   // Discards a transaction that is open.
   void rollback();
   bool inTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
@@ -83,6 +86,7 @@ class Session {
   std::string buffer_;
   std::unordered_map<std::string, std::unique_ptr<Prepared>> prepared_;
   std::uint64_t uses_ = 0;
+  bool definedInTransaction_ = false;
   int timeoutSeconds_ = 0;
   std::chrono::steady_clock::time_point deadline_;
 };

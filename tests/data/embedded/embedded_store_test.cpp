@@ -1,10 +1,61 @@
+#include "data/embedded/embedded_store.h"
+
 #include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <thread>
 
 #include "data/embedded/embedded_connection.h"
-#include "data/embedded/embedded_store.h"
+#include "data/embedded/procedures/procedure.h"
+#include "data/query_database.h"
 
 namespace ondrel {
 namespace {
+
+using namespace std::chrono_literals;
+
+// A folder of its own for database files.
+class Folder {
+ public:
+  Folder() : path_(std::filesystem::temp_directory_path() / ("ondrel-" + std::to_string(getpid()))) {
+    std::filesystem::create_directories(path_);
+  }
+  ~Folder() { std::filesystem::remove_all(path_); }
+  std::string file(std::string_view name) const { return (path_ / name).string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+std::unique_ptr<Connection> openFile(const std::string& path, int timeoutSeconds = 5) {
+  auto connection = connectEmbedded({embeddedConnectionString(path), "", "", nullptr});
+  connection->setCommandTimeout(timeoutSeconds);
+  connection->open();
+  return connection;
+}
+
+int countOf(Connection& connection, std::string_view table) {
+  return connection.query("select count(*) as n from " + std::string(table))->integer("n");
+}
+
+void addDepartment(Connection& connection, int id) {
+  connection.execute("insert into Department (departmentID, name) values (" + std::to_string(id) +
+                     ", 'New')");
+}
+
+template <class Action>
+std::string descriptionOf(Action action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return error.description();
+  }
+  return "";
+}
 
 TEST(EmbeddedStore, HoldsTheSampleStore) {
   const EmbeddedStore store(StoreContents::Sample);
@@ -14,6 +65,270 @@ TEST(EmbeddedStore, HoldsTheSampleStore) {
   ASSERT_EQ(rows->recordCount(), 1);
   EXPECT_EQ(rows->integer("defaultprocessingdays"), 3);
   EXPECT_TRUE(checkDatabase(*connection).empty());
+}
+
+TEST(EmbeddedStore, StoresAreApartAndStartFresh) {
+  std::string gone;
+  {
+    EmbeddedStore first;
+    const EmbeddedStore second;
+    gone = first.connectionString();
+    const auto connection = first.connect();
+    addDepartment(*connection, 1);
+    first.replaceProcedure("sendtowhiteadc", 2, 2, [](ProcedureCall&) { return RecordsetRef(); });
+    EXPECT_NO_THROW(connection->execute("sendtowhiteadc 'x', 1"));
+    EXPECT_EQ(countOf(*second.connect(), "Department"), 0);
+
+    const EmbeddedStore copy = first.clone();
+    addDepartment(*connection, 2);
+    EXPECT_EQ(countOf(*copy.connect(), "Department"), 1);
+    connection->execute("create table Extra (id int)");
+    EXPECT_EQ(countOf(*first.connect(), "Extra"), 0);
+  }
+  EXPECT_NE(descriptionOf([&] {
+              connectEmbedded({gone, "", "", nullptr})->open();
+            }).find("no store of that name"),
+            std::string::npos);
+  for (int k = 0; k < 3; ++k) {  // the databases of stores that are gone serve again
+    const EmbeddedStore next;
+    const auto connection = next.connect();
+    EXPECT_EQ(countOf(*connection, "Department"), 0);
+    EXPECT_NE(descriptionOf([&] { connection->execute("sendtowhiteadc 'x', 1, 2"); }), "");
+    EXPECT_NE(descriptionOf([&] { countOf(*connection, "Extra"); }), "");
+    addDepartment(*connection, k);
+  }
+}
+
+TEST(EmbeddedStore, CheckNamesWhatIsMissing) {
+  EmbeddedStore store;
+  const auto connection = store.connect();
+  connection->execute("drop table TAX");
+  connection->execute("drop table employee");
+  connection->execute("create table employee (employeeid int, storeId int, active bit)");
+  const std::vector<std::string> findings = checkDatabase(*connection);
+  ASSERT_EQ(findings.size(), 2U);
+  EXPECT_EQ(findings[0], "Table employee has no column employeename");
+  EXPECT_EQ(findings[1], "Table Tax cannot be read: Invalid object name 'Tax'.");
+}
+
+TEST(EmbeddedStore, ForgetsTablesOfADiscardedTransaction) {
+  const EmbeddedStore store;
+  const auto connection = store.connect();
+  connection->begin();
+  connection->execute("create table Own (id int)");
+  connection->execute("insert into Own values (1)");
+  connection->close();
+  EXPECT_EQ(descriptionOf([&] { countOf(*store.connect(), "Own"); }), "Invalid object name 'Own'.");
+}
+
+TEST(EmbeddedStore, ScriptsAreSplitWhereStatementsBegin) {
+  const EmbeddedStore store;
+  const auto connection = store.connect();
+  runScript(
+      *connection,
+      "-- a note; with a semicolon\nset nocount on\ngo\ninsert into Department (departmentID, name)\n"
+      "values (1, 'a; insert') insert into Department (departmentID, name) select 2, 'b'\ngo\n"
+      "update Department set name = 'c' where departmentID = 2; delete Department where departmentID = 1");
+  EXPECT_EQ(connection->query("select name from Department")->text("name"), "c");
+}
+
+// What holds for connections, whether the database is a file or in memory.
+class Connections : public testing::TestWithParam<bool> {
+ protected:
+  Connections() {
+    if (!GetParam()) return;
+    createDatabaseFile(path_, StoreContents::Empty);
+  }
+  std::unique_ptr<Connection> connect(int timeoutSeconds = 5) {
+    if (GetParam()) return openFile(path_, timeoutSeconds);
+    auto connection = store_.connect();
+    connection->setCommandTimeout(timeoutSeconds);
+    return connection;
+  }
+
+  Folder folder_;
+  std::string path_ = folder_.file("store.db");
+  EmbeddedStore store_;
+};
+
+TEST_P(Connections, ShowOthersOnlyWhatIsCommitted) {
+  const auto writer = connect();
+  const auto reader = connect();
+  writer->begin();
+  addDepartment(*writer, 1);
+  EXPECT_EQ(countOf(*writer, "Department"), 1);
+  EXPECT_EQ(countOf(*reader, "Department"), 0);
+  writer->commit();
+  EXPECT_EQ(countOf(*reader, "Department"), 1);
+}
+
+TEST_P(Connections, DiscardWhatIsOpenWhenTheyClose) {
+  auto connection = connect();
+  connection->begin();
+  addDepartment(*connection, 1);
+  connection->close();
+  EXPECT_NE(descriptionOf([&] { countOf(*connection, "Department"); }), "");
+  connection->open();
+  EXPECT_EQ(countOf(*connection, "Department"), 0);
+  connection->begin();
+  addDepartment(*connection, 2);
+  connection = nullptr;
+  EXPECT_EQ(countOf(*connect(), "Department"), 0);
+}
+
+TEST_P(Connections, KeepTheTransactionWhenAStatementFails) {
+  const auto connection = connect();
+  connection->begin();
+  addDepartment(*connection, 1);
+  EXPECT_THROW(addDepartment(*connection, 1), Error);
+  EXPECT_THROW(connection->execute("insert into Nowhere values (1)"), Error);
+  EXPECT_THROW(connection->begin(), Error);
+  connection->commit();
+  EXPECT_EQ(countOf(*connection, "Department"), 1);
+  EXPECT_THROW(connection->commit(), Error);
+}
+
+TEST_P(Connections, WaitForAWriterUpToTheirTimeLimit) {
+  const auto first = connect();
+  const auto second = connect(1);
+  first->begin();
+  addDepartment(*first, 1);
+  EXPECT_EQ(descriptionOf([&] { addDepartment(*second, 2); }), "Timeout expired");
+  second->setCommandTimeout(10);
+  std::thread later([&] {
+    std::this_thread::sleep_for(100ms);
+    first->commit();
+  });
+  addDepartment(*second, 2);
+  later.join();
+  EXPECT_EQ(countOf(*second, "Department"), 2);
+}
+
+TEST_P(Connections, ServeThreadsSideBySide) {
+  constexpr int kThreads = 4, kRows = 25;
+  std::vector<std::thread> threads;
+  for (int t = 0; t < kThreads; ++t)
+    threads.emplace_back([&, t] {
+      for (int k = 0; k < kRows; ++k) {
+        const auto connection = connect(60);
+        connection->begin();
+        addDepartment(*connection, t * kRows + k);
+        connection->commit();
+      }
+    });
+  for (std::thread& each : threads) each.join();
+  EXPECT_EQ(countOf(*connect(), "Department"), kThreads * kRows);
+}
+
+INSTANTIATE_TEST_SUITE_P(FileAndMemory, Connections, testing::Bool());
+
+TEST(DatabaseFile, KeepsRowsSchemaAndIdentity) {
+  const Folder folder;
+  const std::string path = folder.file("kept.db");
+  createDatabaseFile(path, StoreContents::Sample);
+  EXPECT_NE(descriptionOf([&] { createDatabaseFile(path, StoreContents::Empty); }).find("exists already"),
+            std::string::npos);
+  {
+    const auto connection = openFile(path);
+    connection->execute("create table Own (id int identity primary key, at datetime, ok bit)");
+    connection->execute("insert into Own (at, ok) values ('11/24/2026 3:05:00 PM', 1)");
+  }
+  std::filesystem::copy(path, folder.file("copy.db"));
+  if (std::filesystem::exists(path + "-wal"))
+    std::filesystem::copy(path + "-wal", folder.file("copy.db-wal"));
+  const auto copy = openFile(folder.file("copy.db"));
+  const RecordsetRef row = copy->query("select at, ok from Own where at = '2026-11-24 15:05'");
+  EXPECT_TRUE(row->value("at").identicalTo(Date::of(2026, 11, 24, 15, 5)));
+  EXPECT_TRUE(row->value("ok").identicalTo(true));
+  EXPECT_TRUE(checkDatabase(*copy).empty());
+}
+
+TEST(DatabaseFile, OfAnotherProgramIsRefused) {
+  const Folder folder;
+  std::ofstream(folder.file("note.txt")) << std::string(5000, 'x');
+  sqlite3* other = nullptr;
+  sqlite3_open(folder.file("other.db").c_str(), &other);
+  sqlite3_exec(other, "create table t (x)", nullptr, nullptr, nullptr);
+  sqlite3_close(other);
+  struct Case {
+    const char* file;
+    const char* reason;
+  };
+  const Case cases[] = {{"note.txt", "file is not a database"},
+                        {"other.db", "not a database of this program"},
+                        {"missing.db", "does not exist"},
+                        {"", "not a file"}};
+  for (const Case& each : cases) {
+    const std::string said = descriptionOf([&] { openFile(folder.file(each.file)); });
+    EXPECT_NE(said.find(each.reason), std::string::npos) << each.file << ": " << said;
+  }
+  EXPECT_NE(descriptionOf([] { connectEmbedded({"Driver=Embedded", "", "", nullptr})->open(); }), "");
+}
+
+TEST(DatabaseFile, MadeAnewUnderTheSameNameIsAnotherDatabase) {
+  const Folder folder;
+  const std::string path = folder.file("again.db");
+  for (int k = 0; k < 2; ++k) {
+    createDatabaseFile(path, StoreContents::Empty);
+    const auto connection = openFile(path);
+    EXPECT_EQ(countOf(*connection, "Department"), 0);
+    addDepartment(*connection, 1);
+    connection->close();
+    std::filesystem::remove(path);
+  }
+}
+
+// Another process writes to the file and dies in the middle of a transaction.
+TEST(DatabaseFile, IsSharedByProcesses) {
+  const Folder folder;
+  const std::string path = folder.file("shared.db");
+  createDatabaseFile(path, StoreContents::Empty);
+  constexpr int kRows = 20;
+  const pid_t child = fork();
+  if (child == 0) {
+    const auto connection = openFile(path, 30);
+    for (int k = 0; k < kRows; ++k) addDepartment(*connection, k);
+    connection->begin();
+    addDepartment(*connection, 999);
+    _exit(7);
+  }
+  const auto connection = openFile(path, 30);
+  for (int k = 0; k < kRows; ++k) addDepartment(*connection, 100 + k);
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(WEXITSTATUS(status), 7);
+  EXPECT_EQ(countOf(*connection, "Department"), 2 * kRows);
+  EXPECT_EQ(countOf(*connection, "Department where departmentID = 999"), 0);
+}
+
+TEST(EmbeddedConnection, IsChosenByItsConnectionString) {
+  EXPECT_TRUE(isEmbeddedConnectionString("driver = {embedded}; database=x.db"));
+  EXPECT_FALSE(isEmbeddedConnectionString("Provider=SQLOLEDB;Data Source=shop;Initial Catalog=Embedded"));
+  EXPECT_EQ(connectionStringValue("Driver=Embedded; DATABASE = /a b.db ;", "database"), "/a b.db");
+  EXPECT_EQ(connectionStringValue("Driver=Embedded", "database"), std::nullopt);
+}
+
+TEST(EmbeddedConnection, MemoryIsOneStoreOfTheProcess) {
+  const auto open = [] { return openFile(":memory:"); };
+  addDepartment(*open(), 77);
+  EXPECT_EQ(countOf(*open(), "Department where departmentID = 77"), 1);
+}
+
+// A read in the middle takes the place of the transaction, which is discarded.
+TEST(EmbeddedConnection, StandsBehindTheSqlDoor) {
+  const EmbeddedStore store;
+  Apartment page;
+  page.connect = connectEmbedded;
+  page.DBConnectionString = store.connectionString();
+  openTransaction(page);
+  executeInTransaction(page, "insert into Department (departmentID) values (1)");
+  EXPECT_EQ(queryInTransaction(page, "select * from Department")->recordCount(), 1);
+  EXPECT_EQ(queryDatabase(page, "select * from Department")->recordCount(), 0);
+  commitTransaction(page);
+  executeInTransaction(page, "insert into Department (departmentID) values (2)");
+  EXPECT_EQ(page.sharedConnection, nullptr);
+  EXPECT_EQ(queryDatabase(page, "select departmentID from Department")->integer(Column(0)), 2);
+  EXPECT_FALSE(queryDatabase(page, "delete Department")->isOpen());
 }
 
 }  // namespace

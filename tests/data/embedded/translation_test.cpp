@@ -54,7 +54,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, Translated, testing::Values(
     TranslationCase{"delete Tag where itemId = 1", R"(delete from "Tag" where "Tag"."itemId" = ?)"},
     TranslationCase{"update Item set item.price = price + 1 from Item inner join Tag t on t.itemId = id where label = 'x'",
                     R"(update "Item" set "price" = "the change".value0 from (select "Item".rowid as target, )"
-                    R"(to_column("Item"."price" + ?, 5, 8, 0, 0) as value0 from "Item" join "Tag" as "t" on "t"."itemId" = "Item"."id" )"
+                    R"(to_column("Item"."price" + ?, 4, 8, 0, 0) as value0 from "Item" join "Tag" as "t" on "t"."itemId" = "Item"."id" )"
                     R"(where "t"."label" = ?) as "the change" where "Item".rowid = "the change".target)"},
     TranslationCase{"select @@identity as newID", "select last_identity()"}));
 // clang-format on
