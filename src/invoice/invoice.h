@@ -165,7 +165,8 @@ class Invoice : public Object {
   // ---------------------------------------------------------------- due dates (lifecycle/due_dates.cpp)
   // Loads the store's calendar and departments; a new ticket gets a first promise.
   void setStoreDays(const Variant& storeid);
-  // Sets InvDueDate by hand; another day than before keeps it from being recomputed.
+  // Sets InvDueDate by hand. Once that changed the day, finishing a new ticket takes the latest date of the
+  // lines instead of the store's usual days.
   void setInvoiceDueDate(const Variant& NewValue);
   // InvDueDate becomes the latest date of the lines, createdDate at least. Leaves the lines unfiltered, at
   // the end.

@@ -97,8 +97,11 @@ void Invoice::removeCouponLines() {
   lineItems->clearFilter();
 }
 
-// The date of a new ticket, unless the clerk chose one: that of its coupons, charges and upcharges, or the
-// store's usual days after whatever date was counted last.
+// | new ticket                             | its date                                                    |
+// |----------------------------------------|-------------------------------------------------------------|
+// | dated by hand                          | the latest of its lines                                     |
+// | with coupons, charges or upcharges     | the latest of these; upcharges have none                    |
+// | otherwise                              | the store's usual days after whatever date was counted last |
 void Invoice::setFinishedDueDate() {
   calculateInvDueDate();
   if (dueDateOverridden_) return;

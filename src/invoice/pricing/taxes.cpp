@@ -22,9 +22,8 @@ constexpr LineRateSource kLineTaxes = {
     "SELECT IT.priceListItemID as 'priceListItemID', IT.descriptorName as 'descriptorName',  "
     "IT.descriptorType as 'descriptorType', IT.taxCode as 'taxCode',  T.taxPercent as 'taxPercent', "
     "T.[description] as 'description'  FROM ItemDescriptorTax IT, Tax T WHERE IT.priceListItemID IN ({0}) "
-    "AND "
-    " convert(varchar, IT.priceListItemID) +  IT.descriptorType  + IT.descriptorName IN ({1}) AND IT.storeID "
-    "= T.storeID  AND IT.taxCode = T.taxCode ",
+    "AND  convert(varchar, IT.priceListItemID) +  IT.descriptorType  + IT.descriptorName IN ({1}) AND "
+    "IT.storeID = T.storeID  AND IT.taxCode = T.taxCode ",
     kTaxColumns};
 
 double taxOn(const Rate& tax, const Recordset& line) {

@@ -54,7 +54,9 @@ bool Invoice::applyVipDiscount() {
   deleteFilteredLines("itemType='VI'");
   if (!isVIPQualified().toBoolean()) return false;
 
-  if (isTrue(priceListSetting("VIPStraight"))) {
+  const Variant straight = priceListSetting("VIPStraight");
+  if (straight.isNull()) return false;
+  if (straight.toBoolean()) {
     const Variant percent = priceListSetting("VIPStraightPercent");
     if (percent.isNull()) return false;
     return spreadVipDiscount([rate = percent.toDouble() / 100](double price) { return rate * price; });
