@@ -5,7 +5,7 @@
 namespace ondrel {
 
 void ColumnNames::add(std::string_view name) {
-  entries_.push_back({std::string(name), wordAt(name, 0), wordAt(name, name.size() - kWord)});
+  entries_.push_back({std::string(name), headOf(name), tailOf(name)});
   slots_.assign(std::bit_ceil(entries_.size() * 4), -1);
   for (size_t index = 0; index < entries_.size(); ++index) {
     const Entry& entry = entries_[index];

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "data/recordset/words.h"
 
 namespace ondrel {
 
@@ -17,37 +19,42 @@ class ColumnNames {
   // Position of the column with the name; -1 when there is none.
   int find(std::string_view name) const {
     if (slots_.empty()) return -1;
-    const Word head = wordAt(name, 0), tail = wordAt(name, name.size() - kWord);
+    const Word head = headOf(name), tail = tailOf(name);
     for (size_t slot = slotOf(head, tail, name.size()); slots_[slot] >= 0;
          slot = (slot + 1) & (slots_.size() - 1)) {
       const Entry& entry = entries_[static_cast<size_t>(slots_[slot])];
-      // Most names are asked for as they are written, and two words hold them whole.
-      if (entry.head == head && entry.tail == tail && entry.name.size() == name.size() &&
-          name.size() <= 2 * kWord)
-        return slots_[slot];
+      if (isWritten(entry, name, head, tail)) return slots_[slot];
       if (isSame(entry.name, name)) return slots_[slot];
     }
     return -1;
   }
+  // The same for a name that is likely to be that of the column `guess`.
+  int find(std::string_view name, int guess) const {
+    const auto index = static_cast<size_t>(guess);
+    return index < entries_.size() && isWritten(entries_[index], name, headOf(name), tailOf(name))
+               ? guess
+               : find(name);
+  }
 
  private:
-  using Word = std::uint64_t;
-  static constexpr size_t kWord = sizeof(Word);
-
   struct Entry {
     std::string name;
     Word head;
     Word tail;
   };
 
-  // Eight letters of a name; all of a shorter one.
-  static Word wordAt(std::string_view name, size_t position) {
-    Word word = 0;
-    if (name.size() >= kWord)
-      std::memcpy(&word, name.data() + position, kWord);
-    else
-      for (const char c : name) word = word << 8 | static_cast<unsigned char>(c);
-    return word;
+  // The first and the last eight letters of a name; all of a shorter one.
+  static Word headOf(std::string_view name) {
+    return loadWord(name.data(), std::min(name.size(), kWordBytes));
+  }
+  static Word tailOf(std::string_view name) {
+    return name.size() < kWordBytes ? headOf(name)
+                                    : loadWord(name.data() + name.size() - kWordBytes, kWordBytes);
+  }
+  // Most names are asked for as they are written, and two words hold them whole.
+  static bool isWritten(const Entry& entry, std::string_view name, Word head, Word tail) {
+    return entry.head == head && entry.tail == tail && entry.name.size() == name.size() &&
+           name.size() <= 2 * kWordBytes;
   }
 
   // Small letters differ from capitals in one bit, which is left out; an accented letter has its case in

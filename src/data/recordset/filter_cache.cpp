@@ -1,7 +1,8 @@
 #include "data/recordset/filter_cache.h"
 
 #include <algorithm>
-#include <cstring>
+
+#include "data/recordset/words.h"
 
 namespace ondrel {
 namespace {
@@ -50,27 +51,18 @@ std::unique_ptr<FilterShape> makeShape(std::string_view filter, const std::vecto
 
 // Whether the text goes on with the piece: a few words compared in place, as pieces are short.
 bool goesOn(std::string_view text, std::string_view piece) {
-  constexpr size_t kWord = sizeof(std::uint64_t);
   if (text.size() < piece.size()) return false;
-  const auto differ = [&](size_t position) {
-    std::uint64_t here, there;
-    std::memcpy(&here, text.data() + position, kWord);
-    std::memcpy(&there, piece.data() + position, kWord);
-    return here != there;
+  const auto differ = [&](size_t position, size_t count) {
+    return loadWord(text.data() + position, count) != loadWord(piece.data() + position, count);
   };
-  if (piece.size() < kWord) return std::equal(piece.begin(), piece.end(), text.begin());
-  for (size_t position = 0; position + kWord < piece.size(); position += kWord)
-    if (differ(position)) return false;
-  return !differ(piece.size() - kWord);
+  if (piece.size() < kWordBytes) return !differ(0, piece.size());
+  for (size_t position = 0; position + kWordBytes < piece.size(); position += kWordBytes)
+    if (differ(position, kWordBytes)) return false;
+  return !differ(piece.size() - kWordBytes, kWordBytes);
 }
 
 size_t startHash(std::string_view filter) {
-  std::uint64_t start = 0;
-  if (filter.size() >= sizeof start)
-    std::memcpy(&start, filter.data(), sizeof start);
-  else
-    for (const char c : filter) start = start << 8 | static_cast<unsigned char>(c);
-  return (start * 0x9E3779B97F4A7C15) >> 59;
+  return (loadWord(filter.data(), std::min(filter.size(), kWordBytes)) * 0x9E3779B97F4A7C15) >> 59;
 }
 
 }  // namespace

@@ -133,7 +133,12 @@ void Recordset::addNew(std::span<const std::string> names, std::span<const Varia
                 fmt::format("A new row with {} names and {} values", names.size(), values.size()));
   View& rows = view();
   rows.moveToNew(addRow(&rows, [&](size_t row) {
-    for (size_t k = 0; k < names.size(); ++k) cells(column(names[k])).write(row, values[k]);
+    int index = -1;
+    for (size_t k = 0; k < names.size(); ++k) {
+      index = table_->find(names[k], index + 1);  // names often come in the order of the columns
+      if (index < 0) failColumn(names[k]);
+      table_->column(index).write(row, values[k]);
+    }
   }));
   rows.settle();
 }

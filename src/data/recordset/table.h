@@ -30,6 +30,7 @@ class Table {
   ColumnStore& column(int index) { return columns_[static_cast<size_t>(index)]; }
   // Position of a column by name without regard to case; -1 when there is none.
   int find(std::string_view name) const { return names_.find(name); }
+  int find(std::string_view name, int guess) const { return names_.find(name, guess); }
 
   // Places in use, deleted rows included.
   size_t places() const { return places_; }

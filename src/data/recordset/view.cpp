@@ -5,6 +5,8 @@
 #include <numeric>
 #include <utility>
 
+#include "data/recordset/words.h"
+
 namespace ondrel {
 
 View::View(std::shared_ptr<Table> table) : table_(std::move(table)) {
@@ -53,18 +55,17 @@ void View::collect() {
 
 // Writes each row and counts it only if it passes: no branch that the processor could guess wrong.
 void View::collectPassing() {
-  constexpr size_t kWord = sizeof(std::uint64_t);
   const std::uint8_t* alive = table_->alive();
   const std::uint8_t* passing = filter_ ? filter_->run(*table_, 0, table_->blocks()) : alive;
   const size_t end = table_->blocks() * Table::kBlock;
   std::int32_t* next = rows_.data();
-  for (size_t row = 0; row < end; row += kWord) {
-    std::uint64_t passes, lives;
-    std::memcpy(&passes, passing + row, kWord);
-    std::memcpy(&lives, alive + row, kWord);
+  for (size_t row = 0; row < end; row += kWordBytes) {
+    Word passes, lives;
+    std::memcpy(&passes, passing + row, kWordBytes);
+    std::memcpy(&lives, alive + row, kWordBytes);
     passes &= lives;
     if (passes == 0) continue;
-    for (size_t k = 0; k < kWord; ++k, passes >>= 8) {
+    for (size_t k = 0; k < kWordBytes; ++k, passes >>= 8) {
       *next = static_cast<std::int32_t>(row + k);
       next += passes & 1;
     }
