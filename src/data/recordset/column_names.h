@@ -19,7 +19,7 @@ class ColumnNames {
   // Position of the column with the name; -1 when there is none.
   int find(std::string_view name) const {
     if (slots_.empty()) return -1;
-    const Word head = headOf(name), tail = tailOf(name);
+    const TextWord head = headOf(name), tail = tailOf(name);
     for (size_t slot = slotOf(head, tail, name.size()); slots_[slot] >= 0;
          slot = (slot + 1) & (slots_.size() - 1)) {
       const Entry& entry = entries_[static_cast<size_t>(slots_[slot])];
@@ -39,29 +39,29 @@ class ColumnNames {
  private:
   struct Entry {
     std::string name;
-    Word head;
-    Word tail;
+    TextWord head;
+    TextWord tail;
   };
 
   // The first and the last eight letters of a name; all of a shorter one.
-  static Word headOf(std::string_view name) {
+  static TextWord headOf(std::string_view name) {
     return loadWord(name.data(), std::min(name.size(), kWordBytes));
   }
-  static Word tailOf(std::string_view name) {
+  static TextWord tailOf(std::string_view name) {
     return name.size() < kWordBytes ? headOf(name)
                                     : loadWord(name.data() + name.size() - kWordBytes, kWordBytes);
   }
   // Most names are asked for as they are written, and two words hold them whole.
-  static bool isWritten(const Entry& entry, std::string_view name, Word head, Word tail) {
+  static bool isWritten(const Entry& entry, std::string_view name, TextWord head, TextWord tail) {
     return entry.head == head && entry.tail == tail && entry.name.size() == name.size() &&
            name.size() <= 2 * kWordBytes;
   }
 
   // Small letters differ from capitals in one bit, which is left out; an accented letter has its case in
   // another one, so of such names only the length counts.
-  size_t slotOf(Word head, Word tail, size_t length) const {
-    constexpr Word kCase = 0x2020202020202020, kNotAscii = 0x8080808080808080;
-    const Word mixed =
+  size_t slotOf(TextWord head, TextWord tail, size_t length) const {
+    constexpr TextWord kCase = 0x2020202020202020, kNotAscii = 0x8080808080808080;
+    const TextWord mixed =
         ((head | tail) & kNotAscii) != 0 ? length : ((head | kCase) ^ (tail | kCase) * 3 ^ length);
     return (mixed * 0x9E3779B97F4A7C15) >> (64 - std::bit_width(slots_.size() - 1));
   }

@@ -60,7 +60,7 @@ void View::collectPassing() {
   const size_t end = table_->blocks() * Table::kBlock;
   std::int32_t* next = rows_.data();
   for (size_t row = 0; row < end; row += kWordBytes) {
-    Word passes, lives;
+    TextWord passes, lives;
     std::memcpy(&passes, passing + row, kWordBytes);
     std::memcpy(&lives, alive + row, kWordBytes);
     passes &= lives;

@@ -7,13 +7,13 @@
 namespace ondrel {
 
 // Text taken eight bytes at a time.
-using Word = std::uint64_t;
-inline constexpr size_t kWordBytes = sizeof(Word);
+using TextWord = std::uint64_t;
+inline constexpr size_t kWordBytes = sizeof(TextWord);
 
 static_assert(std::endian::native == std::endian::little, "parts of a word are put together by shifts");
 
 template <class Part>
-Word loadPart(const char* bytes) {
+TextWord loadPart(const char* bytes) {
   Part part;
   std::memcpy(&part, bytes, sizeof part);
   return part;
@@ -21,7 +21,7 @@ Word loadPart(const char* bytes) {
 
 // The first `count` bytes, up to eight, and 0 for the others. Two loads that may overlap, as a copy of a
 // length known only now would be a call.
-inline Word loadWord(const char* bytes, size_t count) {
+inline TextWord loadWord(const char* bytes, size_t count) {
   if (count == kWordBytes) return loadPart<std::uint64_t>(bytes);
   if (count >= 4)
     return loadPart<std::uint32_t>(bytes) | loadPart<std::uint32_t>(bytes + count - 4) << (8 * (count - 4));
