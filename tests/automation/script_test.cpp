@@ -55,6 +55,7 @@ TEST_F(ScriptTest, ValuesCrossBothWays) {
       "true 10 23 6\n");
   dictionary->setItem("nothing", Variant(ObjectRef()));
   EXPECT_EQ(printed("print(d.item('nothing'))"), "null\n");
+  dictionary->removeAll();  // it holds itself
 }
 
 TEST_F(ScriptTest, ObjectsHaveMembersInAnyCase) {
