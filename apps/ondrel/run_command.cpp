@@ -25,6 +25,15 @@ ConsoleOptions optionsOf(const RunArguments& arguments) {
   return options;
 }
 
+constexpr const char* kGlobals =
+    "A script is ECMAScript 5 with these globals:\n"
+    "  CreateObject(name)    an object of a class, \"OndrelCorpComponents.invoice\"; members in any case\n"
+    "  ByRef(value)          a box for an argument by reference; read box.value afterwards\n"
+    "  Database              connectionString, execute(sql), query(sql), trace()\n"
+    "  arguments             what stands behind the file's name\n"
+    "  print(...), quit(code)\n"
+    "An error that the script does not catch prints its number, description and position; the status is 1.";
+
 }  // namespace
 
 // What stands behind the script's name is the script's, options of the same name included.
@@ -36,6 +45,7 @@ void addRunCommand(CLI::App& app, int& exitCode) {
   run->add_flag("--empty", arguments->emptyStore, "Leave the private database empty")->excludes(database);
   run->add_option("--now", arguments->now, "Fix the clock: \"2026-11-24 10:30\"");
   run->prefix_command();
+  run->footer(kGlobals);
   run->callback([run, arguments, &exitCode] {
     std::vector<std::string> rest = run->remaining();
     if (rest.empty()) throw CLI::RequiredError("FILE.js");

@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "data/recordset/recordset.h"
 #include "invoice/invoice.h"
+#include "invoice/ticket_tag.h"
 
 namespace ondrel {
 namespace {
@@ -18,7 +19,7 @@ ObjectRef make() {
 
 // clang-format off
 constexpr std::array<PublicClass, 13> kPublicClasses = {{
-    {"TicketTag",            "FFCE1536-D0A4-4C89-A822-F354F688FC76", "EA7AFCD0-C1D1-4834-B99A-465670B0B1E3", nullptr},
+    {"TicketTag",            "FFCE1536-D0A4-4C89-A822-F354F688FC76", "EA7AFCD0-C1D1-4834-B99A-465670B0B1E3", make<TicketTag>},
     {"HelperFunctions",      "E7F83A2F-028A-4635-BA66-47D102516D77", "A32439C6-A525-4A55-8C42-8CF8330AD0BA", nullptr},
     {"garmentSearch",        "70CBB24E-5A32-47BB-AD18-5C5AF41B180F", "7CDAAA75-A3D0-4677-B55A-0B0D0AD2DA31", nullptr},
     {"pickupInvoice",        "E9E3BC6D-4382-4A3B-A45E-17062D1253D4", "91B5D5D5-5489-4C98-A91E-BBBB1A2E79E2", nullptr},

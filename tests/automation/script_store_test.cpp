@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
 #include "automation/script/script_console.h"
 #include "support/store_fixture.h"
 
@@ -153,6 +157,25 @@ TEST(Console, PrivateStoresAreFreshAndMayBeEmpty) {
   EXPECT_EQ(count(false), "true\n");
   EXPECT_EQ(count(false), "true\n");
   EXPECT_EQ(count(true), "false\n");
+}
+
+TEST(Examples, RunToTheirEndInTheSampleStore) {
+  ConsoleOptions options;
+  options.now = Date::of(2026, 11, 24, 10, 30);
+  int count = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(ONDREL_SOURCE_DIR "/examples")) {
+    if (entry.path().extension() != ".js") continue;
+    ++count;
+    std::ifstream file(entry.path());
+    const std::string source(std::istreambuf_iterator<char>(file), {});
+    std::string output, complaint;
+    const int exitCode = runScript(
+        source, entry.path().filename().string(), options, [&](std::string_view text) { output += text; },
+        [&](std::string_view text) { complaint += text; });
+    EXPECT_EQ(exitCode, 0) << complaint;
+    EXPECT_NE(output, "") << entry.path();
+  }
+  EXPECT_GT(count, 0);
 }
 
 TEST(Console, OtherDriversAreRefusedWithoutTheirPassword) {

@@ -86,6 +86,7 @@ TEST_F(ScriptTest, LibraryErrorsAreCaughtWithTheirFields) {
        "450 Dictionary Wrong number of arguments or invalid property assignment: 'Dictionary.Add'"},
       {"d.add({}, 1)", "13 Script Type mismatch: the library takes no script objects"},
       {"d.add(new Date(NaN), 1)", "13 Script Type mismatch: not a date"},
+      {"d.add(new Date(10000, 0, 1), 1)", "13 Script Type mismatch: year out of range"},
       {"var loop = []; loop[0] = loop; d.add(1, loop)",
        "13 Script Type mismatch: array too deep or too long"},
       {"var f = d.add; f(1, 2)", "424 Script Object required: 'Add'"},

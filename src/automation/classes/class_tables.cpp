@@ -15,6 +15,7 @@ std::span<const ClassTable* const> classTables() {
       &dictionaryClass(),
       &arrayClass(),
       &invoiceClass(),
+      &ticketTagClass(),
       &databaseClass(),
   };
   // clang-format on

@@ -13,6 +13,7 @@ const ClassTable& recordsetFieldClass();
 const ClassTable& dictionaryClass();
 const ClassTable& arrayClass();
 const ClassTable& invoiceClass();
+const ClassTable& ticketTagClass();
 const ClassTable& databaseClass();
 
 // All of them.

@@ -12,6 +12,9 @@ namespace {
 constexpr int kDeepestArray = 16;
 constexpr size_t kLongestArray = 1'000'000;
 constexpr double kMillisecondsPerDay = 86'400'000;
+// The years that the platform's date can hold.
+constexpr int kFirstYear = 100;
+constexpr int kLastYear = 9999;
 
 constexpr const char* kDateKey = DUK_HIDDEN_SYMBOL("Date");
 constexpr const char* kErrorKey = DUK_HIDDEN_SYMBOL("Error");
@@ -99,6 +102,8 @@ int datePart(duk_context* context, duk_idx_t index, const char* getter) {
 
 Date dateAt(duk_context* context, duk_idx_t index) {
   const int year = datePart(context, index, "getFullYear");
+  if (year < kFirstYear || year > kLastYear)
+    raise(context, ErrorNumber::TypeMismatch, "Type mismatch: year out of range");
   const int month = datePart(context, index, "getMonth") + 1;
   const int day = datePart(context, index, "getDate");
   const int hour = datePart(context, index, "getHours");
