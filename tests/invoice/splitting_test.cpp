@@ -174,6 +174,11 @@ TEST_F(Splitting, PutsDepartmentsOfTheSavedTicketFirst) {
   const std::vector<std::string> tickets = split();
   ASSERT_EQ(tickets.size(), 2u);
   EXPECT_EQ(tickets[1], "1 Coat 60");
+  invoice.saveInvoice("edit", 4, 3, "0", "Ann", "Fernhill", true);
+  EXPECT_THAT(
+      rows("select ticketNumber, quantity, lineItemName from TicketLineItem where ticketLineType = 'IT' "
+           "and ticketNumber in (1007, 1100) order by ticketNumber, lineItemNumber"),
+      ElementsAre("1007 | 2 | Pants", "1007 | 1 | Suit 2-Piece", "1100 | 1 | Coat"));
   EXPECT_EQ(children()[0]->storeNumber, 1);
 }
 
@@ -240,6 +245,9 @@ TEST_F(Splitting, WorksOutSurchargesTaxesAndPrepayOfEachTicket) {
   const double kToPay[] = {5.50, 17.70, 8.85};
   ASSERT_EQ(children().size(), 3u);
   for (size_t k = 0; k < 3; ++k) EXPECT_DOUBLE_EQ(children()[k]->getInvoiceAmountToPay(), kToPay[k]) << k;
+  invoice.saveInvoice("add", 4, 3, "0", "Ann", "Fernhill", true);
+  EXPECT_THAT(rows("select ticketNumber, netTotal from Ticket where ticketNumber > 1099"),
+              ElementsAre("1100 | 5.5", "1101 | 17.7", "1102 | 8.85"));
 }
 
 // Taking a line apart and joining it again gives the very amounts back, and every mark.
