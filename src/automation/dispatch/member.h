@@ -51,7 +51,7 @@ struct Member {
 // An argument, or the value of a property put, that did not convert.
 struct ConversionFailure {
   static constexpr size_t kPutValue = static_cast<size_t>(-1);
-  size_t argument;
+  size_t argument = 0;
   Error error;
 };
 
