@@ -98,7 +98,7 @@ class Invoice : public Object {
   // Whether this is a quick drop-off.
   bool isQuickInvoice() const;
 
-  // ---------------------------------------------------------------- garments (lines/items*.cpp)
+  // ---------------------------------------------------------------- garments (lines/items.cpp, item_buttons.cpp)
   // Puts pieces of a price-list item on the invoice. Returns the line that took them, 0 for an unknown item.
   // `groupSimilarItems`: -1 or True makes a line a piece, any other true value merges into a line of the
   // same item and price, false makes one line. The unit price is the item's times `multiplier`, to a multiple
@@ -134,12 +134,13 @@ class Invoice : public Object {
   void addPattern(const Variant& parentLineNumber, const Variant& patternId, const Variant& quantity,
                   const Variant& groupSimilarItems, const Variant& multiplier, const Variant& roundOff);
   // A descriptor of any group on the line as named. An upcharge through here takes the line's quantity twice.
+  // An unknown line gets nothing, and the filter stays on it.
   void addDescriptor(const Variant& parentLineNumber, const Variant& name, const Variant& group,
                      const Variant& quantity);
   // Removes all children of the name and group; the parent's upchargeTotal gives up the first one's amount.
   void removeDescriptor(const Variant& parentLineNumber, const Variant& name, const Variant& group);
 
-  // ---------------------------------------------------------------- line edits (lines/edits*.cpp)
+  // ---------------------------------------------------------------- line edits (lines/)
   void deleteItem(const Variant& lineNo);
   void changeQuantity(const Variant& newQuantity, const Variant& lineNo);
   // A price that is no number changes nothing. Leaves the filter set for an unknown line or kind.

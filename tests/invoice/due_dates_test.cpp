@@ -47,6 +47,13 @@ TEST_F(DueDates, ANewTicketsFirstPromiseCountsFromTheLastResult) {
   EXPECT_EQ(sale.InvDueDate.serial(), 0);
 }
 
+TEST_F(DueDates, WhatCountsWithoutSettingTheBaseGoesOnFromTheDateReached) {
+  garment(101);
+  invoice.setAllDepartmentDueDates("12/8/2026");
+  invoice.deleteItem(1);
+  EXPECT_EQ(invoiceDue(), "12/11/2026") << "the store's three days after Tuesday the 8th";
+}
+
 TEST_F(DueDates, ByHandForOneDepartment) {
   garment(101);
   garment(102);
@@ -63,6 +70,9 @@ TEST_F(DueDates, ByHandForOneDepartment) {
   EXPECT_EQ(invoice.getDeptDaysToProcess("").toLong(), 7);
   EXPECT_EQ(invoice.getDeptIDDaysToProcess(2).toLong(), 2);
   EXPECT_TRUE(filterIsClear());
+  invoice.lineItems->setFilter("lineNumber=3");
+  invoice.lineItems->setValue(dueDate, Variant::null());
+  EXPECT_EQ(invoice.getDeptIDDaysToProcess(2).toLong(), 0) << "a garment without a date";
 }
 
 TEST_F(DueDates, AnEarlierDateMovesTheTicketBack) {

@@ -38,8 +38,10 @@ Date Invoice::dueDateForDays(const Variant& days) {
 }
 
 std::int32_t Invoice::daysUntilDate(Date target) {
-  apartment_->store.dueDateBase = createdDate;
-  return ondrel::daysUntilDate(apartment_->store.calendar, createdDate, target);
+  const std::int32_t days = ondrel::daysUntilDate(apartment_->store.calendar, createdDate, target);
+  // What counts next without setting the base goes on from the date that was reached.
+  dueDateForDays(days);
+  return days;
 }
 
 Variant Invoice::getAdditionalDeptDays(Variant& departmentID) {
@@ -104,7 +106,7 @@ Variant Invoice::getDeptIDDaysToProcess(const Variant& deptID) {
   if (!lines->eof()) {
     std::int32_t days = -1;
     for (; !lines->eof(); lines->moveNext())
-      if (!lines->isNull(dueDate)) days = std::max(days, daysUntilDate(lines->date(dueDate)));
+      days = std::max(days, lines->isNull(dueDate) ? 0 : daysUntilDate(lines->date(dueDate)));
     return days;
   }
   if (hasRememberedDeptDays(deptID)) return rememberedDeptDays(deptID);
@@ -195,8 +197,12 @@ void Invoice::forgetDeptDays(const Variant& department) {
 }
 
 bool Invoice::hasRememberedDeptDays(const Variant& department) const {
-  if (!department.isNumeric() || department.joined().empty()) return false;
-  return pendingDeptDays_->exists(department.toLong());
+  // Whatever is no department id has none.
+  try {
+    return !department.joined().empty() && pendingDeptDays_->exists(department.toLong());
+  } catch (const Error&) {
+    return false;
+  }
 }
 
 Variant Invoice::rememberedDeptDays(const Variant& department) const {

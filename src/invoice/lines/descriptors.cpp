@@ -40,7 +40,7 @@ void Invoice::addDescriptor(const Variant& parent, const Variant& name, const Va
           "descriptorgroup on descriptor.descriptorgroupid = descriptorgroup.descriptorgroupid  where "
           "descriptorgroup.type = '{}' and descriptor.name = '{}'",
           escapeSqlValue(group.joined()), escapeSqlValue(name.joined())));
-  if (!findLine(parent)) return lineItems->clearFilter();
+  if (!findLine(parent)) return;
   addDescriptorLine(parent, name, group, pieces);
   recalculatePrepay();
 }
