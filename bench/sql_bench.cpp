@@ -217,7 +217,7 @@ void takeApart(benchmark::State& state) {
   const std::string text = firstShape(state);
   for (auto _ : state) {
     shape.assign(text);
-    benchmark::DoNotOptimize(shape.key.data());
+    benchmark::DoNotOptimize(shape.key().data());
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }

@@ -161,12 +161,12 @@ RecordsetRef Session::run(std::string_view sql, bool fetch) {
 
 Session::Prepared& Session::prepare(std::string_view sql) {
   shape_.assign(sql);
-  const auto found = prepared_.find(shape_.key);
-  Prepared* prepared = found == prepared_.end() ? &enter(shape_.key, sql) : found->second.get();
+  const auto found = prepared_.find(shape_.key());
+  Prepared* prepared = found == prepared_.end() ? &enter(shape_.key(), sql) : found->second.get();
   if (!prepared->translation.fixedLiterals.empty()) {
-    fixedKey_ = shape_.key;
+    fixedKey_ = shape_.key();
     for (const int literal : prepared->translation.fixedLiterals)
-      fixedKey_.append(shape_.literals[static_cast<size_t>(literal)].text)
+      fixedKey_.append(shape_.literals()[static_cast<size_t>(literal)].text)
           .append(1, StatementShape::kTextMark);
     const auto fixed = prepared_.find(fixedKey_);
     prepared = fixed == prepared_.end() ? &enter(fixedKey_, sql) : fixed->second.get();
@@ -175,7 +175,7 @@ Session::Prepared& Session::prepare(std::string_view sql) {
   return *prepared;
 }
 
-Session::Prepared& Session::enter(std::string key, std::string_view sql) {
+Session::Prepared& Session::enter(std::string_view key, std::string_view sql) {
   auto prepared = std::make_unique<Prepared>();
   const std::shared_ptr<const Schema> schema = database_.schema();
   prepared->translation = translate(sql, *schema);
@@ -195,7 +195,7 @@ Session::Prepared& Session::enter(std::string key, std::string_view sql) {
   }
   trim();
   prepared->lastUse = ++uses_;
-  auto& place = prepared_[std::move(key)];
+  auto& place = prepared_[std::string(key)];
   place = std::move(prepared);
   return *place;
 }
@@ -211,39 +211,46 @@ void Session::trim() {
 }
 
 void Session::bind(const Prepared& prepared) {
-  int index = 0;
-  for (const BoundLiteral& parameter : prepared.translation.parameters)
-    bindParameter(prepared.statement.get(), ++index, parameter);
+  const std::vector<BoundLiteral>& parameters = prepared.translation.parameters;
+  if (texts_.size() < parameters.size()) texts_.resize(parameters.size());
+  for (size_t k = 0; k < parameters.size(); ++k) bindParameter(prepared.statement.get(), k, parameters[k]);
 }
 
-// A text that stands in the statement is bound where it stands; one that a conversion makes is copied.
-void Session::bindParameter(sqlite3_stmt* statement, int index, const BoundLiteral& parameter) {
-  const Token& literal = shape_.literals[static_cast<size_t>(parameter.literal)];
+// A text is bound where it stands: in the statement, or in a text of the session when a conversion made it.
+void Session::bindParameter(sqlite3_stmt* statement, size_t index, const BoundLiteral& parameter) {
+  const Token& literal = shape_.literals()[static_cast<size_t>(parameter.literal)];
   const Conversion kind = parameter.conversion.kind;
   const bool asText =
       literal.kind == TokenKind::Text || kind == Conversion::ToText || kind == Conversion::CutText;
+  std::string& made = texts_[index];
   std::string plain;
-  if (literal.doubled) plain = unquoted(literal);
-  SqlValue value = asText ? SqlValue::of(literal.doubled ? std::string_view(plain) : literal.text)
-                          : numberValue(literal.text);
-  if (kind != Conversion::None) value = converted(value, parameter.conversion, buffer_);
+  SqlValue value;
+  if (!asText) {
+    value = numberValue(literal.text);
+  } else if (!literal.doubled) {
+    value = SqlValue::of(literal.text);
+  } else {
+    (kind == Conversion::None ? made : plain) = unquoted(literal);
+    value = SqlValue::of(std::string_view(kind == Conversion::None ? made : plain));
+  }
+  if (kind != Conversion::None) value = converted(value, parameter.conversion, made);
+  const int place = static_cast<int>(index) + 1;
   switch (value.kind) {
     case SqlValue::Kind::Null:
-      sqlite3_bind_null(statement, index);
+      sqlite3_bind_null(statement, place);
       return;
     case SqlValue::Kind::Integer:
-      sqlite3_bind_int64(statement, index, value.integer);
+      sqlite3_bind_int64(statement, place, value.integer);
       return;
     case SqlValue::Kind::Real:
-      sqlite3_bind_double(statement, index, value.real);
+      sqlite3_bind_double(statement, place, value.real);
       return;
     case SqlValue::Kind::Text:
       break;
   }
-  const bool stands = value.text.data() >= literal.text.data() &&
-                      value.text.data() <= literal.text.data() + literal.text.size();
-  sqlite3_bind_text(statement, index, value.text.data(), static_cast<int>(value.text.size()),
-                    stands ? SQLITE_STATIC : SQLITE_TRANSIENT);
+  if (!plain.empty() && value.text.data() == plain.data())
+    value = SqlValue::of(std::string_view(made = value.text));
+  sqlite3_bind_text(statement, place, value.text.data(), static_cast<int>(value.text.size()), SQLITE_STATIC);
 }
 
 RecordsetRef Session::step(Prepared& prepared, bool fetch) {

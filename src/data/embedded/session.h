@@ -65,13 +65,17 @@ class Session {
 
  private:
   struct Prepared;
+  struct KeyHash {
+    using is_transparent = void;
+    size_t operator()(std::string_view key) const { return std::hash<std::string_view>()(key); }
+  };
   class Call;
 
   Prepared& prepare(std::string_view sql);
-  Prepared& enter(std::string key, std::string_view sql);
+  Prepared& enter(std::string_view key, std::string_view sql);
   void trim();
   void bind(const Prepared& prepared);
-  void bindParameter(sqlite3_stmt* statement, int index, const BoundLiteral& parameter);
+  void bindParameter(sqlite3_stmt* statement, size_t index, const BoundLiteral& parameter);
   RecordsetRef step(Prepared& prepared, bool fetch);
   RecordsetRef fetchRows(Prepared& prepared);
   RecordsetRef call(const Translation& translation, bool fetch);
@@ -83,8 +87,8 @@ class Session {
   FunctionContext context_;
   StatementShape shape_;
   std::string fixedKey_;
-  std::string buffer_;
-  std::unordered_map<std::string, std::unique_ptr<Prepared>> prepared_;
+  std::unordered_map<std::string, std::unique_ptr<Prepared>, KeyHash, std::equal_to<>> prepared_;
+  std::vector<std::string> texts_;  // of the parameters, for as long as a statement runs
   std::uint64_t uses_ = 0;
   bool definedInTransaction_ = false;
   int timeoutSeconds_ = 0;

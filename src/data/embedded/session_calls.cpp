@@ -53,7 +53,7 @@ std::vector<Variant> Session::callArguments(const Translation& translation) cons
       result.push_back(Variant::null());
       continue;
     }
-    const Token& literal = shape_.literals[static_cast<size_t>(argument.literal)];
+    const Token& literal = shape_.literals()[static_cast<size_t>(argument.literal)];
     const SqlValue number = numberValue(literal.text);
     const int sign = argument.negative ? -1 : 1;
     if (literal.kind == TokenKind::Text)

@@ -79,6 +79,12 @@ SqlValue toInteger(const SqlValue& value, const ColumnType& target) {
   return result.kind == SqlValue::Kind::Real ? SqlValue::of(static_cast<std::int64_t>(number)) : result;
 }
 
+// The common case of an int column.
+bool isPlainInt(const SqlValue& value, const ColumnType& target) {
+  return value.kind == SqlValue::Kind::Integer && target.type == SqlType::Int &&
+         value.integer == static_cast<std::int32_t>(value.integer);
+}
+
 SqlValue toBit(const SqlValue& value, const ColumnType& target) {
   if (value.kind == SqlValue::Kind::Text) {
     if (sameWord(trim(value.text), "true")) return SqlValue::of(std::int64_t{1});
@@ -177,6 +183,7 @@ SqlValue numberValue(std::string_view digits) {
 
 SqlValue converted(const SqlValue& value, const ValueConversion& conversion, std::string& buffer) {
   if (value.isNull()) return value;
+  if (conversion.kind == Conversion::ToInteger && isPlainInt(value, conversion.target)) return value;
   constexpr int kMoneyDecimals = 4;
   const ColumnType& target = conversion.target;
   switch (conversion.kind) {

@@ -92,7 +92,7 @@ TEST(Translation, ValuesAreNotPartOfTheShape) {
   const auto shapeOf = [](std::string_view statement) {
     StatementShape shape;
     shape.assign(statement);
-    return shape.key;
+    return std::string(shape.key());
   };
   EXPECT_EQ(shapeOf("select a from t where b = 1 and c = 'x'"),
             shapeOf("select a  from t where b=-2.5 and c='O''Brien' -- x"));
