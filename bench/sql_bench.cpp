@@ -29,13 +29,16 @@ constexpr const char* kInsertColumns =
     "daysToProcess, dueDate, priceLater, promptResponse, redo, prepaydiscount, invoicenumber, pickedup, heatseal) VALUES(";
 
 std::string insertText(int line) {
-  return fmt::format("{}{},{},5,5,-1,{},1,'Dry Cleaning','IT',12,0,'Men''s Suit',12.50,12.50,1,12.50,8.25,0.00,12.50, "
-                     "'No crease',1,2.00, NULL,2,3,'11/27/2026 5:00:00 PM', 0, 'Yes', 0, 0.5,'A1001',0, NULL)",
-                     kInsertColumns, 900000 + line / 100, line, line);
+  return fmt::format(
+      "{}{},{},5,5,-1,{},1,'Dry Cleaning','IT',12,0,'Men''s Suit',12.50,12.50,1,12.50,8.25,0.00,12.50, "
+      "'No crease',1,2.00, NULL,2,3,'11/27/2026 5:00:00 PM', 0, 'Yes', 0, 0.5,'A1001',0, NULL)",
+      kInsertColumns, 900000 + line / 100, line, line);
 }
 
 std::string readText(int ticket) {
-  return fmt::format("select ticketnumber, invoicenumber, amountPaid, nettotal from ticket where ticketnumber = '{}'", ticket);
+  return fmt::format(
+      "select ticketnumber, invoicenumber, amountPaid, nettotal from ticket where ticketnumber = '{}'",
+      ticket);
 }
 
 // A file with a thousand tickets, a page on it, and a handle of the bare engine beside it.
@@ -47,8 +50,11 @@ struct Store {
     page.DBConnectionString = embeddedConnectionString(path.string());
     openTransaction(page);
     for (int k = 0; k < 1000; ++k)
-      executeInTransaction(page, fmt::format("insert into Ticket (ticketNumber, invoiceNumber, amountPaid, netTotal, createdDate) "
-                                             "values ({}, 'A{}', 1.5, 20.25, getdate())", 500000 + k, k));
+      executeInTransaction(
+          page,
+          fmt::format("insert into Ticket (ticketNumber, invoiceNumber, amountPaid, netTotal, createdDate) "
+                      "values ({}, 'A{}', 1.5, 20.25, getdate())",
+                      500000 + k, k));
     commitTransaction(page);
     sqlite3_open(path.c_str(), &handle);
     registerFunctions(handle, context);
@@ -60,7 +66,8 @@ struct Store {
   }
   sqlite3_stmt* prepare(const std::string& sql) const {
     sqlite3_stmt* statement = nullptr;
-    if (sqlite3_prepare_v2(handle, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK) throw std::runtime_error(sqlite3_errmsg(handle));
+    if (sqlite3_prepare_v2(handle, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK)
+      throw std::runtime_error(sqlite3_errmsg(handle));
     return statement;
   }
   static Store& instance() {
@@ -114,7 +121,8 @@ void readOneRow(benchmark::State& state) {
 BENCHMARK(readOneRow);
 
 void readThousandRowsBare(benchmark::State& state) {
-  sqlite3_stmt* statement = Store::instance().prepare("select ticketNumber, invoiceNumber, createdDate from Ticket where ticketNumber >= ?");
+  sqlite3_stmt* statement = Store::instance().prepare(
+      "select ticketNumber, invoiceNumber, createdDate from Ticket where ticketNumber >= ?");
   for (auto _ : state) {
     sqlite3_bind_int64(statement, 1, 500000);
     while (sqlite3_step(statement) == SQLITE_ROW) {
@@ -131,8 +139,9 @@ BENCHMARK(readThousandRowsBare);
 void readThousandRows(benchmark::State& state) {
   Store& store = Store::instance();
   for (auto _ : state)
-    benchmark::DoNotOptimize(
-        queryDatabase(store.page, "select ticketNumber, invoiceNumber, createdDate from Ticket where ticketNumber >= 500000"));
+    benchmark::DoNotOptimize(queryDatabase(
+        store.page,
+        "select ticketNumber, invoiceNumber, createdDate from Ticket where ticketNumber >= 500000"));
 }
 BENCHMARK(readThousandRows);
 
@@ -150,15 +159,33 @@ void insertLinesBare(benchmark::State& state) {
     for (int k = 0; k < kLines; ++k) {
       for (int column = 1; column <= static_cast<int>(translation.parameters.size()); ++column) {
         switch (column) {
-          case 8: sqlite3_bind_text(statement, column, "Dry Cleaning", -1, SQLITE_STATIC); break;
-          case 9: sqlite3_bind_text(statement, column, "IT", -1, SQLITE_STATIC); break;
-          case 12: sqlite3_bind_text(statement, column, "Men's Suit", -1, SQLITE_STATIC); break;
-          case 20: sqlite3_bind_text(statement, column, "No crease", -1, SQLITE_STATIC); break;
-          case 25: sqlite3_bind_text(statement, column, "2026-11-27 17:00:00", -1, SQLITE_STATIC); break;
-          case 13: case 14: case 16: case 17: case 18: case 19: case 22: case 29:
+          case 8:
+            sqlite3_bind_text(statement, column, "Dry Cleaning", -1, SQLITE_STATIC);
+            break;
+          case 9:
+            sqlite3_bind_text(statement, column, "IT", -1, SQLITE_STATIC);
+            break;
+          case 12:
+            sqlite3_bind_text(statement, column, "Men's Suit", -1, SQLITE_STATIC);
+            break;
+          case 20:
+            sqlite3_bind_text(statement, column, "No crease", -1, SQLITE_STATIC);
+            break;
+          case 25:
+            sqlite3_bind_text(statement, column, "2026-11-27 17:00:00", -1, SQLITE_STATIC);
+            break;
+          case 13:
+          case 14:
+          case 16:
+          case 17:
+          case 18:
+          case 19:
+          case 22:
+          case 29:
             sqlite3_bind_double(statement, column, 12.5);
             break;
-          default: sqlite3_bind_int64(statement, column, line + k);
+          default:
+            sqlite3_bind_int64(statement, column, line + k);
         }
       }
       if (sqlite3_step(statement) != SQLITE_DONE) state.SkipWithError(sqlite3_errmsg(store.handle));

@@ -13,6 +13,7 @@ std::unique_ptr<Session> Database::borrow() {
     if (!idle_.empty()) {
       std::unique_ptr<Session> session = std::move(idle_.back());
       idle_.pop_back();
+      session->useSchema(schema_);
       return session;
     }
   }
@@ -20,6 +21,7 @@ std::unique_ptr<Session> Database::borrow() {
   const std::scoped_lock guard(mutex_);
   if (!schemaRead_) schema_ = readSchema(session->handle(), file_.path);
   schemaRead_ = true;
+  session->useSchema(schema_);
   return session;
 }
 

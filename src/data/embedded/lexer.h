@@ -93,7 +93,7 @@ constexpr bool continuesWord(char c) {
 
 }  // namespace lexer_detail
 
-inline Token Lexer::next() {
+[[gnu::always_inline]] inline Token Lexer::next() {
   skipBlanks();
   const size_t start = position_;
   if (start >= text_.size()) return take(TokenKind::End, text_.size(), text_.size());
@@ -119,7 +119,7 @@ inline Token Lexer::next() {
   }
 }
 
-inline void Lexer::skipBlanks() {
+[[gnu::always_inline]] inline void Lexer::skipBlanks() {
   while (position_ < text_.size()) {
     const char c = text_[position_];
     if (lexer_detail::classOf(c) == lexer_detail::CharClass::Blank) {
@@ -137,7 +137,7 @@ inline void Lexer::skipBlanks() {
   }
 }
 
-inline Token Lexer::take(TokenKind kind, size_t start, size_t end) {
+[[gnu::always_inline]] inline Token Lexer::take(TokenKind kind, size_t start, size_t end) {
   position_ = end;
   valueExpected_ = false;
   Token token;
@@ -155,7 +155,7 @@ inline Token Lexer::takeWord(size_t start) {
   return take(c == '@' ? TokenKind::Variable : TokenKind::Word, start, end);
 }
 
-inline Token Lexer::takeNumber(size_t start) {
+[[gnu::always_inline]] inline Token Lexer::takeNumber(size_t start) {
   const auto digits = [&](size_t at) {
     while (at < text_.size() && isDigit(text_[at])) ++at;
     return at;
@@ -169,7 +169,7 @@ inline Token Lexer::takeNumber(size_t start) {
   return take(TokenKind::Number, start, end);
 }
 
-inline Token Lexer::takeText(size_t start) {
+[[gnu::always_inline]] inline Token Lexer::takeText(size_t start) {
   bool doubled = false;
   size_t end = text_.find('\'', start + 1);
   while (end != std::string_view::npos && end + 1 < text_.size() && text_[end + 1] == '\'') {
@@ -191,7 +191,7 @@ inline Token Lexer::takeEnclosed(size_t start, char close) {
   return token;
 }
 
-inline Token Lexer::takeSymbol(size_t start) {
+[[gnu::always_inline]] inline Token Lexer::takeSymbol(size_t start) {
   const char c = text_[start];
   const char after = start + 1 < text_.size() ? text_[start + 1] : '\0';
   if (c == '.' && isDigit(after)) return takeNumber(start);

@@ -13,6 +13,7 @@
 namespace ondrel {
 namespace {
 
+constexpr int kNoLimitSeconds = 14 * 86'400;  // what a time limit of 0 comes to: two weeks
 constexpr size_t kKeptShapes = 1000;
 constexpr int kStepsBetweenChecks = 50'000;  // of the engine, before the clock is looked at
 
@@ -130,8 +131,13 @@ void Session::lend(std::shared_ptr<Clock> clock, int timeoutSeconds) {
 void Session::setTimeout(int seconds) {
   if (seconds == timeoutSeconds_) return;
   constexpr int kMillisecondsPerSecond = 1000;
-  timeoutSeconds_ = seconds;
-  sqlite3_busy_timeout(handle_, seconds * kMillisecondsPerSecond);
+  timeoutSeconds_ = seconds > 0 ? seconds : kNoLimitSeconds;
+  sqlite3_busy_timeout(handle_, timeoutSeconds_ * kMillisecondsPerSecond);
+}
+
+void Session::useSchema(const std::shared_ptr<const Schema>& schema) {
+  if (schema_ != schema) forgetStatements();
+  schema_ = schema;
 }
 
 void Session::forgetStatements() {

@@ -40,6 +40,7 @@ class Session {
 
   // Readies the session for a new borrower.
   void lend(std::shared_ptr<Clock> clock, int timeoutSeconds);
+  // 0 is no limit.
   void setTimeout(int seconds);
 
   // Runs one T-SQL statement. With `fetch` the result is its table, or one that is not open when it has
@@ -58,6 +59,8 @@ class Session {
   // Discards a transaction that is open.
   void rollback();
   bool inTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
+  // Drops what is prepared when the schema is not the one of the last time.
+  void useSchema(const std::shared_ptr<const Schema>& schema);
   // Drops what is prepared: the schema has changed.
   void forgetStatements();
 
@@ -90,6 +93,7 @@ class Session {
   std::unordered_map<std::string, std::unique_ptr<Prepared>, KeyHash, std::equal_to<>> prepared_;
   std::vector<std::string> texts_;  // of the parameters, for as long as a statement runs
   std::uint64_t uses_ = 0;
+  std::shared_ptr<const Schema> schema_;
   bool definedInTransaction_ = false;
   int timeoutSeconds_ = 0;
   std::chrono::steady_clock::time_point deadline_;

@@ -282,21 +282,28 @@ TEST(DatabaseFile, MadeAnewUnderTheSameNameIsAnotherDatabase) {
 TEST(DatabaseFile, IsSharedByProcesses) {
   const Folder folder;
   const std::string path = folder.file("shared.db");
-  createDatabaseFile(path, StoreContents::Empty);
   constexpr int kRows = 20;
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
   const pid_t child = fork();
   if (child == 0) {
+    char mark;
+    if (read(ready[0], &mark, 1) != 1) _exit(1);
     const auto connection = openFile(path, 30);
     for (int k = 0; k < kRows; ++k) addDepartment(*connection, k);
     connection->begin();
     addDepartment(*connection, 999);
     _exit(7);
   }
+  createDatabaseFile(path, StoreContents::Empty);
   const auto connection = openFile(path, 30);
+  ASSERT_EQ(write(ready[1], "x", 1), 1);
   for (int k = 0; k < kRows; ++k) addDepartment(*connection, 100 + k);
   int status = 0;
   waitpid(child, &status, 0);
   EXPECT_EQ(WEXITSTATUS(status), 7);
+  close(ready[0]);
+  close(ready[1]);
   EXPECT_EQ(countOf(*connection, "Department"), 2 * kRows);
   EXPECT_EQ(countOf(*connection, "Department where departmentID = 999"), 0);
 }
