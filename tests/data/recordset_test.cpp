@@ -1,17 +1,18 @@
 #include "data/recordset/recordset.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
 
+#include "base/text.h"
 #include "support/error_of.h"
 
 namespace ondrel {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 enum Lines {
   lineNumber,
@@ -113,6 +114,35 @@ TEST(Recordset, BuiltFieldByFieldAsPagesDo) {
   EXPECT_TRUE(rs->fieldNullable(Column(1)));
   rs->close();
   EXPECT_EQ(errorOf([&] { rs->moveFirst(); }), 3704);
+}
+
+TEST(Recordset, ColumnsAreFoundByName) {
+  const char* names[] = {"id",
+                         "originalUnitPrice",
+                         "originalUnitUnitPrice",
+                         "originalCaseUnitPrice",
+                         "notes",
+                         "note",
+                         "pr\xC3\xA9nom",
+                         "pieces left",
+                         "ID",
+                         ""};
+  RecordsetRef rs = Recordset::create();
+  for (const char* name : names) rs->appendField(name, FieldType::Text);
+  for (int position = 1; position < 8; ++position) {
+    const std::string name = names[position];
+    for (const std::string& form : {name, toLower(name), toUpper(name)})
+      EXPECT_EQ(rs->column(form).index, position) << form;
+  }
+  EXPECT_EQ(rs->column("iD").index, 0);
+  for (const char* name : {"originalunitunitpric", "originalXaseUnitPrice", "note s", "prenom", "i", "id "})
+    EXPECT_FALSE(rs->hasColumn(name)) << name;
+
+  rs->open();
+  const std::string given[] = {"ORIGINALUNITPRICE", "originalUnitUnitPrice", "note", "notes"};
+  const Variant values[] = {"a", "b", "c", "d"};
+  rs->addNew(given, values);
+  EXPECT_EQ(rs->text(Column(1)) + rs->text(Column(2)) + rs->text(Column(5)) + rs->text(Column(4)), "abcd");
 }
 
 TEST(Recordset, UnnamedColumnsOfANewRow) {
@@ -267,27 +297,52 @@ TEST(Recordset, DeleteVisibleRowsKeepsTheOthers) {
 
 TEST(Recordset, RowsDeletedAndAddedManyTimesKeepOrderAndBookmarks) {
   RecordsetRef rs = ticket();
-  rs->moveLast();
-  const Variant charge = rs->bookmark();
   RecordsetRef walker = rs->clone();
-  walker->moveNext();
+  std::vector<Variant> marks;
   for (int round = 0; round < 100; ++round) {
     rs->addNew({{lineNumber, 100 + round}, {itemType, "TA"}});
     rs->addNew({{lineNumber, 300 + round}, {itemType, "SU"}});
+    marks.push_back(rs->bookmark());
     rs->setFilter("itemType='TA'");
     rs->deleteVisibleRows();
+    if (round != 50) continue;
+    walker->setFilter("itemType='SU'");
+    walker->moveLast();
+    walker->movePrevious();
   }
-  EXPECT_EQ(walker->integer(lineNumber), 2);
+  EXPECT_EQ(walker->integer(lineNumber), 349);
   walker->moveNext();
-  EXPECT_EQ(walker->integer(lineNumber), 3);
+  EXPECT_EQ(walker->integer(lineNumber), 350);
   rs->setFilter(0);
-  rs->setBookmark(charge);
-  EXPECT_EQ(rs->integer(lineNumber), 5);
-  rs->moveNext();
-  EXPECT_EQ(rs->integer(lineNumber), 300);
-  rs->moveLast();
-  EXPECT_EQ(rs->integer(lineNumber), 399);
-  EXPECT_EQ(rs->recordCount(), 105);
+  for (int round = 0; round < 100; ++round) {
+    rs->setBookmark(marks[static_cast<size_t>(round)]);
+    EXPECT_EQ(rs->integer(lineNumber), 300 + round);
+  }
+  rs->moveFirst();
+  EXPECT_EQ(rest(*rs).size(), 105U);
+}
+
+TEST(Recordset, RowsDeletedThroughACloneAroundAWalk) {
+  const auto gone = [](Recordset& clone, int line) {
+    clone.setFilter(fmt::format("lineNumber={}", line));
+    clone.deleteRow();
+  };
+  for (const char* sort : {"", "lineNumber"}) {
+    RecordsetRef rs = ticket();
+    RecordsetRef clone = rs->clone();
+    rs->setSort(sort);
+    rs->moveNext();
+    rs->moveNext();
+    gone(*clone, 1);
+    EXPECT_EQ(rs->integer(lineNumber), 3);
+    rs->moveNext();
+    EXPECT_EQ(rs->integer(lineNumber), 4);
+    gone(*clone, 3);
+    gone(*clone, 5);
+    rs->movePrevious();
+    EXPECT_EQ(rs->integer(lineNumber), 2);
+    EXPECT_THAT(rest(*rs), ElementsAre(2, 4));
+  }
 }
 
 TEST(Recordset, ClonesShareRowsOnly) {
