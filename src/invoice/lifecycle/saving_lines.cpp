@@ -25,22 +25,21 @@ std::string quoted(const Recordset& line, Column column) {
   return "'" + escapeSql(line.text(column)) + "'";
 }
 
+constexpr std::string_view kLineInsert =
+    "INSERT INTO TicketLineItem(ticketNumber, lineItemNumber,  createdByEmployeeID, lastModifiedByEmployeeID,  "
+    "parentLineNumber, displaySequence, departmentID,  departmentName, ticketLineType, lineItemID, saleOnly,  "
+    "lineItemName, originalUnitPrice, unitPrice, quantity,  lineItemTotal, totalTaxPercent, "
+    "totalSurchargePercent,  lineItemTaxableAmount, itemNotes,  outsideService, totalUpchargeAmount, "
+    "chargeTaxCode, packagedQuantity, daysToProcess, dueDate, priceLater, promptResponse, redo, "
+    "prepaydiscount, invoicenumber, pickedup, heatseal) VALUES(";
+
 // The statement that stores a line. Of the values a Null that stands bare goes out as NULL, a Null date as
 // the empty text.
 std::string lineInsertText(const Recordset& line, std::int32_t ticket, std::int32_t employee) {
   const bool isGarment = line.text(itemType) == kind::garment;
   const bool hasUpcharges = isGarment && !line.isNull(upchargeTotal);
   const std::int32_t number = line.integer(lineNumber);
-  std::string text =
-      "INSERT INTO TicketLineItem(ticketNumber, lineItemNumber,  createdByEmployeeID, "
-      "lastModifiedByEmployeeID,  "
-      "parentLineNumber, displaySequence, departmentID,  departmentName, ticketLineType, lineItemID, "
-      "saleOnly,  "
-      "lineItemName, originalUnitPrice, unitPrice, quantity,  lineItemTotal, totalTaxPercent, "
-      "totalSurchargePercent,  lineItemTaxableAmount, itemNotes,  outsideService, totalUpchargeAmount, "
-      "chargeTaxCode, packagedQuantity, daysToProcess, dueDate, priceLater, promptResponse, redo, "
-      "prepaydiscount, "
-      "invoicenumber, pickedup, heatseal) VALUES(";
+  std::string text(kLineInsert);
   const auto end = std::back_inserter(text);
   fmt::format_to(end, "{},{},{},{},{},{},{}", ticket, number, employee, employee,
                  line.integer(parentLineNumber), number, sqlNumber(line.value(deptId)));
