@@ -3,8 +3,10 @@
 #include <fmt/format.h>
 #include <sys/stat.h>
 
+#include <chrono>
 #include <map>
 #include <mutex>
+#include <unordered_map>
 #include <utility>
 
 #include "data/embedded/embedded_store.h"
@@ -41,9 +43,19 @@ void readTexts(sqlite3* handle, const std::string& path, const char* sql, Take t
 // same name is another database.
 using FileKey = std::pair<dev_t, ino_t>;
 
+// A file under the name by which connections ask for it. For a moment after it was looked up on the disk
+// the name is trusted: a page opens a connection for every read.
+struct NamedFile {
+  static constexpr std::chrono::milliseconds kTrusted{10};
+
+  DatabaseRef database;
+  std::chrono::steady_clock::time_point lookedUp;
+};
+
 struct Registry {
   std::mutex mutex;
   std::map<FileKey, DatabaseRef> files;
+  std::unordered_map<std::string, NamedFile> names;
   std::map<std::string, DatabaseRef, std::less<>> memory;
 };
 
@@ -64,25 +76,34 @@ DatabaseRef memoryDatabase(const std::string& name) {
   return memoryDatabase(name);
 }
 
-}  // namespace
-
-DatabaseRef findDatabase(const std::string& name) {
-  if (name == kMemoryPrefix) return memoryDatabase(std::string(kProcessStore));
-  if (name.starts_with(kMemoryPrefix)) return memoryDatabase(name);
+DatabaseRef databaseOnDisk(Registry& known, const std::string& name) {
   struct stat status {};
   if (::stat(name.c_str(), &status) != 0)
     failOpen(name, "the file does not exist; \"ondrel db create\" makes one");
   if (!S_ISREG(status.st_mode)) failOpen(name, "it is not a file");
-  Registry& known = registry();
-  const std::scoped_lock guard(known.mutex);
   DatabaseRef& database = known.files[{status.st_dev, status.st_ino}];
   if (!database || !database->isKnown()) database = std::make_shared<Database>(DatabaseFile{name, nullptr});
   return database;
 }
 
+}  // namespace
+
+DatabaseRef findDatabase(const std::string& name) {
+  if (name == kMemoryPrefix) return memoryDatabase(std::string(kProcessStore));
+  if (name.starts_with(kMemoryPrefix)) return memoryDatabase(name);
+  Registry& known = registry();
+  const std::scoped_lock guard(known.mutex);
+  NamedFile& named = known.names[name];
+  const auto now = std::chrono::steady_clock::now();
+  if (!named.database || !named.database->isKnown() || now - named.lookedUp > NamedFile::kTrusted)
+    named = {databaseOnDisk(known, name), now};
+  return named.database;
+}
+
 void forgetDatabaseFile(const std::string& path) {
   Registry& known = registry();
   const std::scoped_lock guard(known.mutex);
+  known.names.erase(path);
   std::erase_if(known.files, [&](const auto& entry) { return entry.second->file().path == path; });
 }
 

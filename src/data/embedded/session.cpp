@@ -277,6 +277,7 @@ RecordsetRef Session::fetchRows(Prepared& prepared) {
   const std::vector<OutputColumn>& columns = prepared.translation.columns;
   std::vector<ColumnSpec> layout;
   std::vector<Variant> cells;
+  cells.reserve(columns.size());
   int code = 0;
   while ((code = sqlite3_step(statement)) == SQLITE_ROW)
     for (size_t k = 0; k < columns.size(); ++k)

@@ -14,6 +14,7 @@ RecordsetRef Recordset::create() {
 
 RecordsetRef Recordset::create(std::span<const ColumnSpec> layout) {
   RecordsetRef result = create();
+  result->table_->reserveColumns(layout.size());
   for (const ColumnSpec& column : layout)
     result->table_->addColumn(column.name, column.type, column.size, column.nullable);
   result->open();

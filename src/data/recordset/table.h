@@ -25,6 +25,7 @@ class Table {
   static constexpr size_t kBlock = 16;
 
   void addColumn(std::string_view name, FieldType type, int size, bool nullable);
+  void reserveColumns(size_t count) { columns_.reserve(count); }
   int columnCount() const { return columnCount_; }
   const ColumnStore& column(int index) const { return columns_[static_cast<size_t>(index)]; }
   ColumnStore& column(int index) { return columns_[static_cast<size_t>(index)]; }
