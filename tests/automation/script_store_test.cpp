@@ -67,6 +67,18 @@ TEST_F(StoreScriptTest, TablesAreBuiltAndReadByName) {
             "2 2 false 1\n3\n9 tie\n1\n0\n");
 }
 
+TEST_F(StoreScriptTest, APageCannotTakeAwayTheTablesOfAnInvoice) {
+  EXPECT_EQ(printed(R"(
+    var invoice = CreateObject("OndrelCorpComponents.invoice");
+    function refused(name, value) { try { invoice[name] = value; print("taken"); } catch (e) { print(name, e.number); } }
+    refused("lineItems", null);
+    refused("ticketLogItems", null);
+    refused("lineItems", invoice.ticketLogItems);
+    refused("lineItems", CreateObject("OndrelCorpComponents.invoice").lineItems);
+    try { invoice.getLineItemTotalDiscountable(null); } catch (e) { print(e.number); })"),
+            "lineItems 91\nticketLogItems 91\nlineItems 3001\ntaken\n91\n");
+}
+
 TEST_F(StoreScriptTest, TableErrorsCarryTheirNumbers) {
   const std::string build =
       "var rs = CreateObject('adodb.recordset'); rs.Fields.Append('n', 3); rs.Open(); rs.AddNew(['n'], [1]);";

@@ -51,6 +51,18 @@ TEST_F(ReferralTest, CreditsWholeStepsUpToTheLimit) {
   EXPECT_EQ(toDate(9), "18.9");
 }
 
+// 8.03 and 1.97 are 10.00 to the cent, though not 3.03 and 1.97 in double precision.
+TEST_F(ReferralTest, AStepReachedToTheCentCounts) {
+  execute("update customerreferral set amountToDate = 8.03 where customersequencenumber = 9");
+  begin(9).referralQualified = true;
+  item(301, 1);
+  invoice().overRidePrice(19.7, 1);
+  finish();
+  invoice().saveInvoice("add", 1, 1, "0", "Dora Quill", Variant(), true);
+  EXPECT_EQ(credits().size(), 1u);
+  EXPECT_EQ(toDate(9), "10");
+}
+
 TEST_F(ReferralTest, NoneAfterTheDaysOrForOtherCustomers) {
   save(17, 301, 5);
   save(1, 301, 5);

@@ -250,6 +250,10 @@ void Resolver::resolveCall(Expression& node) {
   if (count < row.least || count > row.most || (row.takesPart && findDatePart(node.qualifier) < 0))
     fail(node.token);
   node.type = ruleType(row, node.operands);
+  // Money is exact on a server: a sum must not carry the tail of binary fractions.
+  if (row.name == "sum" && node.type.category == Category::Number &&
+      node.type.declared.type == SqlType::Money)
+    node.conversion = {Conversion::ToMoney, {SqlType::Money}};
   for (size_t k = 0; k < node.operands.size(); ++k) {
     Expression& operand = *node.operands[k];
     switch (row.arguments[std::min(k, row.arguments.size() - 1)]) {

@@ -42,11 +42,11 @@ bool Invoice::isDeliveryDay(const Variant& customerSeq, int dayIndex, bool route
           ? fmt::format(
                 " select id from customerdelivery where customersequencenumber = '{}' and {} in (1, "
                 "3)  and active = 1 ",
-                customerSeq.joined(), kCustomerDays[day])
+                escapeSqlValue(customerSeq.joined()), kCustomerDays[day])
           : fmt::format(
                 " select 1 from customer  inner join route on customer.routenumber = "
                 "route.routenumber  where customer.customersequencenumber = '{}' and route.{} = 1",
-                customerSeq.joined(), kRouteDays[day]);
+                escapeSqlValue(customerSeq.joined()), kRouteDays[day]);
   return !queryDatabase(*apartment_, sql)->eof();
 }
 

@@ -41,8 +41,8 @@ void Invoice::removeRushUpcharges() {
   const RecordsetRef tiers = queryDatabase(
       *apartment_, fmt::format(" select * from rushupcharge where storeid = '{}'", storeNumber));
   for (; !tiers->eof(); tiers->moveNext()) {
-    const std::string filter =
-        fmt::format("itemType='UP' and itemName = '{}'", tiers->value("upchargeName").joined());
+    const std::string filter = fmt::format("itemType='UP' and itemName = '{}'",
+                                           escapeSqlValue(tiers->value("upchargeName").joined()));
     takeBackUpcharges(filter);
     deleteFilteredLines(filter);
   }

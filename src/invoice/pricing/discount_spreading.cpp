@@ -34,7 +34,8 @@ struct Spread {
   // The part of a garment's share that falls on the garment itself rather than on its children.
   double ownPart(double share, double price, double pieces, const Recordset& line) const {
     if (price <= 0) return 0;
-    if (!perUnit) return rounded(share * (line.number(lineItemTotal) / price));
+    const double own = line.number(lineItemTotal);
+    if (!perUnit) return offer->rounded ? ondrel::round2(share * own / price, 2) : share * (own / price);
     return pieces != 0 ? rounded(share * (line.value(quantity).toDouble() / pieces)) : 0;
   }
 };

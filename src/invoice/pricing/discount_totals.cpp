@@ -73,6 +73,7 @@ Invoice::Totals Invoice::getDeptDiscountTotals(const Variant& department, bool c
 }
 
 Variant Invoice::getLineItemTotalDiscountable(const RecordsetRef& rs, const Variant& discountFilter) {
+  if (!rs) throw Error(ErrorNumber::ObjectNotSet, className(), "Object variable not set: rs");
   double total = rs->number(lineItemTotal);
   const int asked = discountFilter.toLong();
   const bool withChildren = ((asked & kCouponable) && rs->flag(couponable)) ||

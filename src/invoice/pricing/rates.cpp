@@ -14,7 +14,6 @@ using enum LineColumn;
 
 // The store compares text without regard to case and to blanks at the end.
 std::string comparedKey(std::string_view key) {
-  while (key.ends_with(' ')) key.remove_suffix(1);
   return toLower(key);
 }
 
@@ -93,7 +92,7 @@ const std::vector<Rate>& RateTable::of(const std::string& key) const {
 bool GatheredLines::find(const Variant& code, const Variant& department) {
   for (found_ = 0; found_ < places_.size(); ++found_) {
     const Place& place = places_[found_];
-    if (!place.code.identicalTo(code) || !place.deptId.identicalTo(department)) continue;
+    if (!isEqual(place.code, code) || !place.deptId.identicalTo(department)) continue;
     lines_->setBookmark(place.bookmark);
     return true;
   }

@@ -10,8 +10,8 @@ namespace {
 // The money of the whole steps that the ticket crosses: the remainder of the last step counts along.
 double creditFor(double usable, double toDate, double step) {
   if (step <= 0) return 0;
-  const double sinceLastStep = toDate - wholeAmount(toDate / step) * step;
-  return wholeAmount((usable + sinceLastStep) / step) * step;
+  // Added up in this order: taking the steps off first loses cents, and with them whole credits.
+  return wholeAmount((usable + toDate - wholeAmount(toDate / step) * step) / step) * step;
 }
 
 }  // namespace

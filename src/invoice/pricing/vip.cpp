@@ -73,6 +73,7 @@ bool Invoice::spreadVipDiscount(const std::function<double(double)>& discountOf)
   bool earned = false;
   const RecordsetRef garments = lineItems->clone();
   garments->setFilter("itemType='IT'");
+  garments->setSort(lineItems->sort());
   for (; !garments->eof(); garments->moveNext()) {
     if (!garments->flag(VIPDiscountable)) continue;
     earned = true;
@@ -90,7 +91,7 @@ Invoice::Totals Invoice::getVipDiscountableTotals() {
   Totals totals;
   totals.total = sumLines("itemType='IT'", [&](const Recordset& line) {
     if (!line.flag(VIPDiscountable)) return 0.0;
-    totals.count += line.number(quantity);
+    totals.count += line.isNull(quantity) ? 0 : line.number(quantity);
     return linePriceOf(line);
   });
   return totals;
