@@ -1,5 +1,3 @@
-#include <span>
-
 #include "automation/classes/class_tables.h"
 #include "base/text.h"
 #include "invoice/invoice.h"
@@ -9,11 +7,11 @@ namespace {
 
 // A table that every operation works on: a page can put another one of the same layout in its place, but not
 // take it away.
-template <RecordsetRef Invoice::*table>
-Member workingTable(std::string_view name, std::span<const ColumnSpec> layout) {
+template <RecordsetRef Invoice::*table, const auto& layout>
+Member workingTable(std::string_view name) {
   return property(
       name, [](Invoice& invoice) { return invoice.*table; },
-      [layout](Invoice& invoice, const RecordsetRef& value) {
+      [](Invoice& invoice, const RecordsetRef& value) {
         if (!value) throw Error(ErrorNumber::ObjectNotSet, "invoice", "Object variable not set");
         bool fits = value->isOpen() && value->fieldCount() == static_cast<int>(layout.size());
         for (size_t k = 0; fits && k < layout.size(); ++k)
@@ -31,8 +29,8 @@ const ClassTable& invoiceClass() {
   // clang-format off
   static const ClassTable table("invoice", {
       // ---- properties
-      workingTable<&Invoice::lineItems>("lineItems", kLineLayout),
-      workingTable<&Invoice::ticketLogItems>("ticketLogItems", kLogLayout),
+      workingTable<&Invoice::lineItems, kLineLayout>("lineItems"),
+      workingTable<&Invoice::ticketLogItems, kLogLayout>("ticketLogItems"),
       property("currentLineNumber", &Invoice::currentLineNumber),
       property("starchPref", &Invoice::starchPref),
       property("finishPref", &Invoice::finishPref),
@@ -213,7 +211,7 @@ const ClassTable& invoiceClass() {
 
       // ---- saving
       method("isInvoiceEmpty", &Invoice::isInvoiceEmpty),
-      method("saveInvoice", &Invoice::saveInvoice, {{"userAction"}, {"employeeid"}, {"terminal"}, {"onHold"}, {"empName"}, {"storeName"}, {"startTrans"}}),
+      method("saveInvoice", &Invoice::saveInvoice, {{"userAction"}, {"employeeid"}, {"terminalID"}, {"onHold"}, {"empName"}, {"storeName"}, {"startTrans"}}),
       method("cancelDoneOperation", &Invoice::cancelDoneOperation),
 
       // ---- loading

@@ -206,6 +206,7 @@ void Invoice::addGarmentLine(const StoredLines& lines, const LoadStep& step) {
 // Garments, charges and department lines put their department on the list of the invoice.
 void Invoice::loadDepartmentLine(const StoredLines& lines, const LoadStep& step) {
   addStoredLine(lines, step);
+  lineItems->setValue(itemType, step.type);
   if (lineItems->isNull(deptId)) return;
   const std::int32_t department = lineItems->integer(deptId);
   if (isDepartmentLoaded(department)) return;
