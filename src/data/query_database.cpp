@@ -9,7 +9,8 @@ constexpr int kReadTimeoutSeconds = 240;
 
 std::shared_ptr<Connection> newConnection(Apartment& apartment) {
   if (!apartment.connect)
-    throw Error(ErrorNumber::ProviderFailure, "QueryDatabase", "No database driver is available to this program");
+    throw Error(ErrorNumber::ProviderFailure, "QueryDatabase",
+                "No database driver is available to this program");
   return apartment.connect({apartment.DBConnectionString, "", "", apartment.clock});
 }
 
@@ -55,7 +56,8 @@ void executeInTransaction(Apartment& apartment, std::string_view sql) {
 
 RecordsetRef queryInTransaction(Apartment& apartment, std::string_view sql) {
   if (!apartment.sharedConnection)
-    throw Error(ErrorNumber::ObjectClosed, "QueryDatabase", "Operation is not allowed when no transaction is open");
+    throw Error(ErrorNumber::ObjectClosed, "QueryDatabase",
+                "Operation is not allowed when no transaction is open");
   apartment.trace.add(sql);
   return apartment.sharedConnection->query(sql);
 }

@@ -46,7 +46,8 @@ Date passHoliday(const StoreCalendar& calendar, const StoreHoliday& holiday, Dat
   const Date last = first.addDays(holiday.duration - 1);
   int closedHits = 0;
   if (daysBetween(base, first) >= 0 && daysBetween(first, due) >= 0) {
-    for (Date day = daysBetween(last, due) >= 0 ? first : due; daysBetween(day, last) >= 0; day = day.addDays(1)) {
+    for (Date day = daysBetween(last, due) >= 0 ? first : due; daysBetween(day, last) >= 0;
+         day = day.addDays(1)) {
       if (!calendar.isOpen(day)) continue;
       due = due.addDays(1);
       if (!calendar.isOpen(due)) ++closedHits;
@@ -83,7 +84,8 @@ std::int32_t daysUntilDate(const StoreCalendar& calendar, Date base, Date target
   const long long most = std::max<long long>(distance, 0) + std::max(-calendar.cutoffExtraDays, 0) + 1;
   if (most > std::numeric_limits<std::int32_t>::max()) failUnreachable();
   // No count lands further on than this beyond its own days, so smaller counts need no look.
-  const long long first = std::max<long long>(distance - calendar.cutoffExtraDays - longestDelay(calendar), 0);
+  const long long first =
+      std::max<long long>(distance - calendar.cutoffExtraDays - longestDelay(calendar), 0);
   for (auto days = static_cast<std::int32_t>(first); days <= most; ++days)
     if (daysBetween(addStoreDays(calendar, base, days), target) <= 0) return days;
   failUnreachable();
