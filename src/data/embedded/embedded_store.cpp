@@ -160,13 +160,8 @@ void EmbeddedStore::replaceProcedure(std::string_view name, int least, int most,
 
 // ---- files
 
-void createDatabaseFile(const std::string& path, StoreContents contents) {
-  constexpr int kFileAlreadyExists = 58;
-  if (std::filesystem::exists(path))
-    throw Error(static_cast<ErrorNumber>(kFileAlreadyExists), kStoreSource,
-                fmt::format("The file \"{}\" exists already", path));
-  forgetDatabaseFile(path);
-  for (const char* leftOver : {"-wal", "-shm", "-journal"}) std::filesystem::remove(path + leftOver);
+// A file of the table engine without tables, which keeps a log of changes beside it.
+static void makeFile(const std::string& path) {
   sqlite3* handle = nullptr;
   const int code =
       sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
@@ -180,6 +175,16 @@ void createDatabaseFile(const std::string& path, StoreContents contents) {
   if (!logged)
     throw Error(ErrorNumber::ConnectionFailed, kStoreSource,
                 fmt::format("Cannot make the database \"{}\": {}", path, reason));
+}
+
+void createDatabaseFile(const std::string& path, StoreContents contents) {
+  constexpr int kFileAlreadyExists = 58;
+  if (std::filesystem::exists(path))
+    throw Error(static_cast<ErrorNumber>(kFileAlreadyExists), kStoreSource,
+                fmt::format("The file \"{}\" exists already", path));
+  forgetDatabaseFile(path);
+  for (const char* leftOver : {"-wal", "-shm", "-journal"}) std::filesystem::remove(path + leftOver);
+  makeFile(path);
   {
     Database database(DatabaseFile{path, nullptr});
     database.setSchema(std::make_shared<Schema>());

@@ -122,6 +122,13 @@ int Parser::takeLiteral() {
 }
 
 Query* Parser::query() {
+  if (++depth_ > kDeepest) fail();
+  Query* result = queryParts();
+  --depth_;
+  return result;
+}
+
+Query* Parser::queryParts() {
   Query& result = tree_.queries.emplace_back();
   result.cores.push_back(core());
   while (true) {

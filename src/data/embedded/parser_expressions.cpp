@@ -24,6 +24,13 @@ Expression* Parser::make(ExpressionKind kind, const Token& token) {
 }
 
 Expression* Parser::expression(int minimum) {
+  if (++depth_ > kDeepest) fail();
+  Expression* result = operators(minimum);
+  --depth_;
+  return result;
+}
+
+Expression* Parser::operators(int minimum) {
   // clang-format off
   static constexpr BinaryOperator kOperators[] = {
       {"or", kOr},         {"and", kAnd},

@@ -15,6 +15,8 @@ class Parser {
   void parse();
 
  private:
+  static constexpr int kDeepest = 400;
+
   struct BinaryOperator;
 
   // tokens
@@ -34,6 +36,7 @@ class Parser {
 
   // statements
   Query* query();
+  Query* queryParts();
   SelectCore core();
   Expression* topCount();
   SelectItem selectItem();
@@ -52,6 +55,7 @@ class Parser {
   // expressions
   Expression* make(ExpressionKind kind, const Token& token);
   Expression* expression(int minimum = 0);
+  Expression* operators(int minimum);
   Expression* prefix();
   Expression* predicate(Expression* left, bool negated);
   Expression* inList(Expression* left, bool negated);
@@ -69,6 +73,7 @@ class Parser {
   std::vector<Token> tokens_;
   std::vector<int> literals_;  // of each token: its number among the literals, or -1
   size_t at_ = 0;
+  int depth_ = 0;  // of expressions and queries in each other
 };
 
 }  // namespace ondrel

@@ -88,6 +88,14 @@ TEST(Translation, ErrorsNameStatementPositionAndWord) {
   }
 }
 
+TEST(Translation, NestsOnlySoFar) {
+  const auto nested = [](size_t depth) {
+    return "select " + std::string(depth, '(') + "1" + std::string(depth, ')');
+  };
+  EXPECT_EQ(translate(nested(300), smallSchema()).sql, "select ?");
+  EXPECT_THROW(translate(nested(100'000), smallSchema()), Error);
+}
+
 TEST(Translation, ValuesAreNotPartOfTheShape) {
   const auto shapeOf = [](std::string_view statement) {
     StatementShape shape;
