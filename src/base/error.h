@@ -14,6 +14,8 @@ enum class ErrorNumber : int {
   DivisionByZero = 11,
   TypeMismatch = 13,
   FileNotFound = 53,
+  PermissionDenied = 70,
+  PathAccess = 75,
   ObjectNotSet = 91,
   InvalidUseOfNull = 94,
   ObjectRequired = 424,

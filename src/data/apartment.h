@@ -7,6 +7,7 @@
 #include "data/statement_trace.h"
 #include "data/store_tables.h"
 #include "platform/clock.h"
+#include "platform/files.h"
 
 namespace ondrel {
 
@@ -25,6 +26,8 @@ struct Apartment {
   StoreTables store;
 
   std::shared_ptr<Clock> clock = std::make_shared<SystemClock>();
+  // Where the folders that a page names lie on this host.
+  Files files;
   // Makes the connections; the host sets it, since the drivers stand above this room.
   ConnectionFactory connect;
   StatementTrace trace;

@@ -1,6 +1,7 @@
 #include "data/query_database.h"
 
 #include "base/text.h"
+#include "data/card_masking.h"
 
 namespace ondrel {
 namespace {
@@ -14,6 +15,16 @@ std::shared_ptr<Connection> newConnection(Apartment& apartment) {
   return apartment.connect({apartment.DBConnectionString, "", "", apartment.clock});
 }
 
+// A store's description may quote the statement, and a statement may hold a card number.
+template <class Action>
+auto withMaskedErrors(Action action) {
+  try {
+    return action();
+  } catch (const Error& error) {
+    throw Error(error.code(), error.source(), maskCardData(error.description()));
+  }
+}
+
 // One-shot reads use the transaction's slot on purpose: a transaction open in it is replaced, and so lost.
 // When the read fails, the slot keeps the connection that failed.
 RecordsetRef readOnce(Apartment& apartment, std::string_view sql, bool withTimeout) {
@@ -22,7 +33,7 @@ RecordsetRef readOnce(Apartment& apartment, std::string_view sql, bool withTimeo
   if (withTimeout) connection.setCommandTimeout(kReadTimeoutSeconds);
   connection.open();
   apartment.trace.add(sql);
-  RecordsetRef table = connection.query(sql);
+  RecordsetRef table = withMaskedErrors([&] { return connection.query(sql); });
   connection.close();
   apartment.sharedConnection = nullptr;
   return table;
@@ -50,7 +61,7 @@ void executeInTransaction(Apartment& apartment, std::string_view sql) {
   if (ownsTransaction) openTransaction(apartment);
   apartment.sharedCommand = sql;
   apartment.trace.add(sql);
-  apartment.sharedConnection->execute(sql);
+  withMaskedErrors([&] { apartment.sharedConnection->execute(sql); });
   if (ownsTransaction) commitTransaction(apartment);
 }
 
@@ -59,7 +70,7 @@ RecordsetRef queryInTransaction(Apartment& apartment, std::string_view sql) {
     throw Error(ErrorNumber::ObjectClosed, "QueryDatabase",
                 "Operation is not allowed when no transaction is open");
   apartment.trace.add(sql);
-  return apartment.sharedConnection->query(sql);
+  return withMaskedErrors([&] { return apartment.sharedConnection->query(sql); });
 }
 
 void commitTransaction(Apartment& apartment) {

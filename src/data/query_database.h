@@ -9,7 +9,8 @@
 namespace ondrel {
 
 // The one door through which all SQL leaves the library. Statements are finished texts; reads come back
-// as tables that no longer need the server. Errors of the store pass to the caller.
+// as tables that no longer need the server. Errors of the store pass to the caller,
+// with card data in their descriptions masked.
 //
 // | operation            | with no transaction open          | with one open                             |
 // |----------------------|-----------------------------------|-------------------------------------------|

@@ -64,6 +64,11 @@ TEST(PublicMembers, AllHaveARowInTheirClassTable) {
   const std::vector<DeclaredClass> classes = {
       {"invoice/invoice.h", "Invoice", invoiceClass, {"setDBConnectionString"}},
       {"invoice/ticket_tag.h", "TicketTag", ticketTagClass, {}},
+      {"cards/credit_card_fields.h", "CreditCardFields", creditCardFieldsClass, {}},
+      {"cards/credit_card_processing.h",
+       "CreditCardProcessing",
+       creditCardProcessingClass,
+       {"setDBConnectionString", "setXChargeDirectory", "setXChargeDirectoryKeyed", "setXChargeTimeout"}},
   };
   for (const DeclaredClass& row : classes) {
     std::set<std::string> listed;

@@ -16,6 +16,8 @@ std::span<const ClassTable* const> classTables() {
       &arrayClass(),
       &invoiceClass(),
       &ticketTagClass(),
+      &creditCardProcessingClass(),
+      &creditCardFieldsClass(),
       &databaseClass(),
   };
   // clang-format on

@@ -14,6 +14,8 @@ const ClassTable& dictionaryClass();
 const ClassTable& arrayClass();
 const ClassTable& invoiceClass();
 const ClassTable& ticketTagClass();
+const ClassTable& creditCardProcessingClass();
+const ClassTable& creditCardFieldsClass();
 const ClassTable& databaseClass();
 
 // All of them.

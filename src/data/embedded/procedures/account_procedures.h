@@ -5,5 +5,6 @@
 namespace ondrel {
 
 RecordsetRef insertMiscCharge(ProcedureCall& call);
+RecordsetRef insertPayment(ProcedureCall& call);
 
 }  // namespace ondrel

@@ -27,7 +27,7 @@ constexpr ProcedureRow kProcedures[] = {
     {"GetProbablePromotions",        5,  5, getProbablePromotions},
     {"PickupPayment",                9,  9, nullptr},
     {"ApplyPrePayPayment",           6,  6, nullptr},
-    {"InsertPayment",               12, 12, nullptr},
+    {"InsertPayment",               12, 12, insertPayment},
     {"isHeatSealDept",               1,  1, nullptr},
     {"sendtowhiteadc",               2,  2, nullptr},
 };

@@ -1,0 +1,127 @@
+#include <random>
+
+#include "cards/card_fixture.h"
+#include "data/card_masking.h"
+#include "data/query_database.h"
+#include "platform/delimited_text.h"
+#include "platform/xml.h"
+
+namespace ondrel {
+namespace {
+
+constexpr const char* kNumber = "4111111111111111";
+constexpr const char* kSwipe = "%B4111111111111111^SMITH/JOHN^2812101998877?;4111111111111111=2812101998877?";
+// Whatever tells the card: its number, in groups too, the rest of its tracks, its security code.
+constexpr const char* kSecrets[] = {kNumber, "4111 1111 1111 1111", "998877", "73591"};
+
+using CardData = CardTest;
+
+TEST_F(CardData, IsMaskedInOnePlace) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"values ('4111111111111111', 1)", "values ('************1111', 1)"},
+      {"'4111 1111 1111 1111'", "'************1111'"},
+      {"378282246310005 3782-822463-10005", "************0005 ************0005"},
+      {kSwipe, "%B************1111[track]?;************1111[track]?"},
+      {"4111111111111112 411111111111", "4111111111111112 411111111111"},
+      {"0.4111111111111111", "0.4111111111111111"},
+      {"{12345678-1234-4123-8123-123456789012}", "{12345678-1234-4123-8123-123456789012}"},
+      {"'2026-11-24 10:30:00', 1001, 1002", "'2026-11-24 10:30:00', 1001, 1002"},
+  };
+  for (const auto& [text, masked] : cases) EXPECT_EQ(maskCardData(text), masked);
+  EXPECT_EQ(maskedCardNumber(" 4111111111111111 "), "************1111");
+  EXPECT_EQ(maskedCardNumber("12"), "************12");
+}
+
+// A session of every kind of sale, with failures, and then a look at all that it leaves behind but the
+// request files and the columns that keep a card on purpose.
+TEST_F(CardData, StandsNowhereThatASessionLeavesBehind) {
+  startSimulator();
+  std::string left;
+  const auto attempt = [&](const std::function<void()>& action) {
+    try {
+      action();
+    } catch (const Error& error) {
+      left += error.source() + error.description() + "\n";
+    }
+  };
+  Variant code, name, message;
+  for (const double amount : {10.0, 10.01, 10.05}) {
+    CreditCardFieldsRef keyed = visa(), swiped = cards.FieldsFromSwipe(kSwipe);
+    keyed->cvv2 = "73591";
+    attempt([&] { cards.ProcessFullTransaction(1, 2, 4, 11, "nothing(", keyed, amount, "", 1, code); });
+    attempt([&] { cards.ProcessFullTransaction(1, 2, 4, 11, "nothing(", swiped, amount, "", 1, code); });
+  }
+  // Statements that the store refuses, with the card in them.
+  attempt([&] { cards.AddTransactionToBatch(2, visa(), 11, 1, "no clerk(", 10); });
+  attempt([&] { cards.AddTransactionToBatch(2, cards.FieldsFromSwipe(kSwipe), "", 1, 4, 10); });
+  attempt([&] { cards.AddCardOnFile("no customer(", kNumber, "2812"); });
+  attempt([&] { cards.AddCardOnFile("no customer(", "4111 1111 1111 1111", "2812"); });
+  attempt([&] { queryDatabase(*apartment, std::string("select nothing( '") + kSwipe + "'"); });
+  closeTransaction(*apartment);
+  attempt([&] { cards.VerifyCreditCard("4111111111111112", name, message); });
+  attempt([&] { cards.VerifyMod10(kSwipe); });
+  attempt([&] { cards.AddTransactionToBatch(2, visa(), 11, 1, 4, 10); });
+  attempt([&] { cards.CardPurchase("", "", kSwipe, "10.01", ""); });
+  EXPECT_GT(left.size(), 200u);
+  for (const std::string& statement : statements()) left += statement + "\n";
+  for (const char* table : {"TerminalPayment", "Payment", "XChargeTransaction", "TicketLogItem", "ticketlog"})
+    for (const std::string& row : rows(std::string("select * from ") + table)) left += row + "\n";
+  left += cards.GetLastMessage() + message.toText();
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(drives)) {
+    left += entry.path().string() + "\n";
+    if (entry.path().extension() == ".ans" || entry.path().extension() == ".xca")
+      left += content(entry.path());
+  }
+  for (const char* secret : kSecrets) EXPECT_EQ(left.find(secret), std::string::npos) << secret;
+}
+
+TEST_F(CardData, HostileInputNeitherCrashesNorHangs) {
+  constexpr std::string_view kPieces[] = {
+      "%B", "^",    ";",         "=",    "/",   "?",    "\"",       ",", "\r\n",         "Y", "<", ">",
+      "</", "&#0;", "<![CDATA[", "<!--", "]]>", "4111", "11111111", " ", "XCTRANSACTION"};
+  std::mt19937 random(20261124);
+  cards.setXChargeTimeout(1);
+  apartment->clock = clock;
+  const CreditCardFieldsRef fields = visa();
+  cards.RequestSingleTransaction(2, fields, 4, "", 1);
+  const std::string answer = "C:\\xc\\" + fields->guid + ".ans";
+  for (int round = 0; round < 2000; ++round) {
+    std::string text;
+    for (size_t k = random() % 24; k > 0; --k) {
+      if (random() % 4 == 0)
+        text += static_cast<char>(random() % 256);
+      else
+        text += kPieces[random() % std::size(kPieces)];
+    }
+    try {
+      const CreditCardFieldsRef swiped = cards.FieldsFromSwipe(text);
+      EXPECT_EQ(swiped->swipedata, text);
+    } catch (const Error& error) {
+      EXPECT_TRUE(error.number() == 13 || error.number() == 6) << error.description();
+    }
+    Variant name, message;
+    const bool isValid = cards.VerifyCreditCard(text, name, message);
+    EXPECT_EQ(isValid, message.isEmpty());
+    XmlDocument document;
+    document.loadXML(text);
+    document.textOf("//XCTRANSACTION/TRANSACTION/RESULT_SUCCESS");
+    size_t values = 0;
+    for (DelimitedText reader(text); !reader.atEnd(); ++values) reader.next();
+    EXPECT_LE(values, text.size());
+    if (round % 20 > 0) continue;
+    put(answer, text);
+    Variant code;
+    const bool approved = cards.ReadSingleAnswer(fields->guid, code);
+    EXPECT_TRUE(!approved || text.find('Y') != std::string::npos);
+  }
+  std::string deep;
+  for (int level = 0; level < 100000; ++level) deep += "<a>";
+  EXPECT_FALSE(XmlDocument().loadXML(deep));
+  for (int level = 0; level < 100000; ++level) deep += "</a>";
+  XmlDocument document;
+  EXPECT_TRUE(document.loadXML(deep));
+  EXPECT_EQ(document.textOf("//b"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace ondrel

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "cards/credit_card_processing.h"
+#include "support/error_of.h"
+#include "support/store_fixture.h"
+
+namespace ondrel {
+
+// Jumps by what it is told to sleep, and really waits a part of that where another process must get on.
+class JumpingClock : public FixedClock {
+ public:
+  using FixedClock::FixedClock;
+  void sleep(std::chrono::milliseconds duration) override {
+    FixedClock::sleep(duration);
+    if (haste > 0) std::this_thread::sleep_for(duration / haste);
+  }
+  int haste = 0;  // times faster than life; 0 does not wait at all
+};
+
+// A store with the card program's folder C:\xc\, which lies in a folder of the test's own.
+class CardTest : public StoreTest {
+ protected:
+  CardTest() {
+    std::string name = (std::filesystem::temp_directory_path() / "cardsXXXXXX").string();
+    drives = ::mkdtemp(name.data());
+    folder = drives / "c" / "xc";
+    std::filesystem::create_directories(folder);
+    apartment->files = Files(drives.string());
+    apartment->clock = cardClock;
+    cards.setXChargeDirectory("C:/xc");
+    cards.setXChargeTimeout(60);
+  }
+  ~CardTest() override {
+    if (simulator_ > 0) {
+      ::kill(simulator_, SIGKILL);
+      ::waitpid(simulator_, nullptr, 0);
+    }
+    std::filesystem::remove_all(drives);
+  }
+
+  // Starts the card program; see its table of amounts. Sleeps are a hundred times shorter from here on.
+  void startSimulator(const char* delayMs = "5") {
+    cardClock->haste = 100;
+    simulator_ = ::fork();
+    if (simulator_ != 0) return;
+    ::execl(ONDREL_BINARY_DIR "/card_simulator", "card_simulator", folder.c_str(), delayMs, nullptr);
+    ::_exit(127);
+  }
+  CreditCardFieldsRef visa() const {
+    auto fields = std::make_shared<CreditCardFields>();
+    fields->accountnumber = "4111111111111111";
+    fields->expirationyear = 28;
+    fields->expirationmonth = 12;
+    fields->firstname = "John";
+    fields->lastname = "O'Hara";
+    return fields;
+  }
+  std::string hostFile(const std::string& shopPath) const { return apartment->files.hostPath(shopPath); }
+  std::string content(const std::string& shopPath) const {
+    std::ifstream file(hostFile(shopPath), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  void put(const std::string& shopPath, const std::string& text) const {
+    std::ofstream(hostFile(shopPath), std::ios::binary) << text;
+  }
+  bool isThere(const std::string& shopPath) const { return std::filesystem::exists(hostFile(shopPath)); }
+
+  std::filesystem::path drives, folder;
+  std::shared_ptr<JumpingClock> cardClock = std::make_shared<JumpingClock>(Date::of(2026, 11, 24, 10, 30));
+  CreditCardProcessing cards;
+
+ private:
+  pid_t simulator_ = 0;
+};
+
+}  // namespace ondrel

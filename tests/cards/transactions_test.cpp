@@ -1,0 +1,200 @@
+#include "cards/card_fixture.h"
+
+namespace ondrel {
+namespace {
+
+constexpr const char* kTransactions =
+    "select terminalid, clerk, receipt, amount, customerSequenceNumber, answer from XChargeTransaction";
+
+using CardTransactions = CardTest;
+
+TEST_F(CardTransactions, PropertiesAreKeptInTheirNormalForm) {
+  CreditCardProcessing other;
+  other.setXChargeDirectory("C:/xc//in");
+  EXPECT_EQ(other.XChargeDirectory(), "C:\\xc\\in\\");
+  EXPECT_EQ(other.XChargeDirectoryKeyed(), "C:\\xc\\in\\");
+  other.setXChargeDirectory("D:");
+  EXPECT_EQ(other.XChargeDirectoryKeyed(), "C:\\xc\\in\\");
+  other.setXChargeTimeout(-5);
+  EXPECT_EQ(other.XChargeTimeout(), 0);
+}
+
+TEST_F(CardTransactions, ARequestClearsTheLastOneAndLeavesItsRow) {
+  put("C:\\xc\\FRONT1.req", "old");
+  put("C:\\xc\\FRONT1.ans", "\"YOLD\"\r\n");
+  const CreditCardFieldsRef fields = visa();
+  statements();
+  EXPECT_EQ(cards.RequestSingleTransaction(1, fields, 4, "R'1", 12.5), "C:\\xc\\FRONT1.req");
+  EXPECT_EQ(content("C:\\xc\\FRONT1.req"), "\"C1\",\"4\",\"R1\",\"4111111111111111\",\"2812\",\"12.50\"\r\n");
+  EXPECT_FALSE(isThere("C:\\xc\\FRONT1.ans"));
+  EXPECT_FALSE(isThere("C:\\xc\\FRONT1"));
+  EXPECT_EQ(fields->guid.size(), 38u);
+  EXPECT_EQ(
+      reads(),
+      (std::vector<std::string>{
+          " select isnull(creditCardRequestFilename, '') as filename from terminal where terminalid = '1'",
+          "insert into XChargeTransaction (TransactionGUID, RequestFile, terminalid, clerk, receipt, amount, "
+          "customerSequenceNumber)  VALUES ('" +
+              fields->guid + "', 'C:\\xc\\FRONT1', null, 4, 'R''1', 12.5, null)"}));
+  EXPECT_FALSE(cards.IsAnswerReady(fields->guid));
+
+  cards.setXChargeDirectoryKeyed("C:/keyed");
+  EXPECT_EQ(cards.DefaultRequestPath(2, fields), "C:\\keyed\\" + fields->guid);
+  fields->swipedata = "%B1?";
+  EXPECT_EQ(cards.DefaultRequestPath(2, fields), "C:\\xc\\" + fields->guid);
+  EXPECT_TRUE(cards.getCreditCardRequestFilename(99).isEmpty());
+}
+
+// Text of the answer file, whether it approves, the code, and seconds until it is taken.
+struct AnswerCase {
+  const char* text;
+  bool approves;
+  const char* code;
+  int seconds;
+};
+
+TEST_F(CardTransactions, AnAnswerIsOneDelimitedValue) {
+  // clang-format off
+  const AnswerCase cases[] = {
+      {"\"YA1,B\",\"x\"\r\n",  true,  "A1,B", 0},
+      {"YA1,rest\r\n",         true,  "A1",   0},
+      {"Y1\"2\"\n",            true,  "1\"2\"", 0},
+      {"YA1",                  true,  "A1",   2},
+      {"\"NDECLINED\"",        false, "DECLINED", 0},
+      {" yA1\r\n",             false, "A1",   0},
+      {"\xC9t\xE9\n",          false, "t\xC3\xA9", 0},
+      {"\r\n",                 false, "",     0},
+      {"",                     false, "TIMED OUT WAITING FOR ANSWER", 61},
+      {"\"YA1",                false, "TIMED OUT WAITING FOR ANSWER", 61},
+  };
+  // clang-format on
+  for (const AnswerCase& row : cases) {
+    const CreditCardFieldsRef fields = visa();
+    cards.RequestSingleTransaction(2, fields, 4, "", 1);
+    put("C:\\xc\\" + fields->guid + ".ans", row.text);
+    const Date start = cardClock->now();
+    Variant code;
+    EXPECT_EQ(cards.ReadSingleAnswer(fields->guid, code), row.approves) << row.text;
+    EXPECT_EQ(code.toText(), row.code);
+    EXPECT_NEAR((cardClock->now().serial() - start.serial()) * 86400, row.seconds, 0.1) << row.text;
+    EXPECT_EQ(scalar("select answer from XChargeTransaction where TransactionGUID = '" + fields->guid + "'")
+                  .toText(),
+              row.code);
+    EXPECT_TRUE(isThere("C:\\xc\\" + fields->guid + ".ans"));
+  }
+}
+
+TEST_F(CardTransactions, SinglesGoThroughTheCardProgram) {
+  startSimulator();
+  const std::pair<double, const char*> cases[] = {
+      {10, "A100001"},    {10.01, "DECLINED"}, {10.03, "A100002"},
+      {10.04, "A100003"}, {10.05, ""},         {10.02, "TIMED OUT WAITING FOR ANSWER"}};
+  for (const auto& [amount, expected] : cases) {
+    Variant code;
+    const bool approved = cards.ProcessSingleTransaction(2, visa(), 4, "", amount, code);
+    EXPECT_EQ(code.toText(), expected) << amount;
+    EXPECT_EQ(approved, code.toText().starts_with('A')) << amount;
+  }
+  Variant code;
+  EXPECT_TRUE(cards.ProcessSingleTransactionDebit(2, visa(), 4, "", 20, 5.5, "B", "K", code));
+  EXPECT_EQ(rows(kTransactions).back(), "NULL | 4 |  | 25.5 | NULL | A100004");
+}
+
+class FullSales : public CardTest {
+ protected:
+  bool sell(const CreditCardFieldsRef& fields, double amount, const char* tickets = "", int type = 2) {
+    return cards.ProcessFullTransaction(1, 2, 4, 11, tickets, fields, amount, "", type, code);
+  }
+  std::vector<std::string> payments() {
+    return rows(
+        "select paymentNumber, paymentType, paymentAmount, checkOrCardNumber, creditCardId, "
+        "creditCardExpirydate, approvalCode, transactionNumber, signatureID from TerminalPayment");
+  }
+  Variant code;
+};
+
+TEST_F(FullSales, EveryOutcomeLeavesRowsThatTellIt) {
+  startSimulator();
+  EXPECT_TRUE(sell(visa(), 10));
+  EXPECT_FALSE(sell(visa(), 10.01));
+  EXPECT_EQ(code.toText(), "DECLINED");
+  EXPECT_FALSE(sell(visa(), 10.02));
+  EXPECT_EQ(code.toText(), "TIMED OUT WAITING FOR ANSWER");
+  EXPECT_EQ(rows(kTransactions),
+            (std::vector<std::string>{"2 | 4 |  | 10 | 11 | A100001", "2 | 4 |  | 10.01 | 11 | DECLINED",
+                                      "2 | 4 |  | 10.02 | 11 | NULL"}));
+  EXPECT_TRUE(payments().empty());
+}
+
+TEST_F(FullSales, AnApprovalIsBookedWithTheCardMasked) {
+  startSimulator();
+  statements();
+  // The booking of a ticket that is no number fails behind the payment row.
+  EXPECT_NE(errorOf([&] { sell(visa(), 10, " nothing( ", 1); }), 0);
+  EXPECT_EQ(payments(), (std::vector<std::string>{
+                            "1 | Credit Card | 10 | ************1111 | 1 | 2812 | A100001 | XXXXX | NULL"}));
+  EXPECT_EQ(reads().back(), "ApplyPrePayPayment nothing(,11,1,4,2, 'Pickup'");
+  auto onFile = visa();
+  onFile->accountnumber = "XA12345678";
+  EXPECT_NE(errorOf([&] { sell(onFile, 11, "nothing("); }), 0);
+  EXPECT_EQ(payments().back(),
+            "1 | Credit Card | 11 | ************5678 | NULL | 2812 | A100002 | XXXXX | NULL");
+  EXPECT_EQ(reads().back(), "ApplyPrePayPayment nothing(,11,1,4,2, 'Pre pay'");
+  for (const int type : {0, -1}) EXPECT_TRUE(sell(visa(), 12, "1001", type));
+  EXPECT_EQ(payments().size(), 2u);
+}
+
+// The sale as if the process had died between approval and booking.
+TEST_F(FullSales, ACrashBehindTheApprovalShowsAsAnAnswerWithoutAPayment) {
+  startSimulator();
+  const CreditCardFieldsRef fields = visa();
+  EXPECT_TRUE(cards.ProcessSingleTransaction(2, fields, 4, "", 10, code));
+  EXPECT_EQ(rows("select X.answer from XChargeTransaction X where X.dateAnswered is not null and not exists "
+                 "(select * from TerminalPayment P where P.approvalCode = X.answer)"),
+            std::vector<std::string>{"A100001"});
+  EXPECT_TRUE(content("C:\\xc\\" + fields->guid + ".ans").starts_with("\"Y"));
+}
+
+TEST_F(FullSales, ARetryTakesTheStoredAnswerOrGoesOnWaiting) {
+  const CreditCardFieldsRef fields = visa();
+  EXPECT_FALSE(sell(fields, 10));
+  put("C:\\xc\\" + fields->guid + ".ans", "\"YA9\"\r\n");
+  EXPECT_TRUE(sell(fields, 10));
+  EXPECT_EQ(code.toText(), "A9");
+  EXPECT_FALSE(sell(fields, 10));  // the stored code has lost its first letter
+  EXPECT_EQ(code.toText(), "A9");
+  cards.UpdateTransactionAnswer(fields->guid, "Y12");
+  EXPECT_TRUE(sell(fields, 10));
+  EXPECT_EQ(rows(kTransactions).size(), 1u);
+
+  const CreditCardFieldsRef late = visa();
+  cards.RequestSingleTransaction(2, late, 4, "", 10);
+  EXPECT_FALSE(cards.ReadSingleAnswer(late->guid, code));
+  put("C:\\xc\\" + late->guid + ".ans", "\"YA9\"\r\n");
+  EXPECT_FALSE(sell(late, 10));
+  EXPECT_EQ(code.toText(), "TIMED OUT WAITING FOR ANSWER");
+}
+
+TEST_F(FullSales, AFolderThatIsNotThereShowsAsATimeOut) {
+  cards.setXChargeDirectoryKeyed("Q:/none");
+  const Date start = cardClock->now();
+  EXPECT_FALSE(sell(visa(), 10));
+  EXPECT_EQ(code.toText(), "TIMED OUT WAITING FOR ANSWER");
+  EXPECT_NEAR((cardClock->now().serial() - start.serial()) * 86400, 61, 0.1);
+  EXPECT_EQ(rows(kTransactions).size(), 1u);
+}
+
+TEST_F(FullSales, WaitingIsReal) {
+  const auto real = std::make_shared<SystemClock>();
+  apartment->clock = real;
+  cards.setXChargeTimeout(5);
+  startSimulator("20");
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_TRUE(sell(visa(), 10.03));
+  const auto passed = std::chrono::steady_clock::now() - start;
+  EXPECT_GE(passed, std::chrono::milliseconds(200));
+  EXPECT_LT(passed, std::chrono::seconds(4));
+}
+
+}  // namespace
+}  // namespace ondrel

@@ -1,0 +1,168 @@
+#include "cards/card_fixture.h"
+
+namespace ondrel {
+
+// The operations on the card program's archive are the class's own.
+struct CardArchive {
+  CreditCardProcessing& cards;
+  Variant add(int customer, const char* number) { return cards.addCardToArchive(customer, number, "2812"); }
+  bool update(const Variant& id) { return cards.updateCardInArchive(id, "3001"); }
+  bool remove(const Variant& id) { return cards.deleteCardFromArchive(id); }
+};
+
+namespace {
+
+constexpr const char* kDocument =
+    "<?xml version=\"1.0\" standalone=\"yes\"?><XCTRANSACTION><TRANSACTION><TRANSACTIONTYPE>XC_SALE"
+    "</TRANSACTIONTYPE><RECEIPT>R1</RECEIPT>";
+constexpr const char* kAccounts =
+    "select xcaccountid, cardtype, accountnumber, expiration, recurring from xcaccount where customersequencenumber = 12";
+constexpr const char* kCustomer =
+    "select creditCardTypeName, creditCardNumber, creditCardExpDate from Customer where customerSequenceNumber = 12";
+
+class XmlCards : public CardTest {
+ protected:
+  // Answers the only request in the folder, and gives its text.
+  std::string answer(const std::string& text) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+      if (entry.path().extension() != ".xcr") continue;
+      std::ifstream file(entry.path());
+      const std::string request(std::istreambuf_iterator<char>(file), {});
+      std::filesystem::path path = entry.path();
+      std::filesystem::remove(path);
+      std::ofstream(path.replace_extension(".xca")) << text;
+      return request;
+    }
+    return "";
+  }
+};
+
+// Leaves an answer, half of it first, while the library sleeps.
+class AnsweringClock : public FixedClock {
+ public:
+  AnsweringClock(Date now, std::function<void(int)> onSleep)
+      : FixedClock(now), onSleep_(std::move(onSleep)) {}
+  void sleep(std::chrono::milliseconds duration) override {
+    FixedClock::sleep(duration);
+    onSleep_(++sleeps_);
+  }
+
+ private:
+  std::function<void(int)> onSleep_;
+  int sleeps_ = 0;
+};
+
+TEST_F(XmlCards, APurchaseSendsOneDocumentAndReadsItsAnswer) {
+  struct Case {
+    const char* track;
+    const char* answer;
+    const char* request;  // behind the receipt
+    const char* code;     // Empty where it is nothing
+    const char* message;
+  };
+  const std::string start = "<XCTRANSACTION><TRANSACTION>", end = "</TRANSACTION></XCTRANSACTION>";
+  const std::string approved =
+      start +
+      "<RESULT_SUCCESS>T</RESULT_SUCCESS><RESULT_DESCRIPTION>OK, fine</RESULT_DESCRIPTION>"
+      "<RESULT_APPROVALCODE> A7 </RESULT_APPROVALCODE>" +
+      end;
+  const std::string bare = start + "<RESULT_SUCCESS>T</RESULT_SUCCESS>" + end;
+  const std::string refused =
+      start + "<RESULT_DESCRIPTION>NO</RESULT_DESCRIPTION><RESULT_APPROVALCODE>A8</RESULT_APPROVALCODE>" +
+      end;
+  const char* keyed = "<ACCOUNT>4111</ACCOUNT><EXPIRATION>2812</EXPIRATION>";
+  const Case cases[] = {
+      {"", approved.c_str(), keyed, "A7", "OKfine"},
+      {"%B1?", approved.c_str(), "<TRACK>%B1?</TRACK>", "A7", "OKfine"},
+      {"", bare.c_str(), keyed, nullptr, "Unknown"},
+      {"", refused.c_str(), keyed, nullptr, "NO"},
+      {"", "<a><b></a>", keyed, nullptr, "Unknown"},
+      {"", "", keyed, nullptr, "Unknown"},
+  };
+  for (const Case& row : cases) {
+    std::string request;
+    apartment->clock = std::make_shared<AnsweringClock>(cardClock->now(), [&](int sleeps) {
+      if (sleeps == 2) request = answer(row.answer);
+    });
+    const Variant code = cards.CardPurchase("4111", "2812", row.track, "12.50", "R1");
+    EXPECT_EQ(request,
+              kDocument + std::string(row.request) + "<AMOUNT>12.50</AMOUNT></TRANSACTION></XCTRANSACTION>");
+    EXPECT_TRUE(row.code ? code.toText() == row.code : code.isEmpty()) << row.answer;
+    EXPECT_EQ(cards.GetLastMessage(), row.message);
+  }
+}
+
+TEST_F(XmlCards, NobodyAnsweringEndsAfter152SecondsAndKeepsTheMessage) {
+  const Date start = cardClock->now();
+  apartment->clock = clock;
+  clock->set(start);
+  EXPECT_TRUE(cards.CardPurchase("4111", "2812", "", "1.00", "").isEmpty());
+  EXPECT_EQ(cards.GetLastMessage(), "");
+  EXPECT_NEAR((clock->now().serial() - start.serial()) * 86400, 152, 0.01);
+  EXPECT_NE(answer(""), "");  // the request is still there
+}
+
+TEST_F(XmlCards, HalfAnAnswerIsNotTaken) {
+  const std::string whole =
+      "<XCTRANSACTION><TRANSACTION><RESULT_SUCCESS>T</RESULT_SUCCESS><RESULT_APPROVALCODE>A7"
+      "</RESULT_APPROVALCODE></TRANSACTION></XCTRANSACTION>";
+  for (const size_t half : {size_t{0}, size_t{30}, size_t{82}}) {
+    const std::string id = cards.BeginTransaction("<a/>");
+    const std::string path = "C:\\xc\\" + id + ".xca";
+    put(path, whole.substr(0, half));
+    apartment->clock = std::make_shared<AnsweringClock>(cardClock->now(), [&](int sleeps) {
+      if (sleeps == 2) put(path, whole);
+    });
+    EXPECT_TRUE(cards.IsTransactionFinished(id));
+    EXPECT_EQ(cards.GetTransactionResults(id), whole);
+    EXPECT_FALSE(cards.IsTransactionFinished(id));
+    EXPECT_EQ(cards.GetTransactionResults(id), "");
+  }
+}
+
+TEST_F(XmlCards, AFolderThatIsNotThereGivesNoId) {
+  cards.setXChargeDirectory("Q:/none");
+  EXPECT_EQ(cards.BeginTransaction("<a/>"), "");
+}
+
+TEST_F(XmlCards, SalesAndTheArchiveGoThroughTheCardProgram) {
+  startSimulator();
+  EXPECT_EQ(cards.CardPurchase("4111111111111111", "2812", "", "10.00", "R1").toText(), "A100001");
+  EXPECT_TRUE(cards.CardPurchase("4111111111111111", "2812", "", "10.01", "R1").isEmpty());
+  EXPECT_EQ(cards.GetLastMessage(), "DECLINED");
+  cardClock->haste = 10;  // time to write the other half
+  EXPECT_EQ(cards.CardPurchase("4111111111111111", "2812", "", "10.04", "R1").toText(), "A100002");
+  cardClock->haste = 100;
+  EXPECT_TRUE(cards.CardPurchase("4111111111111111", "2812", "", "10.05", "R1").isEmpty());
+  EXPECT_EQ(cards.GetLastMessage(), "Unknown");
+
+  execute("delete from xcaccount");
+  CardArchive archive{cards};
+  const Variant id = archive.add(12, "4111111111111111");
+  ASSERT_EQ(rows(kAccounts),
+            std::vector<std::string>{id.toText() + " | VISA | XXXXXXXXXXXX1111 | 2812 | True"});
+  EXPECT_EQ(rows(kCustomer), std::vector<std::string>{"VISA | " + id.toText() + " | 2812"});
+  EXPECT_TRUE(archive.update(id));
+  EXPECT_EQ(rows(kAccounts),
+            std::vector<std::string>{id.toText() + " | VISA | XXXXXXXXXXXX1111 | 3001 | True"});
+  EXPECT_TRUE(archive.remove(id));
+  EXPECT_TRUE(rows(kAccounts).empty());
+}
+
+TEST_F(XmlCards, CardsOnFileStandWithTheCustomer) {
+  execute("delete from xcaccount");
+  const std::vector<std::string> before = rows(kCustomer);
+  EXPECT_TRUE(cards.AddCardOnFile(12, "4111111111111112", "2812").isEmpty());
+  EXPECT_EQ(rows(kCustomer), before);
+  cards.AddCardOnFile(12, "5555555555554444", "2812");
+  EXPECT_EQ(rows(kAccounts),
+            std::vector<std::string>{"5555555555554444 | MasterCard | 5555555555554444 | 2812 | True"});
+  cards.UpdateCardOnFile("5555555555554444", "3001");
+  EXPECT_EQ(rows(kCustomer), std::vector<std::string>{"MasterCard | 5555555555554444 | 3001"});
+  cards.DeleteCardOnFile("5555555555554444");
+  EXPECT_TRUE(rows(kAccounts).empty());
+  EXPECT_EQ(rows(kCustomer), std::vector<std::string>{" | NULL | NULL"});
+}
+
+}  // namespace
+}  // namespace ondrel
