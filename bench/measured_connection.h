@@ -1,6 +1,7 @@
 #pragma once
 
-#include <chrono>
+#include <time.h>
+
 #include <memory>
 #include <utility>
 
@@ -10,14 +11,19 @@
 
 namespace ondrel {
 
-using Stopwatch = std::chrono::steady_clock;
+// Processor time of this thread, so that a busy machine does not count.
+inline double processorMicroseconds() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
+}
 
 struct DatabaseUse {
   double microseconds = 0;
   double statements = 0;
 };
 
-// Passes everything on to a connection and adds up the time that it takes.
+// Passes everything on to a connection and adds up the processor time that it takes.
 class MeasuredConnection : public Connection {
  public:
   MeasuredConnection(std::unique_ptr<Connection> connection, DatabaseUse& use)
@@ -53,9 +59,9 @@ class MeasuredConnection : public Connection {
  private:
   template <class Step>
   void timed(Step step) {
-    const auto start = Stopwatch::now();
+    const double start = processorMicroseconds();
     step();
-    use_.microseconds += std::chrono::duration<double, std::micro>(Stopwatch::now() - start).count();
+    use_.microseconds += processorMicroseconds() - start;
   }
 
   std::unique_ptr<Connection> connection_;

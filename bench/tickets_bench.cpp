@@ -5,7 +5,6 @@
 // SQLite alone, prepared beforehand, in the same run; ratio is the one over the other.
 
 #include <benchmark/benchmark.h>
-#include <time.h>
 
 #include "measured_connection.h"
 #include "plain_replay.h"
@@ -14,13 +13,6 @@ namespace ondrel {
 namespace {
 
 constexpr int kReplays = 100;
-
-// Processor time of this thread, so that a busy machine does not count.
-double processorMicroseconds() {
-  timespec time{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
-}
 
 void fill(Invoice& invoice, int garments) {
   for (int garment = 0; garment < garments; ++garment) {
