@@ -738,7 +738,7 @@ create table validheatsealranges (
 -- Payments and cards
 -- ---------------------------------------------------------------------------------------------------
 
--- A payment as it was tendered at a terminal. It is booked by the procedure that follows the insert.
+-- A payment as it was tendered at a terminal. The procedure that follows the insert books it and takes it out.
 create table TerminalPayment (
   terminalPaymentId int identity primary key,
   terminalId int,
@@ -752,10 +752,9 @@ create table TerminalPayment (
   approvalCode varchar(50),
   transactionNumber varchar(50),
   totalCashPayment money,
-  signatureID int,
-  booked bit not null default 0
+  signatureID int
 );
-create index TerminalPaymentByTerminal on TerminalPayment (terminalId, booked);
+create index TerminalPaymentByTerminal on TerminalPayment (terminalId);
 
 -- An approved card sale and how much of it has been used.
 create table cardpayment (

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -82,6 +83,7 @@ class Session {
   RecordsetRef step(Prepared& prepared, bool fetch);
   RecordsetRef fetchRows(Prepared& prepared);
   RecordsetRef call(const Translation& translation, bool fetch);
+  RecordsetRef runWhole(const std::function<RecordsetRef()>& body);
   std::vector<Variant> callArguments(const Translation& translation) const;
   [[noreturn]] void fail(int code);
 

@@ -41,9 +41,24 @@ RecordsetRef Session::call(const Translation& translation, bool fetch) {
     throw Error(ErrorNumber::StatementFailed, kStoreSource,
                 fmt::format("Procedure {} has no body in the embedded database", procedure->name));
   Call running(*this, callArguments(translation));
-  RecordsetRef table = procedure->body(running);
+  RecordsetRef table = runWhole([&] { return procedure->body(running); });
   if (!fetch) return nullptr;
   return table ? table : Recordset::create();
+}
+
+// A body that fails takes back what it did, so that its transaction stands as before the call.
+RecordsetRef Session::runWhole(const std::function<RecordsetRef()>& body) {
+  if (!inTransaction()) return body();
+  runPlain("savepoint call");
+  try {
+    RecordsetRef table = body();
+    runPlain("release call");
+    return table;
+  } catch (...) {
+    // Where the engine has rolled back the whole transaction already, there is nothing left to take back.
+    sqlite3_exec(handle_, "rollback to call; release call", nullptr, nullptr, nullptr);
+    throw;
+  }
 }
 
 std::vector<Variant> Session::callArguments(const Translation& translation) const {

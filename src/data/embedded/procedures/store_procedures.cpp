@@ -1,5 +1,6 @@
 #include "data/embedded/procedures/account_procedures.h"
 #include "data/embedded/procedures/offer_procedures.h"
+#include "data/embedded/procedures/payment_procedures.h"
 #include "data/embedded/procedures/procedure.h"
 #include "data/embedded/procedures/ticket_procedures.h"
 
@@ -25,8 +26,8 @@ constexpr ProcedureRow kProcedures[] = {
     {"GetProbableCoupons",           4,  4, getProbableCoupons},
     {"GetProbableLoyaltyDiscounts",  4,  4, getProbableLoyaltyDiscounts},
     {"GetProbablePromotions",        5,  5, getProbablePromotions},
-    {"PickupPayment",                9,  9, nullptr},
-    {"ApplyPrePayPayment",           6,  6, nullptr},
+    {"PickupPayment",                9,  9, pickupPayment},
+    {"ApplyPrePayPayment",           6,  6, applyPrePayPayment},
     {"InsertPayment",               12, 12, insertPayment},
     {"isHeatSealDept",               1,  1, nullptr},
     {"sendtowhiteadc",               2,  2, nullptr},
