@@ -140,6 +140,17 @@ class Invoice : public Object {
   // Removes all children of the name and group; the parent's upchargeTotal gives up the first one's amount.
   void removeDescriptor(const Variant& parentLineNumber, const Variant& name, const Variant& group);
 
+  // ---------------------------------------------------------------- required descriptors (lines/)
+  // Whether the price list demands such a descriptor for the line's item; False for an unknown line.
+  Variant isColorRequiredForLine(Variant& lineNo);
+  Variant isPatternRequiredForLine(Variant& lineNo);
+  Variant isUpchargeRequiredForLine(Variant& lineNo);
+  // Whether the line has as many as it has pieces. An item without upcharges on offer has all that it needs.
+  Variant isColorSetForItem(const Variant& lineNo);
+  Variant isPatternSetForItem(const Variant& lineNo);
+  Variant isBrandSetForItem(const Variant& lineNo);
+  Variant isUpchargeSetForItem(const Variant& lineNo);
+
   // ---------------------------------------------------------------- line edits (lines/)
   void deleteItem(const Variant& lineNo);
   void changeQuantity(const Variant& newQuantity, const Variant& lineNo);
@@ -248,7 +259,25 @@ class Invoice : public Object {
   double getInvoiceAmountToPayBeforeTaxSurcharge();
 
   // ---------------------------------------------------------------- sums and groups (lifecycle/)
+  // What the counter shows: goods less coupons and loyalty offers, to cents, never below 0.
   Variant getTotalPriceForDisplay();
+  // Goods alone, to cents.
+  Variant getInvoiceSubTotal();
+  // Promotions, the VIP discount and the referral credit, as the lines have them and not rounded.
+  Variant getTotalDiscount();
+  Variant getAmountPaid();
+  // Garments and charges: pieces, by the pack of what is cleaned, and lines. Error 6 beyond 32 bits.
+  Variant getTotalItemCount();
+  Variant getLineCount();
+  // A row a garment or charge with its descriptors in words, see lifecycle/line_groups.h.
+  RecordsetRef getLineItemsGroupDetails();
+  // Numbers of the invoice and of what was split off it, joined by commas. A number of nothing or 0 and an
+  // empty invoice are left out; of tickets also a quick drop-off.
+  Variant getInvoiceNos();
+  Variant getTicketNosForPrinting();
+  // New tickets that a split makes: one for each department row that asks for a split, one for all others. On
+  // a stored ticket one less. For after splitInvoice; error 91 before.
+  Variant getNoOfInvoices();
   // Sum of a column over the lines that pass a filter, Nulls left out.
   Variant liColTotal(const Variant& col, const Variant& filter);
 
@@ -429,6 +458,8 @@ class Invoice : public Object {
     Variant color, icon, price;  // Empty for an unknown descriptor
   };
   DescriptorDisplay getDescriptorDisplay(std::string_view name, std::string_view group);
+  bool isDescriptorRequired(const Variant& lineNo, std::string_view column);
+  bool coversPieces(const Variant& lineNo, std::string_view lineKind);
 
   // ---------------------------------------------------------------- line edits
   void changeChildQuantities(const Variant& newQuantity, const Variant& lineNo);
@@ -574,6 +605,8 @@ class Invoice : public Object {
 
   // ---------------------------------------------------------------- departments in ticket order
   void createDeptTable();
+  // The table; error 91 while there is none.
+  Recordset& listedDepartments() const;
   // One row a run of a department in the order of the lines. Leaves the lines sorted by number.
   void fillDeptTable();
 
@@ -601,6 +634,9 @@ class Invoice : public Object {
   void mergeSplitInvoices();
   // The invoices of invoicesDictionary, in order.
   std::vector<std::shared_ptr<Invoice>> splitChildren() const;
+  // What `numberOf(invoice)` says, of the invoice and of its children.
+  template <class NumberOf>
+  std::string joinNumbers(NumberOf numberOf);
 
   // ---------------------------------------------------------------- heat seals and tags
   // The checks of a seal: what is wrong, or "".

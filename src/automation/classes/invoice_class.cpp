@@ -105,6 +105,15 @@ const ClassTable& invoiceClass() {
       method("addDescriptor", &Invoice::addDescriptor, {{"parentLineNumber"}, {"name"}, {"group"}, {"quantity"}}),
       method("removeDescriptor", &Invoice::removeDescriptor, {{"parentLineNumber"}, {"name"}, {"group"}}),
 
+      // ---- required descriptors
+      method("isColorRequiredForLine", &Invoice::isColorRequiredForLine, {{"lineNo"}}),
+      method("isPatternRequiredForLine", &Invoice::isPatternRequiredForLine, {{"lineNo"}}),
+      method("isUpchargeRequiredForLine", &Invoice::isUpchargeRequiredForLine, {{"lineNo"}}),
+      method("isColorSetForItem", &Invoice::isColorSetForItem, {{"lineNo"}}),
+      method("isPatternSetForItem", &Invoice::isPatternSetForItem, {{"lineNo"}}),
+      method("isBrandSetForItem", &Invoice::isBrandSetForItem, {{"lineNo"}}),
+      method("isUpchargeSetForItem", &Invoice::isUpchargeSetForItem, {{"lineNo"}}),
+
       // ---- line edits
       method("deleteItem", &Invoice::deleteItem, {{"lineNo"}}),
       method("changeQuantity", &Invoice::changeQuantity, {{"newQuantity"}, {"lineNo"}}),
@@ -175,6 +184,15 @@ const ClassTable& invoiceClass() {
 
       // ---- sums and groups
       method("getTotalPriceForDisplay", &Invoice::getTotalPriceForDisplay),
+      method("getInvoiceSubTotal", &Invoice::getInvoiceSubTotal),
+      method("getTotalDiscount", &Invoice::getTotalDiscount),
+      method("getAmountPaid", &Invoice::getAmountPaid),
+      method("getTotalItemCount", &Invoice::getTotalItemCount),
+      method("getLineCount", &Invoice::getLineCount),
+      method("getLineItemsGroupDetails", &Invoice::getLineItemsGroupDetails),
+      method("getInvoiceNos", &Invoice::getInvoiceNos),
+      method("getTicketNosForPrinting", &Invoice::getTicketNosForPrinting),
+      method("getNoOfInvoices", &Invoice::getNoOfInvoices),
       method("liColTotal", &Invoice::liColTotal, {{"col"}, {"filter"}}),
 
       // ---- splitting

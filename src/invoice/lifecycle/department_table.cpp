@@ -33,6 +33,12 @@ void Invoice::createDeptTable() {
   invoiceDeptIds = Recordset::create(kDeptLayout);
 }
 
+Recordset& Invoice::listedDepartments() const {
+  if (!invoiceDeptIds)
+    throw Error(ErrorNumber::ObjectNotSet, className(), "The departments are not listed: call splitInvoice");
+  return *invoiceDeptIds;
+}
+
 void Invoice::fillDeptTable() {
   Recordset& departments = storeDepartments();
   Variant previous;

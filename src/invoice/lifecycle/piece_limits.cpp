@@ -10,8 +10,14 @@ namespace {
 
 using enum LineColumn;
 
+constexpr std::string_view kCountedLines = "itemType='IT' OR itemType='AC'";
+
 std::int32_t orOne(const Recordset& line, Column column) {
   return line.isNull(column) ? 1 : line.integer(column);
+}
+
+bool isSold(const Recordset& line) {
+  return line.isNull(saleOnly) || line.flag(saleOnly);
 }
 
 std::int32_t inRange(std::int64_t pieces) {
@@ -35,6 +41,25 @@ Variant Invoice::getDepartmentPieceCount(Variant& departmentID) {
   for (; !lines->eof(); lines->moveNext())
     pieces = inRange(std::int64_t{pieces} + product(orOne(*lines, quantity), orOne(*lines, pkgQuantity)));
   return pieces;
+}
+
+// A sold item is one piece a unit, whatever its pack.
+Variant Invoice::getTotalItemCount() {
+  std::int32_t pieces = 0;
+  lineItems->setFilter(kCountedLines);
+  for (; !lineItems->eof(); lineItems->moveNext()) {
+    const std::int32_t pack = isSold(*lineItems) ? 1 : orOne(*lineItems, pkgQuantity);
+    pieces = inRange(std::int64_t{pieces} + product(orOne(*lineItems, quantity), pack));
+  }
+  lineItems->clearFilter();
+  return pieces;
+}
+
+Variant Invoice::getLineCount() {
+  lineItems->setFilter(kCountedLines);
+  const int count = lineItems->recordCount();
+  lineItems->clearFilter();
+  return count;
 }
 
 Variant Invoice::isOverMaxDepartmentItems() {
@@ -79,12 +104,12 @@ Variant Invoice::checkAllowableItemCountPerDept(const std::string& selItemID, st
         if (!lineItems->isNull(quantity)) current = lineItems->integer(quantity);
       }
     }
-    lineItems->setFilter("itemType='IT' OR itemType='AC'");
+    lineItems->setFilter(kCountedLines);
     for (; !lineItems->eof(); lineItems->moveNext()) {
       if (!isEqual(lineItems->value(deptId), selItemDeptId)) continue;
-      const bool isSold = lineItems->isNull(saleOnly) || lineItems->flag(saleOnly);
-      if (!isSold && !lineItems->isNull(pkgQuantity)) pack = lineItems->integer(pkgQuantity);
-      total = inRange(std::int64_t{total} + product(lineItems->integer(quantity), isSold ? 1 : pack));
+      const bool sold = isSold(*lineItems);
+      if (!sold && !lineItems->isNull(pkgQuantity)) pack = lineItems->integer(pkgQuantity);
+      total = inRange(std::int64_t{total} + product(lineItems->integer(quantity), sold ? 1 : pack));
     }
     lineItems->clearFilter();
   }

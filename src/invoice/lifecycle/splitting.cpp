@@ -94,11 +94,10 @@ bool Invoice::isSplitInvoice() {
 }
 
 bool Invoice::oneDeptWithNoSplitExists() {
-  if (!invoiceDeptIds)
-    throw Error(ErrorNumber::ObjectNotSet, className(), "The departments are not listed: call splitInvoice");
-  invoiceDeptIds->setFilter("splitInvoice=false");
-  const bool found = !invoiceDeptIds->eof();
-  invoiceDeptIds->clearFilter();
+  Recordset& departments = listedDepartments();
+  departments.setFilter("splitInvoice=false");
+  const bool found = !departments.eof();
+  departments.clearFilter();
   return found;
 }
 

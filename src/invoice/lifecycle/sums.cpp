@@ -14,6 +14,7 @@ constexpr std::string_view kGoodsTaxSurcharge =
 constexpr std::string_view kDiscountsToPay =
     "itemType='CU' OR itemType='PR' OR itemType='VI' OR itemType='RE'";
 constexpr std::string_view kDiscountsShown = "itemType='CU' OR itemType='LY'";
+constexpr std::string_view kDiscountsWorkedOut = "itemType='PR' OR itemType='VI' OR itemType='RE'";
 
 double amountOf(const Recordset& line) {
   return line.number(lineItemTotal);
@@ -44,8 +45,10 @@ Variant Invoice::liColTotal(const Variant& col, const Variant& filter) {
 // | to pay                     | goods, taxes, surcharges   | CU, PR, VI, RE | each line        |
 // | to pay before both         | goods                      | CU, PR, VI, RE | each line        |
 // | for display                | goods                      | CU, LY         | the sum          |
+// | subtotal                   | goods                      |                | the sum          |
+// | discount                   | PR, VI, RE                 |                | no               |
 //
-// A loyalty discount lowers what is shown and what is taxed, but not what is to pay. None falls below 0.
+// A loyalty discount lowers what is shown and what is taxed, but not what is to pay. None of the first three falls below 0.
 
 double Invoice::getInvoiceAmountToPay() {
   return roundedNotBelowZero(sumLines(kGoodsTaxSurcharge, centsOf) - sumLines(kDiscountsToPay, centsOf));
@@ -57,6 +60,18 @@ double Invoice::getInvoiceAmountToPayBeforeTaxSurcharge() {
 
 Variant Invoice::getTotalPriceForDisplay() {
   return roundedNotBelowZero(sumLines(kGoods, amountOf) - sumLines(kDiscountsShown, amountOf));
+}
+
+Variant Invoice::getInvoiceSubTotal() {
+  return ondrel::round2(sumLines(kGoods, amountOf), 2);
+}
+
+Variant Invoice::getTotalDiscount() {
+  return sumLines(kDiscountsWorkedOut, amountOf);
+}
+
+Variant Invoice::getAmountPaid() {
+  return amountPaid;
 }
 
 }  // namespace ondrel
