@@ -18,6 +18,7 @@ enum class ErrorNumber : int {
   PathAccess = 75,
   ObjectNotSet = 91,
   InvalidUseOfNull = 94,
+  InvalidFileFormat = 321,
   ObjectRequired = 424,
   CannotCreateObject = 429,
   NoSuchMember = 438,

@@ -18,6 +18,9 @@ std::span<const ClassTable* const> classTables() {
       &ticketTagClass(),
       &creditCardProcessingClass(),
       &creditCardFieldsClass(),
+      &dbToolClass(),
+      &dbOptionClass(),
+      &helperFunctionsClass(),
       &databaseClass(),
   };
   // clang-format on

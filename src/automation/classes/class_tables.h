@@ -16,6 +16,9 @@ const ClassTable& invoiceClass();
 const ClassTable& ticketTagClass();
 const ClassTable& creditCardProcessingClass();
 const ClassTable& creditCardFieldsClass();
+const ClassTable& dbToolClass();
+const ClassTable& dbOptionClass();
+const ClassTable& helperFunctionsClass();
 const ClassTable& databaseClass();
 
 // All of them.
