@@ -10,8 +10,6 @@ using enum LineColumn;
 
 Invoice::Invoice() : apartment_(Apartment::current()) {
   initInvoice();
-  invoiceDepartments_.assign(1, 0);
-  invoiceDepartmentDays_.assign(1, 0);
 }
 
 RecordsetRef Invoice::createLineItemsTable() const {

@@ -287,7 +287,8 @@ class Invoice : public Object {
   // keeps what none of them took. Nothing when no split is needed. `userAction` has no effect. Error 3021
   // for a line of a department that the store does not have.
   DictionaryRef splitInvoice(const Variant& userAction);
-  // Moves the lines that the clerk marked, with what hangs on them, to a child of their own and returns it.
+  // Moves the lines that the clerk marked, with what hangs on them, to a child of their own and returns it. By
+  // itself it leaves splitTheInvoice alone: a save writes the child when the page has set that.
   Variant splitMarkedLineItems();
   // Whether lines are marked, departments of different split groups or too many pieces of one are present, or
   // this is a quick drop-off.
@@ -619,7 +620,8 @@ class Invoice : public Object {
   void addSplitChild(const std::shared_ptr<Invoice>& child);
   // Adds a copy of the current row of `source`, of at most 32000 pieces.
   static void copyLineItem(Recordset& target, const Recordset& source);
-  // The current line goes to the child; `attached` takes the filter term of what hangs on it.
+  // The current line goes to the child; `attached` takes the filter term of what hangs on it, whatever the
+  // department of that is called.
   void moveLine(Invoice& child, std::string& attached);
   // What passes the filter goes to the child, and what hangs on that in turn; its amount.
   double moveAttachedLines(Invoice& child, std::string filter);
@@ -706,15 +708,14 @@ class Invoice : public Object {
 
   // ---------------------------------------------------------------- members told by role
   ApartmentRef apartment_;
-  RecordsetRef offers_;                              // candidate discounts, one row a discount and department
-  RecordsetRef priceListSettings_;                   // VIP and referral rules of the price list
-  Variant itemSortMethod_;                           // 1: by use
-  DictionaryRef pendingDeptDays_;                    // department id -> days, chosen before its first line
-  DictionaryRef newHeatSeals_;                       // scanned and not on a garment yet
-  std::vector<std::int32_t> invoiceDepartments_;     // of the loaded ticket; the last slot is empty
-  std::vector<std::int32_t> invoiceDepartmentDays_;  // parallel
-  std::int32_t ticketLotId_ = 0;                     // of the loaded ticket, 0 for none
-  std::int32_t ticketTagCount_ = 0;                  // paper tags of the loaded ticket
+  RecordsetRef offers_;             // candidate discounts, one row a discount and department
+  RecordsetRef priceListSettings_;  // VIP and referral rules of the price list
+  Variant itemSortMethod_;          // 1: by use
+  DictionaryRef pendingDeptDays_;   // department id -> days, chosen before its first line
+  DictionaryRef newHeatSeals_;      // scanned and not on a garment yet
+  std::vector<std::int32_t> invoiceDepartments_ = {0};  // of the loaded ticket; the last slot is empty
+  std::int32_t ticketLotId_ = 0;                        // of the loaded ticket, 0 for none
+  std::int32_t ticketTagCount_ = 0;                     // paper tags of the loaded ticket
   bool prepayEnabled_ = false;
   bool dueDateOverridden_ = false;
   Variant oneDiscount_;  // of the last invoiceDone

@@ -8,17 +8,16 @@
 namespace ondrel {
 
 std::unique_ptr<Session> Database::borrow() {
-  {
-    const std::scoped_lock guard(mutex_);
-    if (!idle_.empty()) {
-      std::unique_ptr<Session> session = std::move(idle_.back());
-      idle_.pop_back();
-      session->useSchema(schema_);
-      return session;
-    }
+  std::unique_ptr<Session> session;
+  std::unique_lock guard(mutex_);
+  if (idle_.empty()) {
+    guard.unlock();
+    session = std::make_unique<Session>(*this, file_);
+    guard.lock();
+  } else {
+    session = std::move(idle_.back());
+    idle_.pop_back();
   }
-  auto session = std::make_unique<Session>(*this, file_);
-  const std::scoped_lock guard(mutex_);
   if (!schemaRead_) schema_ = readSchema(session->handle(), file_.path);
   schemaRead_ = true;
   session->useSchema(schema_);
@@ -50,6 +49,11 @@ void Database::setSchema(std::shared_ptr<const Schema> schema) {
   const std::scoped_lock guard(mutex_);
   schema_ = std::move(schema);
   schemaRead_ = true;
+}
+
+void Database::forgetSchema() {
+  const std::scoped_lock guard(mutex_);
+  schemaRead_ = false;
 }
 
 void Database::addTable(TableDefinition table) {

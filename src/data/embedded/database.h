@@ -25,11 +25,13 @@ class Database {
   void closeSessions();
 
   const DatabaseFile& file() const { return file_; }
-  // False until a session has been opened once.
+  // Whether the declared tables have been read.
   bool isKnown() const;
   // The declared tables, read from the file with the first session.
   std::shared_ptr<const Schema> schema() const;
   void setSchema(std::shared_ptr<const Schema> schema);
+  // The next session reads the declarations again.
+  void forgetSchema();
   // Enters a declaration; sessions drop what they have prepared before.
   void addTable(TableDefinition table);
   void removeTable(std::string_view name);

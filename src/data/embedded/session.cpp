@@ -329,7 +329,11 @@ void Session::rollback() {
   sqlite3_exec(handle_, "rollback", nullptr, nullptr, nullptr);
   if (std::exchange(definedInTransaction_, false)) {
     forgetStatements();
-    database_.setSchema(readSchema(handle_, database_.file().path));
+    try {
+      database_.setSchema(readSchema(handle_, database_.file().path));
+    } catch (const Error&) {
+      database_.forgetSchema();  // whoever opens the database next is told
+    }
   }
 }
 

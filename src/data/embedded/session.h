@@ -57,7 +57,7 @@ class Session {
     runPlain("commit");
     definedInTransaction_ = false;
   }
-  // Discards a transaction that is open.
+  // Discards a transaction that is open. Never fails: it runs when a connection goes.
   void rollback();
   bool inTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
   // Drops what is prepared when the schema is not the one of the last time.

@@ -34,7 +34,6 @@ class View {
   View& operator=(const View&) = delete;
 
   Table& table() const { return *table_; }
-  const std::shared_ptr<Table>& sharedTable() const { return table_; }
 
   // ---- what is shown
   bool isFiltered() const { return filter_ != nullptr; }

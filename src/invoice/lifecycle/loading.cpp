@@ -127,8 +127,7 @@ void Invoice::loadPreferencesOfTicket() {
 void Invoice::startLines() {
   isAdd = false;
   isEdittable = true;
-  invoiceDepartments_.assign(1, 0);
-  invoiceDepartmentDays_.assign(1, 0);
+  invoiceDepartments_ = {0};
 }
 
 std::int32_t Invoice::countTicketTags(const Variant& ticketNumber) {

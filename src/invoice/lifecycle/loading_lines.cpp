@@ -211,9 +211,7 @@ void Invoice::loadDepartmentLine(const StoredLines& lines, const LoadStep& step)
   const std::int32_t department = lineItems->integer(deptId);
   if (isDepartmentLoaded(department)) return;
   invoiceDepartments_.back() = department;
-  invoiceDepartmentDays_.back() = lineItems->isNull(daysToProcess) ? 0 : lineItems->integer(daysToProcess);
   invoiceDepartments_.push_back(0);
-  invoiceDepartmentDays_.push_back(0);
 }
 
 // The shares of one offer, tax or surcharge become one line again.

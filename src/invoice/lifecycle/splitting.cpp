@@ -36,6 +36,11 @@ void addTerm(std::string& filter, const std::string& term) {
   filter += (filter.empty() ? "" : " OR ") + term;
 }
 
+// What the departments share out: neither garments and charges nor what hangs on a line and follows it.
+constexpr std::string_view kShared =
+    "itemType <> 'IT' AND itemType <> 'AC' AND itemType <> 'CO' AND itemType <> 'PA' AND itemType <> 'BR' AND "
+    "itemType <> 'UP' AND parentLineNumber <= 0";
+
 // Lines of the departments that `rows` names; of any department when it names none.
 DepartmentFilters filtersFor(Recordset& rows) {
   DepartmentFilters filters;
@@ -43,15 +48,9 @@ DepartmentFilters filtersFor(Recordset& rows) {
     const std::string id = rows.value("departmentid").toText();
     addTerm(filters.garments,
             fmt::format("(deptId = '{0}' AND itemType = 'IT') OR (deptId = '{0}' AND itemType='AC')", id));
-    addTerm(filters.others,
-            fmt::format("(deptId = '{}' AND itemType <> 'IT' AND itemType <> 'AC' AND itemType <> 'CO' AND "
-                        "itemType <> 'PA' AND itemType <> 'BR' AND itemType <> 'UP')",
-                        id));
+    addTerm(filters.others, fmt::format("(deptId = '{}' AND {})", id, kShared));
   }
-  if (filters.garments.empty())
-    filters = {"itemType = 'IT' OR itemType = 'AC'",
-               "itemType <> 'IT' AND itemType <> 'AC' AND itemType <> 'CO' AND itemType <> 'PA' AND itemType "
-               "<> 'BR' AND itemType <> 'UP'"};
+  if (filters.garments.empty()) filters = {"itemType = 'IT' OR itemType = 'AC'", std::string(kShared)};
   return filters;
 }
 
@@ -212,9 +211,7 @@ void Invoice::splitDepartment(const Variant& department) {
 
   const RecordsetRef others = createLineItemsTable();
   lineItems->setFilter(filters.others);
-  for (; !lineItems->eof(); lineItems->moveNext())
-    // A stain is no line of the department but one that hangs on a garment, and follows it.
-    if (lineItems->integer(parentLineNumber) <= 0) copyLineItem(*others, *lineItems);
+  for (; !lineItems->eof(); lineItems->moveNext()) copyLineItem(*others, *lineItems);
 
   Recordset& departments = storeDepartments();
   departments.setFilter("departmentID=" + department.toText());

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 
-#include "data/query_database.h"
 #include "invoice/invoice.h"
 
 // How lines are taken apart for a split, go to a child, and come back.
@@ -160,11 +159,8 @@ void Invoice::copyLineItem(Recordset& target, const Recordset& source) {
 
 void Invoice::moveLine(Invoice& child, std::string& attached) {
   copyLineItem(*child.lineItems, *lineItems);
-  // By the line's own department, so that what hangs on it follows whichever department is being split.
-  const std::string name =
-      lineItems->isNull(deptName) ? "Null" : fmt::format("'{}'", escapeSqlValue(lineItems->text(deptName)));
-  attached += fmt::format("{}(deptName = {} AND parentLineNumber={})", attached.empty() ? "" : " OR ", name,
-                          lineItems->integer(lineNumber));
+  attached +=
+      fmt::format("{}parentLineNumber={}", attached.empty() ? "" : " OR ", lineItems->integer(lineNumber));
   lineItems->deleteRow();
 }
 
