@@ -4,6 +4,7 @@
 
 #include "data/query_database.h"
 #include "data/values.h"
+#include "invoice/line_access.h"
 
 namespace ondrel {
 using enum LineColumn;
@@ -79,13 +80,11 @@ void Invoice::logLine(std::string_view logType, const Variant& pieces, const Var
 }
 
 bool Invoice::findLine(const Variant& number) {
-  lineItems->setFilter("lineNumber=" + number.toText());
-  return !lineItems->eof();
+  return ondrel::findLine(*lineItems, number);
 }
 
 void Invoice::deleteFilteredLines(std::string_view filter) {
-  lineItems->setFilter(filter);
-  for (; !lineItems->eof(); lineItems->moveNext()) lineItems->deleteRow();
+  deleteLines(*lineItems, filter);
   lineItems->clearFilter();
 }
 

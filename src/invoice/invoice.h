@@ -595,9 +595,6 @@ class Invoice : public Object {
   void setFinishedDueDate();
 
   // ---------------------------------------------------------------- route, workload, rush
-  bool usesRouteVersion2();
-  bool isDeliveryDay(const Variant& customerSeq, int dayIndex, bool routeVersion2);
-  void setRouteDueDate(Date date);
   double getWorkloadThreshold(const std::string& deptName);
   double getPiecesDue(const std::string& deptName, Date date);
   void rollOverDepartment(const std::string& deptName);
@@ -656,8 +653,6 @@ class Invoice : public Object {
   void saveTicketTags(std::string_view userAction);
 
   // ---------------------------------------------------------------- preferences
-  Variant getCustomerPreferenceValue(const Variant& customerSeq, const Variant& ticketNumber,
-                                     const Variant& typeId, const Variant& defaultValue);
   void saveCustomerPreferences(const Variant& customerSeq, const Variant& ticketNumber);
 
   // ---------------------------------------------------------------- saving
@@ -672,7 +667,6 @@ class Invoice : public Object {
   double vipQualifyingAmount();
   void quotePreferences();
   std::string routeText() const;
-  std::string readyTime() const;
   void extendInvDueDateFromLines();
   void dropEmptyDepartmentLines();
   void insertTicketLineItems(std::int32_t employeeId);

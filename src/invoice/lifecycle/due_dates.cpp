@@ -6,6 +6,8 @@
 #include "data/query_database.h"
 #include "data/values.h"
 #include "invoice/invoice.h"
+#include "invoice/lifecycle/department_groups.h"
+#include "invoice/lifecycle/ticket_dates.h"
 
 namespace ondrel {
 namespace {
@@ -23,25 +25,16 @@ std::string dayText(Date date) {
   return fmt::format("{}/{}/{}", parts.month, parts.day, parts.year);
 }
 
-// The latest calendar day wins; a line without a date does not count.
-void takeLaterDate(const Recordset& line, Date& latest) {
-  if (!line.isNull(dueDate) && daysBetween(latest, line.date(dueDate)) > 0) latest = line.date(dueDate);
-}
-
 }  // namespace
 
 // ---------------------------------------------------------------- counting days
 
 Date Invoice::dueDateForDays(const Variant& days) {
-  apartment_->store.dueDateBase = createdDate;
-  return addStoreDays(*apartment_, days.toLong());
+  return ondrel::dueDateForDays(*apartment_, createdDate, days.toLong());
 }
 
 std::int32_t Invoice::daysUntilDate(Date target) {
-  const std::int32_t days = ondrel::daysUntilDate(apartment_->store.calendar, createdDate, target);
-  // What counts next without setting the base goes on from the date that was reached.
-  dueDateForDays(days);
-  return days;
+  return ondrel::daysUntilDate(*apartment_, createdDate, target);
 }
 
 Variant Invoice::getAdditionalDeptDays(Variant& departmentID) {
@@ -84,8 +77,7 @@ void Invoice::calculateInvDueDate() {
 }
 
 void Invoice::raiseInvDueDate() {
-  InvDueDate = createdDate;
-  for (; !lineItems->eof(); lineItems->moveNext()) takeLaterDate(*lineItems, InvDueDate);
+  InvDueDate = latestDueDate(*lineItems, dueDate, createdDate);
 }
 
 // ---------------------------------------------------------------- dates of a department
@@ -121,24 +113,13 @@ Variant Invoice::getDeptDueDate(const Variant& department) {
   if (const std::string name = department.joined(); !name.empty())
     lines->setFilter("deptName='" + name + "'");
   if (lines->eof()) return dayText(InvDueDate);
-  Date latest = Date::of(1980, 1, 1);
-  for (; !lines->eof(); lines->moveNext()) takeLaterDate(*lines, latest);
-  return dayText(latest);
+  return dayText(latestDueDate(*lines, dueDate, Date::of(1980, 1, 1)));
 }
 
 // ---------------------------------------------------------------- dates set by hand
 
 bool Invoice::setDates(std::string_view filter, Date due, std::int32_t days) {
-  if (filter.empty())
-    lineItems->clearFilter();
-  else
-    lineItems->setFilter(filter);
-  const bool found = !lineItems->eof();
-  for (; !lineItems->eof(); lineItems->moveNext()) {
-    lineItems->setValue(daysToProcess, days);
-    lineItems->setValue(dueDate, due);
-  }
-  lineItems->clearFilter();
+  const bool found = setLineDates(*lineItems, filter, {daysToProcess, dueDate}, due, days);
   calculateInvDueDate();
   return found;
 }
@@ -180,10 +161,7 @@ Variant Invoice::isDepartmentPresent(Variant& deptID) {
 }
 
 Recordset& Invoice::storeDepartments() const {
-  if (!apartment_->store.storeDepartments)
-    throw Error(ErrorNumber::ObjectNotSet, className(),
-                "The store's departments are not loaded: call setStoreDays first");
-  return *apartment_->store.storeDepartments;
+  return loadedDepartments(*apartment_, className());
 }
 
 void Invoice::rememberDeptDays(const Variant& department, std::int32_t days) {

@@ -2,10 +2,10 @@
 
 #include <cmath>
 
-#include "base/text.h"
 #include "data/query_database.h"
 #include "data/values.h"
 #include "invoice/lifecycle/saving.h"
+#include "invoice/lifecycle/ticket_dates.h"
 
 namespace ondrel {
 namespace {
@@ -87,11 +87,6 @@ std::string Invoice::routeText() const {
   return routeNumber == -1 ? "NULL" : std::to_string(routeNumber);
 }
 
-std::string Invoice::readyTime() const {
-  const auto weekday = static_cast<size_t>(InvDueDate.weekday());
-  return std::string(trim(apartment_->store.defaultPickupTimes[weekday]));
-}
-
 // ---------------------------------------------------------------- a new ticket
 
 // | step | in one transaction                    | by itself afterwards                            |
@@ -126,7 +121,7 @@ std::string Invoice::insertTicketText(const SaveRequest& request) {
   const std::string invoiceText = invoiceNo.empty() ? "Null" : "'" + invoiceNo + "'";
   const bool firstVisit = !counterSaleOnly && custVisitCount == 0;
   const std::string_view ticketType = counterSaleOnly ? "C" : isQuickInvoice() ? "Q" : "D";
-  const std::string ready = readyTime();
+  const std::string ready = readyTimeOn(*apartment_, InvDueDate);
   return fmt::format("InsertTicket {}, {},'{}','AC',{},{},{},'{}',{},{:d},{},{}, {:d}", storeNumber,
                      invoiceText, ticketType, priceListId, routeText(), request.employee, InvDueDate.text(),
                      amounts, firstVisit, sums, ready.empty() ? "NULL" : "'" + ready + "'", prepayEnabled_);
@@ -162,7 +157,7 @@ std::string Invoice::updateTicketText(const SaveRequest& request) {
   quotePreferences();
   const std::string amounts = customerAndMoney(request), sums = sumsAndNames(request);
   dropEmptyDepartmentLines();
-  const std::string ready = readyTime();
+  const std::string ready = readyTimeOn(*apartment_, InvDueDate);
   return fmt::format("UpdateTicket {},'{}',{},'{}',{},{},'{}',{}, {:d}", ticketNo,
                      escapeSqlValue(routeText()), request.employee, InvDueDate.text(), amounts, sums,
                      escapeSqlValue(invoiceType), ready.empty() ? "NULL" : "'" + escapeSqlValue(ready) + "'",
@@ -171,9 +166,7 @@ std::string Invoice::updateTicketText(const SaveRequest& request) {
 
 void Invoice::extendInvDueDateFromLines() {
   lineItems->clearFilter();
-  for (; !lineItems->eof(); lineItems->moveNext())
-    if (!lineItems->isNull(dueDate) && daysBetween(InvDueDate, lineItems->date(dueDate)) > 0)
-      InvDueDate = lineItems->date(dueDate);
+  InvDueDate = latestDueDate(*lineItems, dueDate, InvDueDate);
 }
 
 // A quick drop-off that has been itemised to the last piece is a normal ticket.

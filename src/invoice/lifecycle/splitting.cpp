@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "data/query_database.h"
 #include "invoice/invoice.h"
+#include "invoice/lifecycle/department_groups.h"
 #include "invoice/line_kinds.h"
 
 // What goes on which ticket. Every child is an invoice like its parent; the three ways of making one differ:
@@ -69,35 +69,15 @@ bool Invoice::hasMarkedLineItems() {
   return found;
 }
 
-// | of the departments on the invoice, in the store's order             | split |
-// |---------------------------------------------------------------------|-------|
-// | one of a group, the one of a group before it of another             | yes   |
-// | more pieces than its ticket takes; exactly as many do not           | yes   |
-// | a department of no group, two of one group                          | no    |
 bool Invoice::isSplitInvoice() {
   if (hasMarkedLineItems()) return true;
-  bool split = false;
-  std::int32_t previousGroup = -1;
-  const RecordsetRef departments = storeDepartments().clone();
-  for (; !departments->eof() && !split; departments->moveNext()) {
-    Variant department = departments->value("departmentID");
-    if (!isDepartmentPresent(department).toBoolean()) continue;
-    if (const std::int32_t group = departments->integer("splitGroup"); group > 0) {
-      split = previousGroup > -1 && previousGroup != group;
-      previousGroup = group;
-    }
-    if (getDepartmentPieceCount(department).toLong() > departments->integer("maxItemsInReceipt"))
-      split = true;
-  }
-  return split || isQuickInvoice();
+  const auto isPresent = [this](Variant department) { return isDepartmentPresent(department).toBoolean(); };
+  const auto pieces = [this](Variant department) { return getDepartmentPieceCount(department).toLong(); };
+  return departmentsAskForSplit(storeDepartments(), isPresent, pieces) || isQuickInvoice();
 }
 
 bool Invoice::oneDeptWithNoSplitExists() {
-  Recordset& departments = listedDepartments();
-  departments.setFilter("splitInvoice=false");
-  const bool found = !departments.eof();
-  departments.clearFilter();
-  return found;
+  return hasDepartmentWithoutSplit(listedDepartments());
 }
 
 // ---------------------------------------------------------------- the split
@@ -201,13 +181,7 @@ void Invoice::splitQuickLines() {
 // |      |                                     | is left                                          |
 // | 4    | the lines set aside                 | leave the parent                                 |
 void Invoice::splitDepartment(const Variant& department) {
-  const RecordsetRef travelling = queryDatabase(
-      *apartment_,
-      fmt::format(" select d1.departmentid from  department d1  inner join department d2 on (d2.splitgroup = "
-                  "d1.splitgroup or d1.splitGroup = 0) and d2.pricelistid = d1.pricelistid  where "
-                  "d2.departmentID = {}",
-                  department.toText()));
-  const DepartmentFilters filters = filtersFor(*travelling);
+  const DepartmentFilters filters = filtersFor(*travellingDepartments(*apartment_, department));
 
   const RecordsetRef others = createLineItemsTable();
   lineItems->setFilter(filters.others);

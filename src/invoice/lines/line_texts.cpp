@@ -1,12 +1,12 @@
 #include "invoice/invoice.h"
+#include "invoice/line_access.h"
 
 namespace ondrel {
 
 using enum LineColumn;
 
 void Invoice::setLineText(const Variant& lineNo, Column column, const Variant& text) {
-  if (findLine(lineNo)) lineItems->setValue(column, text);
-  lineItems->clearFilter();
+  setLineValue(*lineItems, lineNo, column, text);
 }
 
 void Invoice::renameLineItem(const Variant& lineNo, const Variant& name) {
@@ -22,9 +22,7 @@ void Invoice::attachPromptReponse(const Variant& lineNo, const Variant& response
 }
 
 Variant Invoice::getItemNotes(const Variant& lineNo) {
-  const std::string found = findLine(lineNo) ? lineItems->text(notes) : std::string();
-  lineItems->clearFilter();
-  return found;
+  return lineText(*lineItems, lineNo, notes);
 }
 
 Variant Invoice::getLineQuantity(const Variant& line) {
