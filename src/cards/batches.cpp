@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "base/passed_over.h"
 #include "base/text.h"
 #include "cards/credit_card_processing.h"
-#include "cards/passed_over.h"
 #include "cards/request_lines.h"
 #include "data/query_database.h"
 #include "data/values.h"

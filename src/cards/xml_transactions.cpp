@@ -2,8 +2,8 @@
 
 #include <chrono>
 
+#include "base/passed_over.h"
 #include "cards/credit_card_processing.h"
-#include "cards/passed_over.h"
 #include "cards/settled_file.h"
 #include "platform/delimited_text.h"
 #include "platform/xml.h"
