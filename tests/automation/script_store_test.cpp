@@ -192,7 +192,7 @@ TEST(Examples, RunToTheirEndInTheSampleStore) {
 
 TEST(Console, OtherDriversAreRefusedWithoutTheirPassword) {
   ConsoleOptions options;
-  options.connectionString = "Driver=SQL Server;Server=shop;Pwd=secret";
+  options.connectionString = "Provider=Nothing;Data Source=shop;Password=secret";
   std::string output;
   const auto append = [&output](std::string_view text) { output += text; };
   EXPECT_EQ(runScript("Database.query('select 1')", "odbc.js", options, append, append), 1);

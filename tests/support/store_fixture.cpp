@@ -1,13 +1,35 @@
 #include "support/store_fixture.h"
 
+#include <cstdlib>
+
 #include "data/embedded/embedded_connection.h"
+#include "data/odbc/odbc_connection.h"
+#include "support/odbc_double/odbc_double.h"
 
 namespace ondrel {
+
+namespace {
+
+void reachByOdbc(Apartment& apartment, const EmbeddedStore& store, const std::shared_ptr<Clock>& clock) {
+  const auto server = std::make_shared<StoreServer>(store, clock);
+  apartment.connect = [server, pool = std::make_shared<OdbcPool>()](const ConnectionSettings& settings) {
+    return connectOdbc(settings, pool);
+  };
+  apartment.DBConnectionString = connectionStringOf(*server);
+}
+
+}  // namespace
+
+bool testsRunOverOdbc() {
+  const char* road = std::getenv("ONDREL_TEST_STORE");
+  return road && std::string_view(road) == "odbc";
+}
 
 ApartmentRef apartmentOn(const EmbeddedStore& store, std::shared_ptr<Clock> clock) {
   auto apartment = std::make_shared<Apartment>();
   apartment->connect = connectEmbedded;
   apartment->DBConnectionString = store.connectionString();
+  if (testsRunOverOdbc()) reachByOdbc(*apartment, store, clock);
   apartment->clock = std::move(clock);
   apartment->trace.start();
   return apartment;

@@ -37,6 +37,10 @@ class StoreTest : public ::testing::Test {
   ApartmentScope scope_;
 };
 
+// True when the environment variable ONDREL_TEST_STORE is "odbc": apartments then reach their store through
+// the driver manager, as they would reach a server.
+bool testsRunOverOdbc();
+
 // An apartment on the store, with the trace on.
 ApartmentRef apartmentOn(const EmbeddedStore& store, std::shared_ptr<Clock> clock);
 

@@ -281,8 +281,6 @@ void refuseDumps(const Parts& parts, const ChosenDriver& chosen, const OdbcMachi
       "{} is refused: it writes what passes to a file, and card numbers pass";
   if (const ConnectionPart* part = parts.find(Keyword::DumpsData))
     fail(ErrorNumber::ConnectionFailed, fmt::format(kRefused, part->name));
-  if (!machine.trafficLog.empty())
-    fail(ErrorNumber::ConnectionFailed, fmt::format(kRefused, machine.trafficLog));
   if (chosen.source.empty()) return;
   for (const std::string_view keyword : dumpKeywords())
     if (!machine.sourceValue(chosen.source, keyword).empty())

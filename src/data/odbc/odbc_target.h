@@ -32,8 +32,6 @@ struct OdbcMachine {
   std::vector<std::string> drivers;  // installed, by name
   // Value of a key of a data source; empty when there is none.
   std::function<std::string(std::string_view source, std::string_view key)> sourceValue;
-  // A setting by which traffic goes to a file, in words; empty when there is none.
-  std::string trafficLog;
 };
 
 // What a connection string comes to, as shops have them: of OLE DB ("Provider=SQLOLEDB;Data Source=..;Initial
@@ -47,7 +45,7 @@ struct OdbcMachine {
 // | Connect Timeout                | seconds to wait for the server, and for a free connection           |
 //
 // Error ProviderFailure for a provider or a server without a driver, InvalidArgument for a string that does
-// not parse, ConnectionFailed for an option or setting that writes traffic to a file, since card numbers
+// not parse, ConnectionFailed for an option that writes traffic to a file, since card numbers
 // pass. No value of the string stands in an error.
 OdbcTarget odbcTarget(const ConnectionSettings& settings, const OdbcMachine& machine);
 

@@ -1,0 +1,111 @@
+#include "data/odbc/odbc_connection.h"
+
+#include <map>
+#include <mutex>
+#include <tuple>
+
+#include "data/odbc/odbc_target.h"
+#include "data/odbc/this_machine.h"
+
+namespace ondrel {
+namespace {
+
+using TargetRef = std::shared_ptr<const OdbcTarget>;
+
+// A program has few connection strings and opens connections all the time.
+TargetRef targetOf(const ConnectionSettings& settings) {
+  static std::mutex mutex;
+  static std::map<std::tuple<std::string, std::string, std::string>, TargetRef> known;
+  const std::scoped_lock guard(mutex);
+  TargetRef& target = known[{settings.connectionString, settings.user, settings.password}];
+  if (!target) target = std::make_shared<OdbcTarget>(odbcTarget(settings, thisMachine()));
+  return target;
+}
+
+class OdbcConnection : public Connection {
+ public:
+  OdbcConnection(const ConnectionSettings& settings, std::shared_ptr<OdbcPool> pool)
+      : settings_(settings), pool_(std::move(pool)) {}
+  ~OdbcConnection() override { close(); }
+
+  void setCommandTimeout(int seconds) override {
+    timeout_ = seconds;
+    if (loan_.session) loan_.session->setTimeout(seconds);
+  }
+
+  void open() override {
+    if (open_) throw Error(ErrorNumber::ObjectOpen, kOdbcSource, "The connection is open already");
+    target_ = targetOf(settings_);
+    borrow(false);
+    open_ = true;
+  }
+
+  // A session that lay in the pool may have died there. Nothing was sent before a begin, so a new one can
+  // take its place; nothing else is ever sent twice.
+  void begin() override {
+    OdbcSession& first = session();
+    try {
+      first.begin();
+    } catch (const Error&) {
+      if (!loan_.reused || !first.isLost()) throw;
+      giveBack();
+      borrow(true);
+      loan_.session->begin();
+    }
+    inTransaction_ = true;
+  }
+
+  void commit() override {
+    session().commit();
+    inTransaction_ = false;
+  }
+
+  void execute(std::string_view sql) override { session().run(sql, false); }
+  RecordsetRef query(std::string_view sql) override { return session().run(sql, true); }
+
+  void close() override {
+    giveBack();
+    open_ = inTransaction_ = false;
+  }
+
+ private:
+  // A lost session is replaced, unless a transaction went with it.
+  OdbcSession& session() {
+    if (!open_)
+      throw Error(ErrorNumber::ObjectClosed, kOdbcSource,
+                  "Operation is not allowed when the connection is closed");
+    if (!inTransaction_ && loan_.session && loan_.session->isLost()) giveBack();
+    if (!loan_.session) borrow(false);
+    return *loan_.session;
+  }
+
+  void borrow(bool fresh) {
+    loan_ = pool_->borrow(*target_, fresh);
+    loan_.session->setTimeout(timeout_);
+  }
+
+  void giveBack() {
+    if (loan_.session) pool_->giveBack(*target_, std::move(loan_.session));
+    loan_ = {};
+  }
+
+  ConnectionSettings settings_;
+  std::shared_ptr<OdbcPool> pool_;
+  TargetRef target_;
+  OdbcPool::Loan loan_;
+  bool open_ = false;
+  bool inTransaction_ = false;
+  int timeout_ = kOdbcTimeoutSeconds;
+};
+
+}  // namespace
+
+std::unique_ptr<Connection> connectOdbc(const ConnectionSettings& settings) {
+  return connectOdbc(settings, OdbcPool::ofProcess());
+}
+
+std::unique_ptr<Connection> connectOdbc(const ConnectionSettings& settings, std::shared_ptr<OdbcPool> pool) {
+  return std::make_unique<OdbcConnection>(settings, std::move(pool));
+}
+
+}  // namespace ondrel

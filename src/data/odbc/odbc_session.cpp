@@ -1,0 +1,196 @@
+#include "data/odbc/odbc_session.h"
+
+#include <fmt/format.h>
+
+#include "base/text.h"
+#include "data/odbc/this_machine.h"
+
+namespace ondrel {
+namespace {
+
+// Of the standard's version 3.8: the next statement finds the connection as if it were new.
+constexpr SQLINTEGER kResetConnection = 116;
+
+SQLPOINTER number(std::uintptr_t value) {
+  return reinterpret_cast<SQLPOINTER>(value);
+}
+
+SQLCHAR* characters(std::string_view text) {
+  return reinterpret_cast<SQLCHAR*>(const_cast<char*>(text.data()));
+}
+
+void refuseTrafficLog() {
+  if (const std::string log = trafficLog(); !log.empty())
+    throw Error(ErrorNumber::ConnectionFailed, kOdbcSource,
+                log + " is refused: it writes what passes to a file, and card numbers pass");
+}
+
+}  // namespace
+
+// ---- connecting
+
+// The driver would complete the connection string, password included; nobody takes it.
+OdbcSession::OdbcSession(SQLHANDLE environment, const OdbcTarget& target)
+    : password_(target.password), connection_(SQL_HANDLE_DBC, environment) {
+  refuseTrafficLog();
+  SQLSetConnectAttr(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT,
+                    number(static_cast<std::uintptr_t>(target.loginSeconds)), SQL_IS_UINTEGER);
+  const SQLRETURN code = SQLDriverConnect(connection_.get(), nullptr, characters(target.text), SQL_NTS,
+                                          nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+  if (!succeeded(code)) {
+    const OdbcDiagnosis said = diagnosisOf(connection_);
+    throw Error(ErrorNumber::ConnectionFailed, kOdbcSource,
+                withoutPassword(odbcError(said, "Cannot connect: ").description()));
+  }
+  try {
+    statement_ = OdbcHandle(SQL_HANDLE_STMT, connection_.get());
+    setTimeout(kOdbcTimeoutSeconds);
+  } catch (...) {
+    SQLDisconnect(connection_.get());
+    throw;
+  }
+  // A brace or a question mark in a statement is nothing to the driver, where it can be told.
+  SQLSetStmtAttr(statement_.get(), SQL_ATTR_NOSCAN, number(SQL_NOSCAN_ON), SQL_IS_UINTEGER);
+}
+
+OdbcSession::~OdbcSession() {
+  statement_ = {};
+  if (state_ != State::Free) endTransaction(SQL_ROLLBACK);
+  SQLDisconnect(connection_.get());
+}
+
+void OdbcSession::setTimeout(int seconds) {
+  if (seconds == timeoutSeconds_) return;
+  check(SQLSetStmtAttr(statement_.get(), SQL_ATTR_QUERY_TIMEOUT, number(static_cast<std::uintptr_t>(seconds)),
+                       SQL_IS_UINTEGER),
+        statement_);
+  timeoutSeconds_ = seconds;
+}
+
+// ---- statements
+
+RecordsetRef OdbcSession::run(std::string_view sql, bool fetch) {
+  requireUse();
+  const SQLRETURN executed =
+      SQLExecDirect(statement_.get(), characters(sql), static_cast<SQLINTEGER>(sql.size()));
+  RecordsetRef table;
+  try {
+    table = readResults(executed, fetch);
+  } catch (...) {
+    SQLFreeStmt(statement_.get(), SQL_CLOSE);
+    throw;
+  }
+  SQLFreeStmt(statement_.get(), SQL_CLOSE);
+  return table;
+}
+
+// The error of a later statement of a batch shows only when its result is asked for, so all are.
+RecordsetRef OdbcSession::readResults(SQLRETURN executed, bool fetch) {
+  RecordsetRef table;
+  SQLRETURN code = executed;
+  if (code == SQL_NO_DATA) code = SQLMoreResults(statement_.get());
+  for (; code != SQL_NO_DATA; code = SQLMoreResults(statement_.get())) {
+    check(code, statement_);
+    if (!fetch || table) continue;
+    const int columns = OdbcResult::columnCount(statement_);
+    if (columns < 0) fail(statement_);
+    if (columns == 0) continue;
+    table = result_.fetch(statement_, columns);
+    if (!table) fail(statement_);
+  }
+  return fetch && !table ? Recordset::create() : table;
+}
+
+// ---- transactions
+
+// Switching autocommit on rolls back what is open with one driver and commits it with the others, so
+// whatever is open is ended first.
+SQLRETURN OdbcSession::setAutocommit(bool on) {
+  return SQLSetConnectAttr(connection_.get(), SQL_ATTR_AUTOCOMMIT,
+                           number(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER);
+}
+
+SQLRETURN OdbcSession::endTransaction(SQLSMALLINT how) {
+  return SQLEndTran(SQL_HANDLE_DBC, connection_.get(), how);
+}
+
+void OdbcSession::begin() {
+  requireUse();
+  if (state_ == State::InTransaction)
+    throw Error(ErrorNumber::StatementFailed, kOdbcSource,
+                "Only one transaction can be active on this connection");
+  check(setAutocommit(false), connection_);
+  state_ = State::InTransaction;
+}
+
+// Ending a transaction opens the next with one driver; the switch back closes that.
+void OdbcSession::commit() {
+  requireUse();
+  if (state_ != State::InTransaction)
+    throw Error(ErrorNumber::StatementFailed, kOdbcSource, "No transaction is active");
+  if (!succeeded(endTransaction(SQL_COMMIT))) {
+    const OdbcDiagnosis said = diagnosisOf(connection_);
+    state_ = State::Over;
+    reason_ = "it is not known whether it was committed";
+    throw Error(
+        odbcError(said).code(), kOdbcSource,
+        withoutPassword(odbcError(said, "The commit failed, and it is not known whether the server made it: ")
+                            .description()));
+  }
+  state_ = State::Free;
+  if (!succeeded(setAutocommit(true))) state_ = State::Lost;
+}
+
+bool OdbcSession::reset() {
+  if (state_ == State::Over || state_ == State::Lost) return false;
+  if (state_ == State::InTransaction) {
+    if (!succeeded(endTransaction(SQL_ROLLBACK)) || !succeeded(setAutocommit(true))) return false;
+    state_ = State::Free;
+  }
+  if (isLost()) return false;
+  SQLSetConnectAttr(connection_.get(), kResetConnection, number(1), SQL_IS_UINTEGER);
+  setTimeout(kOdbcTimeoutSeconds);
+  return true;
+}
+
+// ---- failures
+
+bool OdbcSession::isLost() {
+  if (state_ == State::Lost) return true;
+  SQLUINTEGER dead = SQL_CD_FALSE;
+  const SQLRETURN code = SQLGetConnectAttr(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
+  return succeeded(code) && dead == SQL_CD_TRUE;
+}
+
+void OdbcSession::requireUse() const {
+  if (state_ == State::Over)
+    throw Error(ErrorNumber::StatementFailed, kOdbcSource, "The transaction is over: " + reason_);
+  if (state_ == State::Lost)
+    throw Error(ErrorNumber::ConnectionFailed, kOdbcSource, "The connection to the server is lost");
+}
+
+void OdbcSession::check(SQLRETURN code, const OdbcHandle& handle) {
+  if (!succeeded(code)) fail(handle);
+}
+
+// A lost connection comes as a general error first, so the driver is asked after each.
+void OdbcSession::fail(const OdbcHandle& handle, std::string_view before) {
+  const OdbcDiagnosis said = diagnosisOf(handle);
+  const bool lost = said.isConnectionLoss() || isLost();
+  const bool inTransaction = state_ == State::InTransaction;
+  if (inTransaction && (lost || said.endsTransaction())) {
+    state_ = State::Over;
+    reason_ = lost ? "the connection to the server was lost" : "the server ended it to resolve a deadlock";
+  } else if (lost) {
+    state_ = State::Lost;
+  }
+  const Error error = odbcError(said, before);
+  throw Error(lost ? ErrorNumber::ConnectionFailed : error.code(), kOdbcSource,
+              withoutPassword(error.description()));
+}
+
+std::string OdbcSession::withoutPassword(std::string text) const {
+  return replaceAll(text, password_, "***");
+}
+
+}  // namespace ondrel

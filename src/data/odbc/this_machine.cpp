@@ -1,0 +1,70 @@
+#include "data/odbc/this_machine.h"
+
+#include <odbcinst.h>
+
+#include <array>
+#include <cstdlib>
+#include <fstream>
+
+#include "base/text.h"
+
+namespace ondrel {
+namespace {
+
+constexpr size_t kSettingLength = 1024;
+
+std::string setting(std::string_view section, std::string_view key, const char* file) {
+  std::array<char, kSettingLength> value{};
+  SQLGetPrivateProfileString(std::string(section).c_str(), std::string(key).c_str(), "", value.data(),
+                             static_cast<int>(value.size()), file);
+  return value.data();
+}
+
+// The names stand one after the other, each with a zero behind it.
+std::vector<std::string> installedDrivers() {
+  std::array<char, 16 * kSettingLength> names{};
+  WORD length = 0;
+  std::vector<std::string> result;
+  if (!SQLGetInstalledDrivers(names.data(), static_cast<WORD>(names.size()), &length)) return result;
+  for (const char* name = names.data(); *name != '\0'; name += result.back().size() + 1)
+    result.emplace_back(name);
+  return result;
+}
+
+std::string environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value ? value : "";
+}
+
+bool dumps(const std::string& configuration) {
+  std::ifstream file(configuration);
+  for (std::string line; std::getline(file, line);) {
+    std::string key = toLower(line.substr(0, line.find('=')));
+    std::erase_if(key, [](char c) { return c == ' ' || c == '\t'; });
+    if (key == "dumpfile") return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+const OdbcMachine& thisMachine() {
+  static const OdbcMachine machine{installedDrivers(), [](std::string_view source, std::string_view key) {
+                                     return setting(source, key, "odbc.ini");
+                                   }};
+  return machine;
+}
+
+std::string trafficLog() {
+  for (const char* name : {"TDSDUMP", "TDSDUMPCONFIG"})
+    if (std::getenv(name)) return std::string("The environment variable ") + name;
+  const std::string trace = toLower(setting("ODBC", "Trace", "odbcinst.ini"));
+  if (trace == "1" || trace == "yes" || trace == "on" || trace == "y") return "Trace in odbcinst.ini";
+  for (const std::string& file :
+       {environment("FREETDSCONF"), environment("FREETDS") + "/etc/freetds.conf",
+        environment("HOME") + "/.freetds.conf", std::string("/etc/freetds/freetds.conf")})
+    if (dumps(file)) return "The dump file of " + file;
+  return "";
+}
+
+}  // namespace ondrel
