@@ -12,6 +12,7 @@
 #include "pickup/pickup.h"
 #include "services/db_tool.h"
 #include "services/helper_functions.h"
+#include "services/marketing_letters.h"
 
 namespace ondrel {
 namespace {
@@ -32,7 +33,7 @@ constexpr std::array<PublicClass, 13> kPublicClasses = {{
     {"invoice",              "1FDC7BD4-F46D-47B7-BD99-FE04480227D2", "F86AA050-6259-424F-98F8-901FF2C5805D", make<Invoice>},
     {"creditCardProcessing", "2430B43B-7FED-4FFA-9D69-F3B2A8964990", "80F7D53A-1087-460E-B4E5-D00081BC226B", make<CreditCardProcessing>},
     {"creditCardFields",     "ECA1A443-ACB5-42B2-9D86-48692BB1065F", "DC5C80E6-72E4-43F4-8DBC-C5233A6804D3", make<CreditCardFields>},
-    {"MarketingLetters",     "7214C415-95EA-449F-B6A1-01B5FC3916D2", "A1B32D4F-B92E-4B25-BEC4-8DF9304DD261", nullptr},
+    {"MarketingLetters",     "7214C415-95EA-449F-B6A1-01B5FC3916D2", "A1B32D4F-B92E-4B25-BEC4-8DF9304DD261", make<MarketingLetters>},
     {"claimReceiptFields",   "E388951C-2501-4745-BCBF-59EC01C8C85F", "2A0684EF-5B39-43A3-B59B-890C34B8509F", make<ClaimReceiptFields>},
     {"DbTool",               "B31809D9-BA58-4DBB-8842-C8A14E8A5C95", "1A3B946F-02B5-444A-8D6F-444E34AA2F48", make<DbTool>},
     {"DbOption",             "5E18FB3F-8393-406C-A254-DA4CBF2B28FF", "1B80340B-B521-4782-A099-568D66F342CF", make<DbOption>},

@@ -24,6 +24,7 @@ enum class ErrorNumber : int {
   NoSuchMember = 438,
   WrongNumberOfArguments = 450,
   KeyAlreadyExists = 457,
+  PrinterError = 482,
   InvalidArgument = 3001,
   NoCurrentRecord = 3021,
   ItemNotFound = 3265,

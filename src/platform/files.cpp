@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
@@ -29,7 +30,7 @@ std::string drivesOfHost() {
 }
 
 // The folders and the name without "." and "..", which ends at the top of the drive.
-std::string stepsOf(std::string_view path) {
+std::vector<std::string> stepsOf(std::string_view path) {
   std::vector<std::string> steps;
   while (!path.empty()) {
     const size_t end = std::min(path.find_first_of("\\/"), path.size());
@@ -41,9 +42,26 @@ std::string stepsOf(std::string_view path) {
       steps.emplace_back(step);
     }
   }
+  return steps;
+}
+
+std::string joined(const std::vector<std::string>& steps) {
   std::string result;
   for (const std::string& step : steps) result += (result.empty() ? "" : "/") + step;
   return result;
+}
+
+// The name that `step` has in the folder: its own, or the first that differs from it in case alone.
+std::string nameIn(const std::string& folder, const std::string& step) {
+  std::error_code failure;
+  if (std::filesystem::exists(folder + "/" + step, failure)) return step;
+  std::string found;
+  for (auto it = std::filesystem::directory_iterator(folder, failure);
+       !failure && it != std::filesystem::directory_iterator(); it.increment(failure)) {
+    const std::string name = it->path().filename().string();
+    if (equalsIgnoringCase(name, step) && (found.empty() || name < found)) found = name;
+  }
+  return found.empty() ? step : found;
 }
 
 class Descriptor {
@@ -79,15 +97,33 @@ class Descriptor {
 Files::Files() : Files(drivesOfHost()) {}
 
 std::string Files::hostPath(std::string_view path) const {
-  if (path.size() > 1 && path[1] == ':' && isLetter(path[0]))
-    return drives_ + "/" + toLower(path.substr(0, 1)) + "/" + stepsOf(path.substr(2));
+  if (path.size() > 1 && path[1] == ':' && isLetter(path[0])) {
+    std::string place = drives_ + "/" + toLower(path.substr(0, 1));
+    std::string steps;
+    for (const std::string& step : stepsOf(path.substr(2))) steps += "/" + nameIn(place + steps, step);
+    return place + (steps.empty() ? "/" : steps);
+  }
   const bool isRooted = !path.empty() && (path[0] == '\\' || path[0] == '/');
-  return (isRooted ? "/" : "") + stepsOf(path);
+  return (isRooted ? "/" : "") + joined(stepsOf(path));
 }
 
 bool Files::exists(std::string_view path) const {
   std::error_code failure;
   return std::filesystem::is_regular_file(hostPath(path), failure);
+}
+
+void Files::makeFolder(std::string_view path) const {
+  std::error_code failure;
+  std::filesystem::create_directories(hostPath(path), failure);
+  if (failure) failAccess();
+}
+
+void Files::makeReadOnly(std::string_view path) const {
+  using std::filesystem::perms;
+  std::error_code failure;
+  std::filesystem::permissions(hostPath(path), perms::owner_write | perms::group_write | perms::others_write,
+                               std::filesystem::perm_options::remove, failure);
+  if (failure) failAccess();
 }
 
 bool Files::remove(std::string_view path) const {
@@ -115,8 +151,10 @@ std::optional<std::string> Files::read(std::string_view path, size_t limit) cons
   if (!exists(path)) return std::nullopt;
   std::ifstream file(hostPath(path), std::ios::binary);
   if (!file) return std::nullopt;
-  std::string text(limit, '\0');
-  file.read(text.data(), static_cast<std::streamsize>(limit));
+  std::error_code failure;
+  const auto size = std::filesystem::file_size(hostPath(path), failure);
+  std::string text(failure ? limit : std::min<std::uintmax_t>(limit, size), '\0');
+  file.read(text.data(), static_cast<std::streamsize>(text.size()));
   text.resize(static_cast<size_t>(file.gcount()));
   return text;
 }

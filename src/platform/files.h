@@ -16,7 +16,8 @@ namespace ondrel {
 // | \xc\in\a      | /xc/in/a                   |
 // | xc\in\a       | xc/in/a, the working folder |
 //
-// DRIVES is the folder that holds one folder a drive. ".." does not lead out of a drive.
+// DRIVES is the folder that holds one folder a drive. ".." does not lead out of a drive. Case does not count
+// on a drive: a step that has no folder or file of its very name goes to one that differs in case.
 class Files {
  public:
   // DRIVES as the environment's ONDREL_DRIVES says, or ".ondrel/drives" in the user's home.
@@ -26,6 +27,10 @@ class Files {
   std::string hostPath(std::string_view path) const;
 
   bool exists(std::string_view path) const;
+  // The folder with those above it, unless it is there. Error 75 when that fails.
+  void makeFolder(std::string_view path) const;
+  // Nobody can write to the file from now on. Error 75 when that fails.
+  void makeReadOnly(std::string_view path) const;
   // False when there was no such file; error 70 when it cannot be deleted.
   bool remove(std::string_view path) const;
   // Writes a new file, or one anew, and sees it onto the disk. Error 75 when that fails.

@@ -72,6 +72,7 @@ TEST(PublicMembers, AllHaveARowInTheirClassTable) {
        "CreditCardProcessing",
        creditCardProcessingClass,
        {"setDBConnectionString", "setXChargeDirectory", "setXChargeDirectoryKeyed", "setXChargeTimeout"}},
+      {"services/marketing_letters.h", "MarketingLetters", marketingLettersClass, {}},
       {"services/db_tool.h", "DbTool", dbToolClass, {}},
       {"services/db_option.h", "DbOption", dbOptionClass, {}},
       {"services/helper_functions.h", "HelperFunctions", helperFunctionsClass, {}},

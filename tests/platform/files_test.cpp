@@ -36,6 +36,10 @@ TEST(Files, AreWrittenRenamedReadAndRemoved) {
   EXPECT_EQ(files.read("C:\\b", 100), "second");
   EXPECT_EQ(files.read("C:\\b", 3), "sec");
   EXPECT_FALSE(files.exists("C:\\"));
+  files.makeFolder("c:\\Letters\\Store");
+  files.write("C:\\LETTERS\\store\\Note.rtf", "note");
+  EXPECT_EQ(files.read("c:\\letters\\STORE\\note.RTF", 100), "note");
+  EXPECT_EQ(files.hostPath("c:\\letters\\new.rtf"), folder + "/c/Letters/new.rtf");
   EXPECT_EQ(files.read("C:\\", 10), std::nullopt);
   EXPECT_TRUE(files.remove("C:\\b"));
   EXPECT_FALSE(files.remove("C:\\b"));

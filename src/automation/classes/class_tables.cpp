@@ -21,6 +21,7 @@ std::span<const ClassTable* const> classTables() {
       &pickupClass(),
       &pickupInvoiceClass(),
       &claimReceiptFieldsClass(),
+      &marketingLettersClass(),
       &dbToolClass(),
       &dbOptionClass(),
       &helperFunctionsClass(),

@@ -19,6 +19,7 @@ const ClassTable& creditCardFieldsClass();
 const ClassTable& pickupClass();
 const ClassTable& pickupInvoiceClass();
 const ClassTable& claimReceiptFieldsClass();
+const ClassTable& marketingLettersClass();
 const ClassTable& dbToolClass();
 const ClassTable& dbOptionClass();
 const ClassTable& helperFunctionsClass();

@@ -1,0 +1,98 @@
+#include <gtest/gtest.h>
+
+#include "base/error.h"
+#include "platform/letters/command.h"
+#include "platform/letters/letter_template.h"
+#include "platform/letters/merge_source.h"
+
+namespace ondrel {
+namespace {
+
+// What an error says, "" when there is none.
+template <class Action>
+std::string complaint(Action action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return error.description();
+  }
+  return "";
+}
+
+TEST(LetterTemplate, PutsValuesWhereTheFieldsStand) {
+  const LetterTemplate letter(
+      R"({\rtf1\ansi{\fonttbl{\f0 Arial;}}\pard Dear {\field{\*\fldinst { MERGEFIELD  firstName  \\* MERGEFORMAT }})"
+      R"({\fldrslt {\b\'abfirst}{\b Name\'bb}}},\par {\field{\*\fldinst DATE}{\fldrslt 1/1/2026}} )"
+      R"({\field{\fldinst MERGEFIELD "last name"}}\par})");
+  EXPECT_EQ(letter.fields(), (std::vector<std::string>{"firstName", "last name"}));
+  EXPECT_EQ(letter.fill({"Marta", "O'Hanlon"}),
+            R"({\rtf1\ansi{\fonttbl{\f0 Arial;}}\pard Dear {{\b{Marta}}{\b }},\par )"
+            R"({\field{\*\fldinst DATE}{\fldrslt 1/1/2026}} {{O'Hanlon}}\par})");
+}
+
+TEST(LetterTemplate, PutsAllLettersIntoOneDocumentWithOneHead) {
+  const LetterTemplate letter(R"({\rtf1{\fonttbl{\f0 Arial;}}{\*\generator x}{\info{\title t}})"
+                              "\r\n"
+                              R"({\b Dear} {\field{\*\fldinst MERGEFIELD n}{\fldrslt n}}\par})");
+  EXPECT_EQ(letter.fillAll({{"A"}, {"B"}}, "c:\\a.dot"),
+            R"({\rtf1{\fonttbl{\f0 Arial;}}{\*\generator x}{\info{\title t}})"
+            "\r\n"
+            R"({\*\template c:\\a.dot}{\b Dear} {{A}}\par\page\pard\plain {\b Dear} {{B}}\par})");
+}
+
+TEST(LetterTemplate, EscapesWhatItPutsIn) {
+  EXPECT_EQ(rtfText("a{b}\\c\td\r\ne"), R"(a\{b\}\\c\tab d\line e)");
+  EXPECT_EQ(rtfText("Zoë €5 字😀"), R"(\uc1 Zo\u235\'eb \u8364\'805 \u23383\'3f\u-10179\'3f\u-8704\'3f)");
+}
+
+TEST(LetterTemplate, SaysWhereATemplateIsMalformed) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"Dear customer", "position 1: no RTF document"},
+      {"{\\rtf1 {a}", "position 11: a brace is not closed"},
+      {"{\\rtf1 \\'zz}", "position 8: two hex digits were expected"},
+      {"{\\rtf1 \\bin9 }", "position 8: binary data is cut off"},
+      {"{\\rtf1 \\", "position 8: the text ends in a control word"},
+      {"{\\rtf1 \\fs99999999999}", "position 8: a number is too large"},
+      {"{\\rtf1{\\field{\\*\\fldinst MERGEFIELD }}}", "position 17: a merge field has no name"},
+      {"{\\rtf1{\\field{\\*\\fldinst MERGEFIELD a \\\\b x}}}",
+       "position 17: merge field 'a' has a switch that is not known: \\b"},
+  };
+  for (const auto& [text, reason] : cases)
+    EXPECT_EQ(complaint([&] { LetterTemplate{text}; }), std::string("Letter template, ") + reason);
+  EXPECT_EQ(LetterTemplate("{\\rtf1 \\bin3 }}{}").fill({}), "{\\rtf1 \\bin3 }}{}");
+}
+
+TEST(MergeSource, TakesRowsByAnyDelimiter) {
+  const MergeSource commas = parseMergeSource(
+      "\xEF\xBB\xBF"
+      "name,note\r\n\r\n\"O\"\"Hanlon, Zoë\",\"two\nlines\"\r\nx,\r\n\"\",\"\"\"\"");
+  EXPECT_EQ(commas.fields, (std::vector<std::string>{"name", "note"}));
+  using Rows = std::vector<std::vector<std::string>>;
+  EXPECT_EQ(commas.rows, (Rows{{"O\"Hanlon, Zoë", "two\nlines"}, {"x", ""}, {"", "\""}}));
+  EXPECT_EQ(commas.find("NOTE"), 1u);
+  EXPECT_EQ(commas.find("x"), std::string_view::npos);
+  EXPECT_EQ(parseMergeSource("a\tb\n1,5\t2;3\n").rows, (Rows{{"1,5", "2;3"}}));
+  EXPECT_EQ(parseMergeSource("a;b\r1;2").rows, (Rows{{"1", "2"}}));
+}
+
+TEST(MergeSource, SaysWhichLineIsMalformed) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"\n\n", "line 1: no names of fields"},
+      {"a,b\n\n\"1\n2\",3\n1\n", "line 5: 1 values where there are 2 fields"},
+      {"a,b\n1,\"2\n", "line 2: a quote is not closed"},
+      {"a,b\n\"1\"x,2\n", "line 2: text behind a closing quote"},
+  };
+  for (const auto& [text, reason] : cases)
+    EXPECT_EQ(complaint([&] { parseMergeSource(text); }), std::string("Data source, ") + reason);
+}
+
+TEST(Commands, RunWithoutAShell) {
+  EXPECT_EQ(commandWords(" lp -d  'front desk' \"a'b\" '"),
+            (std::vector<std::string>{"lp", "-d", "front desk", "a'b", ""}));
+  EXPECT_EQ(runCommand({"test", "a b", "=", "a b"}), 0);
+  EXPECT_EQ(runCommand({"sh", "-c", "exit 7"}), 7);
+  EXPECT_EQ(runCommand({"/no/such/program"}), 127);
+}
+
+}  // namespace
+}  // namespace ondrel
