@@ -10,5 +10,6 @@ namespace ondrel {
 // status in `exitCode`, which must live as long.
 void addRunCommand(CLI::App& app, int& exitCode);
 void addDatabaseCommand(CLI::App& app, int& exitCode);
+void addDescribeCommand(CLI::App& app, int& exitCode);
 
 }  // namespace ondrel

@@ -23,6 +23,7 @@ int main(int argc, char** argv) {
   int exitCode = 0;
   ondrel::addRunCommand(app, exitCode);
   ondrel::addDatabaseCommand(app, exitCode);
+  ondrel::addDescribeCommand(app, exitCode);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
