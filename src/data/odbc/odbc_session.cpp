@@ -55,7 +55,7 @@ OdbcSession::OdbcSession(SQLHANDLE environment, const OdbcTarget& target)
 
 OdbcSession::~OdbcSession() {
   statement_ = {};
-  if (state_ != State::Free) endTransaction(SQL_ROLLBACK);
+  if (state_ == State::InTransaction || state_ == State::Over) endTransaction(SQL_ROLLBACK);
   SQLDisconnect(connection_.get());
 }
 

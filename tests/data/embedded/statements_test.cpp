@@ -4,8 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "data/embedded/embedded_connection.h"
 #include "data/embedded/embedded_store.h"
 #include "data/embedded/procedures/procedure.h"
+#include "data/odbc/odbc_connection.h"
+#include "support/odbc_double/odbc_double.h"
 
 namespace ondrel {
 namespace {
@@ -19,14 +22,19 @@ std::vector<std::string> statements() {
   return lines;
 }
 
-class EveryStatement : public testing::TestWithParam<StoreContents> {};
+class EveryStatement : public testing::TestWithParam<std::tuple<StoreContents, bool>> {};
 
 TEST_P(EveryStatement, Runs) {
-  EmbeddedStore store(GetParam());
+  const auto [contents, overOdbc] = GetParam();
+  EmbeddedStore store(contents);
+  StoreServer server(store, nullptr);
   for (const auto& [key, procedure] : storeProcedures().all())
     store.replaceProcedure(procedure.name, procedure.least, procedure.most,
                            [](ProcedureCall&) { return RecordsetRef(); });
-  const auto connection = store.connect();
+  const auto connection = overOdbc
+                              ? connectOdbc({connectionStringOf(server) + ";Pooling=no", "", "", nullptr})
+                              : connectEmbedded({store.connectionString(), "", "", nullptr});
+  connection->open();
   const std::vector<std::string> all = statements();
   ASSERT_GT(all.size(), 150U);
   for (const std::string& statement : all) {
@@ -39,7 +47,8 @@ TEST_P(EveryStatement, Runs) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, EveryStatement,
-                         testing::Values(StoreContents::Empty, StoreContents::Sample));
+                         testing::Combine(testing::Values(StoreContents::Empty, StoreContents::Sample),
+                                          testing::Bool()));
 
 }  // namespace
 }  // namespace ondrel

@@ -8,8 +8,7 @@ namespace ondrel {
 namespace {
 
 OdbcMachine machineWith(std::vector<std::string> drivers) {
-  return {std::move(drivers),
-          [](std::string_view source, std::string_view key) -> std::string {
+  return {std::move(drivers), [](std::string_view source, std::string_view key) -> std::string {
             if (key == "Driver")
               return source == "shop" || source == "dumping" ? "/usr/lib/libtdsodbc.so" : "x";
             if (source == "shop" && key == "PWD") return "of the source";

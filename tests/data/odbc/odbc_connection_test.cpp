@@ -1,0 +1,344 @@
+#include "data/odbc/odbc_connection.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sql.h>
+#include <sqlext.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <thread>
+
+#include "base/text.h"
+#include "data/query_database.h"
+#include "scripted_server.h"
+#include "support/error_of.h"
+
+namespace ondrel {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+ServerResult failure(std::string state, int number, std::string text) {
+  ServerResult result;
+  result.error = ServerMessage{std::move(state), number, std::move(text)};
+  return result;
+}
+
+ServerResult rowsOf(std::vector<ServerColumn> columns, std::vector<std::vector<ServerCell>> rows) {
+  ServerResult result;
+  result.columns = std::move(columns);
+  result.rows = std::move(rows);
+  return result;
+}
+
+const ServerResult kRowCount;
+const ServerResult kOne = rowsOf({{"one", SQL_INTEGER, 10}}, {{std::int64_t{1}}});
+
+class OdbcConnections : public testing::Test {
+ protected:
+  OdbcConnections() {
+    page.connect = [this](const ConnectionSettings& settings) { return connectOdbc(settings, pool); };
+    page.DBConnectionString = text;
+    server.answer("select 1", {kOne});
+  }
+  std::unique_ptr<Connection> open(const std::string& more = "") {
+    auto connection = connectOdbc({text + more, "", "", nullptr}, pool);
+    connection->open();
+    return connection;
+  }
+  std::string descriptionOf(const std::function<void()>& action) {
+    try {
+      action();
+    } catch (const Error& error) {
+      return error.description();
+    }
+    return "";
+  }
+  // What the server saw, without what readies a connection for the next user.
+  std::vector<std::string> seen() {
+    std::vector<std::string> log = server.take();
+    std::erase_if(log,
+                  [](const std::string& step) { return step == "<reset>" || step.starts_with("<timeout"); });
+    return log;
+  }
+  OdbcTarget target() { return odbcTarget({text, "", "", nullptr}, {}); }
+
+  ScriptedServer server;
+  std::string text = connectionStringOf(server);
+  OdbcPool::Clock::time_point now{};
+  std::shared_ptr<OdbcPool> pool = std::make_shared<OdbcPool>([this] { return now; });
+  Apartment page;
+};
+
+// ---- what goes over the wire
+
+TEST_F(OdbcConnections, SendTheDoorsSequence) {
+  queryDatabase(page, "select 1");
+  EXPECT_THAT(server.take(), ElementsAre("<connect>", "<timeout 30>", "<timeout 240>", "select 1", "<reset>",
+                                         "<timeout 30>"));
+  queryDatabaseBatch(page, "select 1");
+  EXPECT_THAT(server.take(), ElementsAre("select 1", "<reset>"))
+      << "the same connection, with its own time limit";
+  executeInTransaction(page, "delete t");
+  EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "delete t", "<commit>", "<autocommit on>"));
+  openTransaction(page);
+  executeInTransaction(page, "insert a");
+  queryInTransaction(page, "select 1");
+  closeTransaction(page);
+  EXPECT_THAT(seen(),
+              ElementsAre("<autocommit off>", "insert a", "select 1", "<rollback>", "<autocommit on>"));
+  openTransaction(page);
+  queryDatabase(page, "select 1");
+  EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "<rollback>", "<autocommit on>", "select 1"))
+      << "the read takes the transaction's place";
+  page = {};
+  pool = nullptr;
+  EXPECT_THAT(seen(), ElementsAre("<disconnect>"));
+}
+
+// ---- results
+
+TEST_F(OdbcConnections, MapTheTypesOfTheServer) {
+  struct Case {
+    SQLSMALLINT type;
+    ServerCell cell;
+    FieldType field;
+    Variant value;
+  };
+  const std::int64_t big = 3'000'000'000;
+  // clang-format off
+  const Case cases[] = {
+      {SQL_INTEGER,        std::int64_t{-7},                   FieldType::Long,    -7},
+      {SQL_SMALLINT,       std::int64_t{7},                    FieldType::Long,    7},
+      {SQL_TINYINT,        std::int64_t{255},                  FieldType::Long,    255},
+      {SQL_BIGINT,         std::int64_t{12},                   FieldType::Long,    12},
+      {SQL_BIGINT,         big,                                FieldType::Double,  3e9},
+      {SQL_BIT,            std::int64_t{1},                    FieldType::Boolean, true},
+      {SQL_REAL,           0.5,                                FieldType::Double,  0.5},
+      {SQL_FLOAT,          0.1,                                FieldType::Double,  0.1},
+      {SQL_DECIMAL,        12.35,                              FieldType::Double,  12.35},
+      {SQL_NUMERIC,        8.25,                               FieldType::Double,  8.25},
+      {SQL_TYPE_TIMESTAMP, Moment{2026, 11, 24, 10, 30, 5},    FieldType::Date,    Date::of(2026, 11, 24, 10, 30, 5)},
+      {SQL_TYPE_DATE,      Moment{2026, 11, 24, 0, 0, 0},      FieldType::Date,    Date::of(2026, 11, 24)},
+      {SQL_CHAR,           "ab  ",                             FieldType::Text,    "ab  "},
+      {SQL_VARCHAR,        "",                                 FieldType::Text,    ""},
+      {SQL_WVARCHAR,       "Zoë €",                            FieldType::Text,    "Zoë €"},
+      {SQL_WLONGVARCHAR,   "x",                                FieldType::Text,    "x"},
+      {SQL_GUID,           "6F9619FF-8B86-D011-B42D-00C04FC964FF", FieldType::Text, "6F9619FF-8B86-D011-B42D-00C04FC964FF"},
+  };
+  // clang-format on
+  for (const Case& each : cases) {
+    server.answer("select", {rowsOf({{"v", each.type, 40}}, {{each.cell}, {ServerCell()}})});
+    const RecordsetRef table = open()->query("select");
+    EXPECT_EQ(table->fieldType(Column(0)), each.field) << each.type;
+    EXPECT_TRUE(table->value("V").identicalTo(each.value)) << each.type;
+    table->moveNext();
+    EXPECT_TRUE(table->isNull("v")) << each.type;
+  }
+}
+
+TEST_F(OdbcConnections, FetchLongTextsWhole) {
+  std::string whole = "x";
+  for (int k = 0; k < 5000; ++k) whole += "né€ ";
+  server.answer("select", {rowsOf({{"a", SQL_VARCHAR, 3}, {"b", SQL_WLONGVARCHAR, 0}}, {{"123456", whole}})});
+  const RecordsetRef table = open()->query("select");
+  EXPECT_EQ(table->text("b"), whole);
+  EXPECT_EQ(table->text("a"), "123456") << "longer than the driver told";
+}
+
+TEST_F(OdbcConnections, TakeTheFirstResultWithColumns) {
+  ServerResult message;
+  message.notes = {{"01000", 0, "[x]printed"}};
+  ServerResult empty = kOne;
+  empty.rows.clear();
+  server.answer("execute p", {kRowCount, message, kRowCount, kOne, rowsOf({{"two", SQL_INTEGER, 10}}, {})});
+  server.answer("empty", {empty});
+  server.answer("late", {kOne, kRowCount, failure("23000", 2627, "[x][y]Violation of a key")});
+  server.answer("first", {failure("42S02", 208, "gone"), kOne});
+  ServerResult broken = kOne;
+  broken.fetchError = ServerMessage{"22012", 8134, "Divide by zero error encountered."};
+  server.answer("in the middle", {broken});
+
+  const auto connection = open();
+  EXPECT_EQ(connection->query("execute p")->integer("one"), 1);
+  EXPECT_EQ(connection->query("empty")->recordCount(), 0);
+  EXPECT_FALSE(connection->query("delete t")->isOpen());
+  EXPECT_EQ(errorOf([&] { connection->query("late"); }), 2627);
+  EXPECT_EQ(errorOf([&] { connection->execute("late"); }), 2627);
+  EXPECT_EQ(errorOf([&] { connection->query("first"); }), 208);
+  EXPECT_EQ(errorOf([&] { connection->query("in the middle"); }), 8134);
+  EXPECT_EQ(connection->query("select 1")->integer("one"), 1) << "the connection goes on";
+}
+
+// ---- failures
+
+TEST_F(OdbcConnections, TellNumberStateAndText) {
+  struct Case {
+    ServerResult result;
+    int number;
+    const char* description;
+  };
+  ServerResult noted =
+      failure("22001", 8152, "[FreeTDS][SQL Server]String or binary data would be truncated.");
+  noted.notes = {{"01000", 3621, "[FreeTDS][SQL Server]The statement has been terminated."}};
+  // clang-format off
+  const Case cases[] = {
+      {failure("42S02", 208, "[FreeTDS][SQL Server]Invalid object name 't'."), 208, "Invalid object name 't'. (SQLSTATE 42S02)"},
+      {noted, 8152, "String or binary data would be truncated. (SQLSTATE 22001)"},
+      {failure("HYT00", 0, "Timeout expired"), -2147217871, "Timeout expired (SQLSTATE HYT00)"},
+      {failure("42000", 0, "no"), -2147217900, "no (SQLSTATE 42000)"},
+      {failure("42000", 50000, "login of s3cret"), 50000, "login of *** (SQLSTATE 42000)"},
+  };
+  // clang-format on
+  const auto connection = open(";PWD=s3cret");
+  for (const Case& each : cases) {
+    server.answer("x", {each.result});
+    EXPECT_EQ(errorOf([&] { connection->execute("x"); }), each.number);
+    EXPECT_EQ(descriptionOf([&] { connection->execute("x"); }), each.description);
+  }
+}
+
+TEST_F(OdbcConnections, SayWhyTheyCannotConnectWithoutThePassword) {
+  server.refuseConnections(ServerMessage{"28000", 18456, "[x]Login failed for 'sa' with s3cret"});
+  EXPECT_EQ(descriptionOf([&] { open(";UID=sa;PWD={s3cret}"); }),
+            "Cannot connect: Login failed for 'sa' with *** (SQLSTATE 28000)");
+  EXPECT_EQ(errorOf([&] { open(); }), static_cast<int>(ErrorNumber::ConnectionFailed));
+  server.refuseConnections({});
+  setenv("TDSDUMP", "/tmp/dump", 1);
+  EXPECT_THAT(descriptionOf([&] { open(); }), HasSubstr("TDSDUMP is refused"));
+  unsetenv("TDSDUMP");
+  EXPECT_EQ(open()->query("select 1")->integer("one"), 1);
+}
+
+TEST_F(OdbcConnections, AreReplacedAfterALoss) {
+  queryDatabase(page, "select 1");
+  server.breakConnections();
+  seen();
+  EXPECT_EQ(errorOf([&] { queryDatabase(page, "select 1"); }),
+            static_cast<int>(ErrorNumber::ConnectionFailed));
+  queryDatabase(page, "select 1");
+  EXPECT_THAT(seen(), ElementsAre("select 1", "<disconnect>", "<connect>", "select 1"))
+      << "no read is repeated";
+
+  const auto connection = open();
+  server.breakConnections();
+  EXPECT_THROW(connection->query("select 1"), Error);
+  EXPECT_EQ(connection->query("select 1")->integer("one"), 1);
+}
+
+TEST_F(OdbcConnections, BeginOnceMoreWhenThePoolsConnectionDied) {
+  queryDatabase(page, "select 1");
+  server.breakConnections();
+  seen();
+  executeInTransaction(page, "insert a");
+  EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "<disconnect>", "<connect>", "<autocommit off>",
+                                  "insert a", "<commit>", "<autocommit on>"));
+  server.breakConnections();
+  server.refuseConnections(ServerMessage{"08001", 0, "down"});
+  EXPECT_THROW(openTransaction(page), Error);
+  EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "<disconnect>", "<connect>")) << "once";
+
+  server.refuseConnections({});
+  const auto fresh = open();
+  server.breakConnections();
+  EXPECT_THROW(fresh->begin(), Error) << "it did not come from the pool";
+}
+
+// What was sent before is lost or done already: what follows must not go out on its own.
+TEST_F(OdbcConnections, SendNothingMoreOnceATransactionIsOver) {
+  server.answer("insert b", {failure("42000", 1205, "Transaction was deadlocked")});
+  server.breakAt("insert c");
+  for (const char* ending : {"insert b", "insert c"}) {
+    openTransaction(page);
+    executeInTransaction(page, "insert a");
+    EXPECT_THROW(executeInTransaction(page, ending), Error);
+    seen();
+    EXPECT_THAT(descriptionOf([&] { executeInTransaction(page, "insert d"); }),
+                HasSubstr("transaction is over"));
+    EXPECT_THAT(descriptionOf([&] { commitTransaction(page); }), HasSubstr("transaction is over"));
+    EXPECT_THAT(seen(), ElementsAre());
+    closeTransaction(page);
+    executeInTransaction(page, "insert e");
+    EXPECT_THAT(seen(), ElementsAre("<rollback>", "<disconnect>", "<connect>", "<autocommit off>", "insert e",
+                                    "<commit>", "<autocommit on>"));
+  }
+  openTransaction(page);
+  server.answer("insert f", {failure("23000", 2627, "key")});
+  EXPECT_THROW(executeInTransaction(page, "insert f"), Error);
+  executeInTransaction(page, "insert g");
+  commitTransaction(page);
+  EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "insert f", "insert g", "<commit>", "<autocommit on>"))
+      << "any other failure leaves it open";
+}
+
+TEST_F(OdbcConnections, ReportAFailedCommitAsInDoubt) {
+  server.failCommits(ServerMessage{"HY000", 0, "Read from the server failed"});
+  openTransaction(page);
+  executeInTransaction(page, "insert a");
+  EXPECT_THAT(descriptionOf([&] { commitTransaction(page); }), HasSubstr("not known whether"));
+  EXPECT_THAT(descriptionOf([&] { commitTransaction(page); }), HasSubstr("not known whether")) << "sent once";
+  closeTransaction(page);
+  EXPECT_THAT(seen(), ElementsAre("<connect>", "<autocommit off>", "insert a", "<commit>", "<rollback>",
+                                  "<disconnect>"));
+}
+
+// ---- the pool
+
+TEST_F(OdbcConnections, AreKeptForTheIdleTime) {
+  open();
+  open();
+  EXPECT_THAT(seen(), ElementsAre("<connect>"));
+  now += std::chrono::seconds(59);
+  open();
+  now += std::chrono::seconds(59);
+  EXPECT_EQ(pool->idleCount(target()), 1) << "each use counts anew";
+  now += std::chrono::seconds(1);
+  open(";Other=1");
+  EXPECT_EQ(pool->idleCount(target()), 0);
+  EXPECT_THAT(seen(), ElementsAre("<disconnect>", "<connect>"));
+  for (const char* setting : {";Pooling=no", ";Pool Idle Time=0"}) {
+    open(setting);
+    open(setting);
+    EXPECT_THAT(seen(), ElementsAre("<connect>", "<disconnect>", "<connect>", "<disconnect>")) << setting;
+  }
+}
+
+TEST_F(OdbcConnections, AreNotMoreThanThePoolsSize) {
+  const std::string settings = ";Max Pool Size=2;Connect Timeout=0";
+  auto first = open(settings), second = open(settings);
+  EXPECT_EQ(descriptionOf([&] { open(settings); }), "All 2 connections to the database are in use");
+  first->close();
+  EXPECT_NO_THROW(first->open());
+  server.refuseConnections(ServerMessage{"08001", 0, "down"});
+  server.breakConnections();
+  EXPECT_THROW(first->query("select 1"), Error);
+  first->close();
+  EXPECT_THROW(first->open(), Error);
+  server.refuseConnections({});
+  EXPECT_NO_THROW(first->open()) << "a refused connection takes no place";
+}
+
+TEST_F(OdbcConnections, ServeManyThreads) {
+  constexpr int kThreads = 8, kRounds = 40;
+  std::atomic<int> read = 0;
+  std::vector<std::thread> threads;
+  for (int t = 0; t < kThreads; ++t)
+    threads.emplace_back([&, t] {
+      Apartment own;
+      own.connect = page.connect;
+      own.DBConnectionString = text + ";Max Pool Size=3";
+      for (int k = 0; k < kRounds; ++k) {
+        if ((k + t) % 4 == 0) executeInTransaction(own, "insert a");
+        read += queryDatabase(own, "select 1")->integer("one");
+      }
+    });
+  for (std::thread& each : threads) each.join();
+  EXPECT_EQ(read, kThreads * kRounds);
+  EXPECT_LE(server.mostConnections(), 3U);
+}
+
+}  // namespace
+}  // namespace ondrel
