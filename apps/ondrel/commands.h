@@ -11,5 +11,6 @@ namespace ondrel {
 void addRunCommand(CLI::App& app, int& exitCode);
 void addDatabaseCommand(CLI::App& app, int& exitCode);
 void addDescribeCommand(CLI::App& app, int& exitCode);
+void addServeCommand(CLI::App& app, int& exitCode);
 
 }  // namespace ondrel

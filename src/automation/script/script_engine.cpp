@@ -22,7 +22,7 @@ constexpr auto kInternalError = static_cast<ErrorNumber>(51);
 
 void* allocate(void* udata, duk_size_t size) {
   State& state = *static_cast<State*>(udata);
-  if (size == 0 || state.memoryInUse + size > state.memoryLimit) return nullptr;
+  if (size == 0 || state.isInterrupted || state.memoryInUse + size > state.memoryLimit) return nullptr;
   void* block = std::malloc(size);
   if (block) state.memoryInUse += malloc_usable_size(block);
   return block;
@@ -42,7 +42,8 @@ void* reallocate(void* udata, void* block, duk_size_t size) {
   }
   State& state = *static_cast<State*>(udata);
   const size_t before = malloc_usable_size(block);
-  if (size > before && state.memoryInUse + (size - before) > state.memoryLimit) return nullptr;
+  const bool isTooMuch = state.isInterrupted || state.memoryInUse + size > state.memoryLimit + before;
+  if (size > before && isTooMuch) return nullptr;
   void* moved = std::realloc(block, size);
   if (moved) state.memoryInUse += malloc_usable_size(moved) - before;
   return moved;
@@ -68,6 +69,18 @@ struct Global {
   const Variant& value;
 };
 
+struct GlobalFunction {
+  ScriptEngine::Function* function;
+  std::string_view name;
+};
+
+duk_ret_t defineGlobalFunction(duk_context* context, void* udata) {
+  const GlobalFunction& global = *static_cast<GlobalFunction*>(udata);
+  script::pushHostFunction(context, global.function);
+  duk_put_global_lstring(context, global.name.data(), global.name.size());
+  return 0;
+}
+
 duk_ret_t defineGlobal(duk_context* context, void* udata) {
   const Global& global = *static_cast<Global*>(udata);
   script::pushValue(context, global.state, global.value);
@@ -88,30 +101,31 @@ duk_ret_t compileAndRun(duk_context* context, void* udata) {
   return 0;
 }
 
-std::string textOfProperty(duk_context* context, const char* name) {
-  duk_get_prop_string(context, 0, name);
+std::string textOfProperty(duk_context* context, duk_idx_t object, const char* name) {
+  duk_get_prop_string(context, object, name);
   if (!duk_is_string(context, -1)) duk_safe_to_string(context, -1);
   return script::textAt(context, -1);
 }
 
-// Takes apart what a script threw; it stands alone on the stack.
+// Takes apart what a script threw; it stands on top of the stack.
 duk_ret_t describe(duk_context* context, void* udata) {
   ScriptFailure& failure = *static_cast<ScriptFailure*>(udata);
-  if (duk_is_error(context, 0)) {
-    failure.file = textOfProperty(context, "fileName");
-    duk_get_prop_string(context, 0, "lineNumber");
+  const duk_idx_t thrown = duk_get_top_index(context);
+  if (duk_is_error(context, thrown)) {
+    failure.file = textOfProperty(context, thrown, "fileName");
+    duk_get_prop_string(context, thrown, "lineNumber");
     failure.line = duk_get_int_default(context, -1, 0);
-    duk_get_prop_string(context, 0, "number");
+    duk_get_prop_string(context, thrown, "number");
     if (duk_is_number(context, -1)) {
       failure.number = duk_get_int(context, -1);
-      failure.source = textOfProperty(context, "source");
-      failure.description =
-          textOfProperty(context, duk_has_prop_string(context, 0, "description") ? "description" : "message");
+      failure.source = textOfProperty(context, thrown, "source");
+      failure.description = textOfProperty(
+          context, thrown, duk_has_prop_string(context, thrown, "description") ? "description" : "message");
       return 0;
     }
   }
-  duk_safe_to_string(context, 0);
-  failure.description = script::textAt(context, 0);
+  duk_safe_to_string(context, thrown);
+  failure.description = script::textAt(context, thrown);
   return 0;
 }
 
@@ -128,10 +142,30 @@ duk_ret_t readStep(duk_context* context, void* udata) {
   return 0;
 }
 
+// Adds the time of a library call to the engine's account.
+class Stopwatch {
+ public:
+  explicit Stopwatch(State& state) : state_(state), start_(std::chrono::steady_clock::now()) {}
+  ~Stopwatch() { state_.libraryTime += std::chrono::steady_clock::now() - start_; }
+  Stopwatch(const Stopwatch&) = delete;
+  Stopwatch& operator=(const Stopwatch&) = delete;
+
+ private:
+  State& state_;
+  std::chrono::steady_clock::time_point start_;
+};
+
+void runLibrary(NativeCall& call, script::LibraryCode code) {
+  if (call.hostFunction) return code(call);
+  const Stopwatch stopwatch(call.state);
+  code(call);
+}
+
 void libraryStep(NativeCall& call, script::LibraryCode code) {
   try {
     if (call.state.hasQuit) return;
-    code(call);
+    if (call.state.isInterrupted) throw Error(kInternalError, "Script", "The script was interrupted");
+    runLibrary(call, code);
   } catch (const Error& error) {
     call.failure = error;
   } catch (const std::bad_alloc&) {
@@ -196,6 +230,7 @@ ScriptEngine::ScriptEngine(ApartmentRef apartment, Printer print, size_t memoryL
 
 ScriptEngine::~ScriptEngine() {
   const ApartmentScope scope(state_->apartment);
+  state_->isInterrupted = false;  // what gives the objects back may allocate
   duk_destroy_heap(state_->context);
 }
 
@@ -205,6 +240,28 @@ void ScriptEngine::define(std::string_view name, const Variant& value) {
   duk_pop(state_->context);
   if (!isDefined)
     throw Error(kInternalError, "Script", "The global '" + std::string(name) + "' could not be defined");
+}
+
+void ScriptEngine::defineFunction(std::string_view name, Function function) {
+  state_->functions.push_back(std::make_unique<Function>(std::move(function)));
+  GlobalFunction global{state_->functions.back().get(), name};
+  const bool isDefined =
+      duk_safe_call(state_->context, defineGlobalFunction, &global, 0, 1) == DUK_EXEC_SUCCESS;
+  duk_pop(state_->context);
+  if (!isDefined)
+    throw Error(kInternalError, "Script", "The global '" + std::string(name) + "' could not be defined");
+}
+
+void ScriptEngine::interrupt() noexcept {
+  state_->isInterrupted = true;
+}
+
+std::chrono::nanoseconds ScriptEngine::libraryTime() const noexcept {
+  return state_->libraryTime;
+}
+
+size_t ScriptEngine::memoryInUse() const noexcept {
+  return state_->memoryInUse;
 }
 
 ScriptOutcome ScriptEngine::run(std::string_view source, std::string_view fileName) {

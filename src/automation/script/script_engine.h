@@ -1,8 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -54,6 +56,8 @@ struct ScriptOutcome {
 class ScriptEngine {
  public:
   using Printer = std::function<void(std::string_view)>;
+  // A function of the host; an Error that it raises reaches the script.
+  using Function = std::function<Variant(std::span<const Variant> arguments)>;
 
   static constexpr size_t kUsualMemoryLimit = size_t{256} << 20;
 
@@ -66,8 +70,18 @@ class ScriptEngine {
 
   // Sets a global of the script.
   void define(std::string_view name, const Variant& value);
+  // Sets a global to a function of the host. It may run another script in this engine.
+  void defineFunction(std::string_view name, Function function);
   // Runs a script; `fileName` stands in the positions of errors. Globals stay from run to run.
   ScriptOutcome run(std::string_view source, std::string_view fileName);
+
+  // Makes every further library call and allocation of the script fail, for good. The only operation that
+  // another thread may call. A loop that does neither goes on: the engine has no way to break it.
+  void interrupt() noexcept;
+  // Time spent in library calls since the engine was made; functions of the host are not counted.
+  std::chrono::nanoseconds libraryTime() const noexcept;
+  // Bytes that the script's own values take.
+  size_t memoryInUse() const noexcept;
 
   struct State;
 

@@ -46,6 +46,18 @@ void quit(NativeCall& call) {
   call.state.exitCode = code;
 }
 
+void readHostCall(duk_context* context, NativeCall& call) {
+  duk_push_current_function(context);
+  duk_get_prop_string(context, -1, kHostFunctionKey);
+  call.hostFunction = static_cast<const ScriptEngine::Function*>(duk_get_pointer(context, -1));
+  duk_pop_2(context);
+  readArguments(context, call, 0);
+}
+
+void callHost(NativeCall& call) {
+  call.result = (*call.hostFunction)(call.arguments);
+}
+
 duk_ret_t makeBox(duk_context* context) {
   duk_push_object(context);
   duk_dup(context, 0);
@@ -61,6 +73,12 @@ void installFunction(duk_context* context, const char* name, duk_c_function func
 }
 
 }  // namespace
+
+void pushHostFunction(duk_context* context, ScriptEngine::Function* function) {
+  duk_push_c_function(context, native<readHostCall, callHost>, DUK_VARARGS);
+  duk_push_pointer(context, function);
+  duk_put_prop_string(context, -2, kHostFunctionKey);
+}
 
 void installGlobals(duk_context* context) {
   installFunction(context, "print", native<readTexts, print>, DUK_VARARGS);

@@ -14,6 +14,9 @@
 
 #include <duktape.h>
 
+#include <atomic>
+#include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -44,6 +47,11 @@ struct ScriptEngine::State {
   int exitCode = 0;
   size_t memoryInUse = 0;
   size_t memoryLimit = 0;
+  // Set by another thread: from then on no allocation and no library call succeeds.
+  std::atomic<bool> isInterrupted = false;
+  // Spent in library calls so far.
+  std::chrono::nanoseconds libraryTime{0};
+  std::vector<std::unique_ptr<ScriptEngine::Function>> functions;
   // Script functions made so far; the stash keeps them alive.
   std::unordered_map<const Member*, void*> memberFunctions;
 };
@@ -56,6 +64,7 @@ using State = ScriptEngine::State;
 inline constexpr const char* kObjectKey = DUK_HIDDEN_SYMBOL("object");  // KnownObject
 inline constexpr const char* kTableKey = DUK_HIDDEN_SYMBOL("table");    // ClassTable of a member function
 inline constexpr const char* kMemberKey = DUK_HIDDEN_SYMBOL("member");  // Member of a member function
+inline constexpr const char* kHostFunctionKey = DUK_HIDDEN_SYMBOL("host");
 inline constexpr const char* kBoxKey = DUK_HIDDEN_SYMBOL("box");
 
 // What a native call holds while it runs.
@@ -70,6 +79,7 @@ struct NativeCall {
   std::vector<size_t> boxes;  // places of the arguments that are boxes
   Variant result;
   BoundMember function;  // the result where it is a function
+  const ScriptEngine::Function* hostFunction = nullptr;
   std::optional<Error> failure;
 };
 
@@ -121,6 +131,8 @@ void installObjects(duk_context* context);
 
 void installValues(duk_context* context);
 void installGlobals(duk_context* context);
+// Pushes a script function that calls `function`, which must live as long as the engine.
+void pushHostFunction(duk_context* context, ScriptEngine::Function* function);
 
 }  // namespace script
 }  // namespace ondrel

@@ -1,0 +1,106 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "automation/script/script_engine.h"
+#include "host/page_files.h"
+#include "host/page_request.h"
+#include "host/watched_connection.h"
+
+namespace ondrel {
+
+// An employee who has signed in.
+struct Clerk {
+  std::string id;  // empty for nobody
+  std::string name;
+};
+
+// What every engine of a host is made with.
+struct PageSurroundings {
+  std::shared_ptr<const PageFiles> files;
+  std::string connectionString;
+  std::optional<Date> now;  // fixes the clock
+  size_t scriptMemory = 0;  // bytes
+  size_t answerSize = 0;    // bytes
+};
+
+// What the pages of a session ask their host. Runs on the thread that runs the page.
+class PageOwner {
+ public:
+  virtual ~PageOwner() = default;
+  virtual std::string token() = 0;
+  virtual Clerk clerk() = 0;
+  // "ok", "wrong" or "wait".
+  virtual std::string signIn(const std::string& clerkId, const std::string& pin) = 0;
+  virtual void signOut() = 0;
+  // Before each commit; raises an error to prevent it.
+  virtual void beforeCommit() = 0;
+  // What a recorded piece of work gave when the call was made first; nothing outside of a replay.
+  virtual std::optional<std::string> recall() = 0;
+  virtual void record(const std::string& result) = 0;
+};
+
+// What one run of a page took, and what went wrong in it.
+struct PageRun {
+  std::chrono::nanoseconds total{0};
+  std::chrono::nanoseconds library{0};  // in library calls, the database left out
+  std::chrono::nanoseconds database{0};
+  std::uint64_t statements = 0;
+  // Commits outside of recorded pieces of work.
+  std::uint64_t commits = 0;
+  size_t scriptMemory = 0;  // bytes, after the run
+  std::string printed;
+  std::string failure;   // with the position; not for the browser
+  std::string restored;  // how many calls of work in progress were brought back before
+};
+
+// The script engine and the apartment of one session, with the globals that a page sees. One thread at a
+// time.
+class PageEngine {
+ public:
+  PageEngine(std::shared_ptr<const PageSurroundings> surroundings, PageOwner& owner);
+
+  // Runs the page of the request. A failure of the page is an answer of status 500 that tells nothing. A
+  // transaction that the page left open is discarded.
+  PageAnswer run(const PageRequest& request, PageRun& run);
+
+  // The values of Session.kept as a JSON text.
+  const std::string& kept() const { return kept_; }
+  void setKept(std::string_view json);
+
+  // Another clock for the library and the embedded database; none for the usual one.
+  void setClock(std::shared_ptr<Clock> clock);
+
+  // The only operation for other threads; see ScriptEngine.
+  void interrupt() noexcept { engine_.interrupt(); }
+
+ private:
+  void defineFunctions();
+  std::string source(std::string_view name) const;
+  std::string version(std::string_view name) const;
+  bool haveFilesChanged();
+  void compile(const std::string& name);
+  void answerFailure(const ScriptFailure& failure);
+  void dropTransaction();
+
+  std::shared_ptr<const PageSurroundings> surroundings_;
+  PageOwner& owner_;
+  DatabaseAccount database_;
+  std::uint64_t recordedCommits_ = 0;
+  ApartmentRef apartment_;
+  std::shared_ptr<Clock> usualClock_;
+  const PageRequest* request_ = nullptr;
+  PageRun* run_ = nullptr;
+  PageAnswer answer_;
+  std::string kept_ = "{}";
+  std::map<std::string, std::string> versions_;  // of the scripts that are compiled
+  ScriptEngine engine_;                          // last: its objects go first
+};
+
+}  // namespace ondrel

@@ -1,0 +1,154 @@
+#include "host/page_session.h"
+
+#include <utility>
+
+#include "base/error.h"
+#include "host/secrets.h"
+
+namespace ondrel {
+namespace {
+
+constexpr const char* kSource = "Host";
+
+}  // namespace
+
+std::filesystem::path PageSession::journalPath(const SessionSurroundings& surroundings, std::string_view id) {
+  if (surroundings.journalFolder.empty()) return {};
+  return surroundings.journalFolder / (digestOf("journal", id) + ".journal");
+}
+
+PageSession::PageSession(std::shared_ptr<const SessionSurroundings> surroundings, std::string id)
+    : surroundings_(std::move(surroundings)), id_(std::move(id)) {}
+
+std::string PageSession::id() const {
+  const std::lock_guard lock(mutex_);
+  return id_;
+}
+
+std::string PageSession::token() {
+  return digestOf("token", id());
+}
+
+Clerk PageSession::clerk() {
+  const std::lock_guard lock(mutex_);
+  return clerk_;
+}
+
+PageEngine& PageSession::engine() {
+  if (engine_) return *engine_;
+  journal_ = std::make_unique<Journal>(journalPath(*surroundings_, id()));
+  PageOwner& owner = *this;
+  auto engine = std::make_unique<PageEngine>(surroundings_->pages, owner);
+  const std::lock_guard lock(mutex_);
+  engine_ = std::move(engine);
+  return *engine_;
+}
+
+PageAnswer PageSession::serve(const PageRequest& request, PageRun& run) {
+  request_ = &request;
+  PageEngine& pages = engine();
+  if (isRestoring_) run.restored = restore();
+  PageAnswer answer = request.isChanging() ? serveChanging(request, run) : pages.run(request, run);
+  request_ = nullptr;
+  scriptMemory_ = run.scriptMemory;
+  isJournalBroken_ = journal_->hasFailed();
+  return answer;
+}
+
+// 1. a known number: the answer that it had   2. journal   3. page   4. journal, before the answer leaves
+PageAnswer PageSession::serveChanging(const PageRequest& request, PageRun& run) {
+  const bool isNumbered = !request.number.empty();
+  if (isNumbered)
+    if (const PageAnswer* known = numbers_.find(request)) return *known;
+  journal_->call(request, surroundings_->pages->now.value_or(SystemClock().now()));
+  PageAnswer answer = engine_->run(request, run);
+  if (isNumbered) {
+    const std::string print = Journal::takes(request) ? RequestNumbers::fingerprintOf(request) : "";
+    numbers_.remember({request.number, print, answer});
+  }
+  journal_->done(request, answer);
+  if (run.commits > 0) endWork();
+  return answer;
+}
+
+void PageSession::endWork() {
+  journal_->restart({clerk(), engine_->kept(), {}, {numbers_.all().begin(), numbers_.all().end()}});
+}
+
+std::string PageSession::signIn(const std::string& clerkId, const std::string& pin) {
+  if (!surroundings_->clerks) throw Error(ErrorNumber::InvalidCall, kSource, "This host knows no clerks");
+  if (replayed_) throw Error(ErrorNumber::InvalidCall, kSource, "Nobody signs in while work is brought back");
+  Clerk clerk;
+  const Clerks::Verdict verdict = surroundings_->clerks->check(request_->address, clerkId, pin, clerk);
+  if (verdict != Clerks::Verdict::Right) return verdict == Clerks::Verdict::Wait ? "wait" : "wrong";
+  // Who knew the id before does not know it any more.
+  std::string id = randomId();
+  journal_->rename(journalPath(*surroundings_, id));
+  journal_->clerk(clerk);
+  const std::lock_guard lock(mutex_);
+  id_ = std::move(id);
+  clerk_ = std::move(clerk);
+  return "ok";
+}
+
+void PageSession::beforeCommit() {
+  if (isGivenUp_) throw Error(ErrorNumber::InvalidCall, kSource, "The session has ended");
+  if (replayed_)
+    throw Error(ErrorNumber::InvalidCall, kSource, "Nothing is saved while work is brought back");
+  journal_->committing();
+}
+
+std::optional<std::string> PageSession::recall() {
+  if (!replayed_) return std::nullopt;
+  if (nextRecord_ >= replayed_->records.size())
+    throw Error(ErrorNumber::InvalidCall, kSource, "This piece of work was not recorded");
+  return replayed_->records[nextRecord_++];
+}
+
+bool PageSession::prepareRestoring() {
+  const std::filesystem::path path = journalPath(*surroundings_, id_);
+  if (path.empty()) return false;
+  toRestore_ = Journal::read(path);
+  if (!toRestore_) return false;
+  clerk_ = toRestore_->clerk;
+  isRestoring_ = true;
+  return true;
+}
+
+// Says for the log how far it came.
+std::string PageSession::restore() {
+  const JournalContents contents = std::move(*toRestore_);
+  toRestore_.reset();
+  for (const RememberedAnswer& known : contents.answers) numbers_.remember(known);
+  engine_->setKept(contents.kept);
+  size_t done = 0;
+  while (done < contents.calls.size() && replay(contents.calls[done])) ++done;
+  isRestoring_ = false;
+  return std::to_string(done) + " of " + std::to_string(contents.calls.size()) + " calls";
+}
+
+// With the clock at the moment of the call, so that the days of a ticket come out as they did.
+bool PageSession::replay(const JournalledCall& call) {
+  replayed_ = &call;
+  nextRecord_ = 0;
+  engine_->setClock(std::make_shared<FixedClock>(call.moment));
+  PageRun run;
+  const PageAnswer answer = engine_->run(call.request, run);
+  engine_->setClock(nullptr);
+  replayed_ = nullptr;
+  return answer.status == call.status;
+}
+
+void PageSession::giveUp() noexcept {
+  isGivenUp_ = true;
+  const std::lock_guard lock(mutex_);
+  if (!engine_) return;
+  engine_->interrupt();
+  journal_->giveUp();
+}
+
+void PageSession::end() {
+  if (journal_) journal_->remove();
+}
+
+}  // namespace ondrel

@@ -1,0 +1,67 @@
+#include "host/session_table.h"
+
+#include "host/secrets.h"
+
+namespace ondrel {
+
+PageSessionRef SessionTable::find(std::string_view id) {
+  const std::lock_guard lock(mutex_);
+  const auto found = sessions_.find(id);
+  if (found == sessions_.end()) return nullptr;
+  found->second->touch();
+  return found->second;
+}
+
+PageSessionRef SessionTable::findInJournal(std::string_view id) {
+  if (!isRandomId(id)) return nullptr;
+  auto session = std::make_shared<PageSession>(surroundings_, std::string(id));
+  if (!session->prepareRestoring()) return nullptr;
+  const std::lock_guard lock(mutex_);
+  if (const auto found = sessions_.find(id); found != sessions_.end()) return found->second;
+  if (sessions_.size() >= most_) return nullptr;
+  sessions_.emplace(id, session);
+  return session;
+}
+
+PageSessionRef SessionTable::create() {
+  auto session = std::make_shared<PageSession>(surroundings_, randomId());
+  const std::lock_guard lock(mutex_);
+  if (sessions_.size() >= most_) return nullptr;
+  sessions_.emplace(session->id(), session);
+  return session;
+}
+
+void SessionTable::rename(const std::string& from, const PageSessionRef& session) {
+  const std::lock_guard lock(mutex_);
+  if (sessions_.erase(from) > 0) sessions_.emplace(session->id(), session);
+}
+
+void SessionTable::remove(const PageSessionRef& session) {
+  const std::lock_guard lock(mutex_);
+  std::erase_if(sessions_, [&](const auto& entry) { return entry.second == session; });
+}
+
+std::vector<PageSessionRef> SessionTable::takeIdle(std::chrono::steady_clock::time_point moment) {
+  std::vector<PageSessionRef> idle;
+  const std::lock_guard lock(mutex_);
+  std::erase_if(sessions_, [&](const auto& entry) {
+    const bool isIdle = entry.second->lastUsed() < moment;
+    if (isIdle) idle.push_back(entry.second);
+    return isIdle;
+  });
+  return idle;
+}
+
+size_t SessionTable::size() const {
+  const std::lock_guard lock(mutex_);
+  return sessions_.size();
+}
+
+size_t SessionTable::scriptMemory() const {
+  const std::lock_guard lock(mutex_);
+  size_t bytes = 0;
+  for (const auto& entry : sessions_) bytes += entry.second->scriptMemory();
+  return bytes;
+}
+
+}  // namespace ondrel

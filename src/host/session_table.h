@@ -1,0 +1,44 @@
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/page_session.h"
+
+namespace ondrel {
+
+// The open sessions by their ids. Safe to share between threads; its lock is held for a look-up only.
+class SessionTable {
+ public:
+  SessionTable(std::shared_ptr<const SessionSurroundings> surroundings, size_t most)
+      : surroundings_(std::move(surroundings)), most_(most) {}
+
+  // The open session of an id.
+  PageSessionRef find(std::string_view id);
+  // A session for an id that an earlier run of the host left a journal of. Nothing without one, or when the host
+  // is full.
+  PageSessionRef findInJournal(std::string_view id);
+  // With a new id; nothing when the host is full.
+  PageSessionRef create();
+  // Enters a session under the id that it has now.
+  void rename(const std::string& from, const PageSessionRef& session);
+  void remove(const PageSessionRef& session);
+  // Takes out the sessions that nobody used since `moment`.
+  std::vector<PageSessionRef> takeIdle(std::chrono::steady_clock::time_point moment);
+
+  size_t size() const;
+  size_t scriptMemory() const;
+
+ private:
+  std::shared_ptr<const SessionSurroundings> surroundings_;
+  size_t most_;
+  mutable std::mutex mutex_;
+  std::map<std::string, PageSessionRef, std::less<>> sessions_;
+};
+
+}  // namespace ondrel
