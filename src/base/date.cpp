@@ -169,12 +169,27 @@ int Date::weekday() const {
 
 std::string Date::text() const {
   const DateParts now = parts();
+  const bool atMidnight = now.hour == 0 && now.minute == 0 && now.second == 0, withDay = day() != 0;
   std::string result;
-  if (day() != 0) result = fmt::format("{}/{}/{}", now.month, now.day, now.year);
-  if (secondOfDay() == 0 && day() != 0) return result;
-  if (!result.empty()) result += ' ';
-  const int hour = now.hour % 12 == 0 ? 12 : now.hour % 12;
-  return result + fmt::format("{}:{:02}:{:02} {}", hour, now.minute, now.second, now.hour < 12 ? "AM" : "PM");
+  const auto add = [&](int number, char after) {
+    appendNumber(result, number);
+    result += after;
+  };
+  const auto addTwoDigits = [&](int number, char after) {
+    if (number < 10) result += '0';
+    add(number, after);
+  };
+  if (withDay) {
+    add(now.month, '/');
+    add(now.day, '/');
+    appendNumber(result, now.year);
+    if (atMidnight) return result;
+    result += ' ';
+  }
+  add(now.hour % 12 == 0 ? 12 : now.hour % 12, ':');
+  addTwoDigits(now.minute, ':');
+  addTwoDigits(now.second, ' ');
+  return result += now.hour < 12 ? "AM" : "PM";
 }
 
 long long daysBetween(Date from, Date to) {

@@ -127,6 +127,70 @@ Decimal roundedBehind(Decimal number, int last) {
   return number;
 }
 
+std::string longNumberText(double value) {
+  if (std::isnan(value)) return "-1.#IND";
+  if (std::isinf(value)) return value < 0 ? "-1.#INF" : "1.#INF";
+  const Decimal number = decimalOf(value);
+  const int places = std::max(static_cast<int>(number.digits.size()) - 1 - number.exponent, 0);
+  const std::string sign = value < 0 ? "-" : "";
+  if (number.exponent < kSignificantDigits && places <= kSignificantDigits)
+    return sign + positional(number, places);
+  const std::string fraction = number.digits.size() > 1 ? "." + number.digits.substr(1) : "";
+  return fmt::format("{}{}{}E{}{:02}", sign, number.digits.front(), fraction, number.exponent < 0 ? '-' : '+',
+                     std::abs(number.exponent));
+}
+
+// ---- the short way, for amounts
+
+// Digits behind the point of the amounts that are told without looking at each decimal digit.
+constexpr int kShortPlaces = 4;
+constexpr std::array<double, kShortPlaces + 1> kPowers = {1, 10, 100, 1'000, 10'000};
+
+long long nearestWhole(double value) {
+  return static_cast<long long>(value < 0 ? value - 0.5 : value + 0.5);
+}
+
+// The value in ten-thousandths, when it is the very number that so many of them give. A decimal of at most 15
+// digits comes back from a number unharmed, so these are the digits that the value shows.
+std::optional<long long> tenThousandths(double value) {
+  const double scaled = value * kPowers.back();
+  if (!(std::fabs(scaled) < 1e15)) return std::nullopt;
+  const long long units = nearestWhole(scaled);
+  if (static_cast<double>(units) / kPowers.back() != value) return std::nullopt;
+  return units;
+}
+
+// The value in units of so many places, when it lies so close to one that its decimal digits cannot round to
+// another: they differ from the value by less than a hundredth of a unit.
+std::optional<long long> nearestUnits(double value, int places) {
+  if (places < 0 || places > kShortPlaces || !(std::fabs(value) < 1e9)) return std::nullopt;
+  const double scaled = value * kPowers[static_cast<size_t>(places)];
+  const long long units = nearestWhole(scaled);
+  if (std::fabs(scaled - static_cast<double>(units)) > 0.49) return std::nullopt;
+  return units;
+}
+
+// Units of so many places with a point; trailing zeros behind it only when asked for.
+void appendUnits(std::string& text, long long units, int places, bool withZeros) {
+  std::array<char, 24> buffer{};
+  char* const end = buffer.data() + buffer.size();
+  char* first = end;
+  bool shown = withZeros;
+  unsigned long long rest =
+      units < 0 ? 0ULL - static_cast<unsigned long long>(units) : static_cast<unsigned long long>(units);
+  char* last = end;
+  for (int place = 0; place < places; ++place, rest /= 10) {
+    shown = shown || rest % 10 != 0;
+    *--first = static_cast<char>('0' + rest % 10);
+    if (!shown) last = first;
+  }
+  if (shown && places > 0) *--first = '.';
+  do *--first = static_cast<char>('0' + rest % 10);
+  while ((rest /= 10) != 0);
+  if (units < 0) *--first = '-';
+  text.append(first, static_cast<size_t>(last - first));
+}
+
 // Of a finite value, without its sign.
 std::string fixedMagnitude(double value, int digits) {
   return positional(roundedBehind(decimalOf(value), -digits), digits);
@@ -299,17 +363,30 @@ std::optional<double> parseNumber(std::string_view text) {
 }
 
 std::string numberText(double value) {
-  if (std::isnan(value)) return "-1.#IND";
-  if (std::isinf(value)) return value < 0 ? "-1.#INF" : "1.#INF";
-  if (value == 0) return "0";
-  const Decimal number = decimalOf(value);
-  const int places = std::max(static_cast<int>(number.digits.size()) - 1 - number.exponent, 0);
-  const std::string sign = value < 0 ? "-" : "";
-  if (number.exponent < kSignificantDigits && places <= kSignificantDigits)
-    return sign + positional(number, places);
-  const std::string fraction = number.digits.size() > 1 ? "." + number.digits.substr(1) : "";
-  return fmt::format("{}{}{}E{}{:02}", sign, number.digits.front(), fraction, number.exponent < 0 ? '-' : '+',
-                     std::abs(number.exponent));
+  std::string text;
+  appendNumber(text, value);
+  return text;
+}
+
+void appendNumber(std::string& text, double value) {
+  if (const auto units = tenThousandths(value))
+    appendUnits(text, *units, kShortPlaces, false);
+  else
+    text += longNumberText(value);
+}
+
+void appendNumber(std::string& text, std::int32_t value) {
+  appendUnits(text, value, 0, false);
+}
+
+double shownValue(double value) {
+  if (!std::isfinite(value) || tenThousandths(value)) return value;
+  std::array<char, 40> buffer{};
+  char* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                  std::chars_format::scientific, kSignificantDigits - 1)
+                        .ptr;
+  std::from_chars(buffer.data(), end, value);
+  return value;
 }
 
 std::string currencyText(double value) {
@@ -320,9 +397,17 @@ std::string currencyText(double value) {
 }
 
 std::string fixedText(double value, int digits) {
-  if (!std::isfinite(value)) return numberText(value);
+  std::string text;
+  appendFixed(text, value, digits);
+  return text;
+}
+
+void appendFixed(std::string& text, double value, int digits) {
+  if (const auto units = nearestUnits(value, digits)) return appendUnits(text, *units, digits, true);
+  if (!std::isfinite(value)) return appendNumber(text, value);
   const std::string magnitude = fixedMagnitude(value, digits);
-  return value < 0 && !isAllZero(magnitude) ? "-" + magnitude : magnitude;
+  if (value < 0 && !isAllZero(magnitude)) text += '-';
+  text += magnitude;
 }
 
 }  // namespace ondrel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -50,6 +51,10 @@ std::optional<double> parseNumber(std::string_view text);
 
 // Shortest of the forms with up to 15 significant digits, no trailing zeros: 1.5, 0.001, 1E+20.
 std::string numberText(double value);
+void appendNumber(std::string& text, double value);
+void appendNumber(std::string& text, std::int32_t value);
+// What that text reads as: `value` without what its digits do not show.
+double shownValue(double value);
 
 // "$1,234.50", negative "($1,234.50)"; rounded half away from zero on the decimal digits.
 std::string currencyText(double value);
@@ -57,5 +62,6 @@ std::string currencyText(double value);
 // `value` with `digits` places after the point, rounded half away from zero on the 15 decimal digits
 // that the value shows.
 std::string fixedText(double value, int digits);
+void appendFixed(std::string& text, double value, int digits);
 
 }  // namespace ondrel

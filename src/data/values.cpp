@@ -36,7 +36,9 @@ double powerOfTen(int exponent) {
 }
 
 std::string quoted(std::string_view text) {
-  return "'" + replaceAll(text, "'", "''") + "'";
+  std::string result;
+  appendSqlQuoted(result, text);
+  return result;
 }
 
 std::string_view entityOf(int code) {
@@ -110,6 +112,13 @@ std::string sqlString(const Variant& value) {
   return text.empty() ? "NULL" : quoted(text);
 }
 
+void appendSqlQuoted(std::string& sql, std::string_view text) {
+  sql += '\'';
+  for (size_t quote = 0; (quote = text.find('\'')) != std::string_view::npos; text.remove_prefix(quote + 1))
+    sql.append(text, 0, quote + 1).append(1, '\'');
+  sql.append(text).append(1, '\'');
+}
+
 std::string sqlNumber(const Variant& value) {
   return value.isNull() ? "NULL" : value.toText();
 }
@@ -145,12 +154,12 @@ double roundTo(double value, double step) {
 
 Variant round2(Variant& value, int digits) {
   if (!value.isNumeric()) return value;
-  value = *parseNumber(numberText(value.toDouble()));
+  value = shownValue(value.toDouble());
   return roundingDP(value.toDouble(), digits);
 }
 
 double round2(double value, int digits) {
-  return roundingDP(*parseNumber(numberText(value)), digits);
+  return roundingDP(shownValue(value), digits);
 }
 
 Variant roundDB(const Variant& value, int digits) {

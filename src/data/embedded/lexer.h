@@ -37,6 +37,14 @@ class Lexer {
   Token next();
   std::string_view statement() const { return text_; }
 
+  // Where the next token is looked for.
+  std::size_t position() const { return position_; }
+  // Whether a minus would begin a number here.
+  bool expectsValue() const { return valueExpected_; }
+  // The token that starts right at `position` when it is a Number or a Text, of another kind otherwise. Goes on
+  // behind it.
+  Token literalAt(std::size_t position, bool expectsValue);
+
  private:
   void skipBlanks();
   Token take(TokenKind kind, std::size_t start, std::size_t end);
@@ -117,6 +125,16 @@ constexpr bool continuesWord(char c) {
     default:
       return take(TokenKind::Stray, start, start + 1);
   }
+}
+
+[[gnu::always_inline]] inline Token Lexer::literalAt(size_t position, bool expectsValue) {
+  if (position >= text_.size()) return {};
+  const char first = text_[position];
+  if (isDigit(first)) return takeNumber(position);
+  if (first == '\'') return takeText(position);
+  if (first != '-' && first != '.') return {};
+  valueExpected_ = expectsValue;
+  return takeSymbol(position);
 }
 
 [[gnu::always_inline]] inline void Lexer::skipBlanks() {

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "data/embedded/database.h"
@@ -82,6 +83,14 @@ struct Session::Prepared {
   std::vector<ColumnSpec> layout;  // of the result
   bool unsettled = false;          // a column of it takes its type from its values
   std::uint64_t lastUse = 0;
+  StatementPattern pattern;
+  std::array<Prepared*, 2> followers{};  // what came after it, the latest first
+
+  explicit Prepared(StatementPattern itsPattern) : pattern(std::move(itsPattern)) {}
+  void follow(Prepared* next) {
+    if (followers[0] == next) return;
+    followers[1] = std::exchange(followers[0], next);
+  }
 };
 
 // ---- opening and closing
@@ -103,10 +112,7 @@ Session::Session(Database& database, const DatabaseFile& file) : database_(datab
     registerFunctions(handle_, context_);
     sqlite3_progress_handler(
         handle_, kStepsBetweenChecks,
-        [](void* session) {
-          return int{std::chrono::steady_clock::now() > static_cast<Session*>(session)->deadline_};
-        },
-        this);
+        [](void* session) { return int{static_cast<Session*>(session)->isLate()}; }, this);
     setTimeout(kDefaultTimeoutSeconds);
     runPlain(file.fileSystem ? kMemoryPragmas : kFilePragmas);
   } catch (...) {
@@ -141,6 +147,7 @@ void Session::useSchema(const std::shared_ptr<const Schema>& schema) {
 }
 
 void Session::forgetStatements() {
+  last_ = nullptr;
   prepared_.clear();
   context_.releaseStatements();
 }
@@ -150,7 +157,7 @@ void Session::forgetStatements() {
 RecordsetRef Session::run(std::string_view sql, bool fetch) {
   context_.statementTime.reset();
   context_.failure.reset();
-  deadline_ = std::chrono::steady_clock::now() + std::chrono::seconds(timeoutSeconds_);
+  deadline_.reset();
   Prepared& prepared = prepare(sql);
   switch (prepared.translation.kind) {
     case StatementKind::Call:
@@ -165,7 +172,28 @@ RecordsetRef Session::run(std::string_view sql, bool fetch) {
   return step(prepared, fetch);
 }
 
+// The clock is looked at for the first time when a statement has been at work for a moment.
+bool Session::isLate() {
+  const auto now = std::chrono::steady_clock::now();
+  if (!deadline_) deadline_ = now + std::chrono::seconds(timeoutSeconds_);
+  return now > *deadline_;
+}
+
+// Statements come in runs and in rounds: the one that followed the statement before when that was last sent is
+// tried first, and only what is of another pattern is taken apart.
 Session::Prepared& Session::prepare(std::string_view sql) {
+  Prepared* prepared = nullptr;
+  if (last_)
+    for (Prepared* follower : last_->followers)
+      if (!prepared && follower && shape_.assign(sql, follower->pattern)) prepared = follower;
+  if (!prepared) prepared = &find(sql);
+  if (last_) last_->follow(prepared);
+  last_ = prepared;
+  prepared->lastUse = ++uses_;
+  return *prepared;
+}
+
+Session::Prepared& Session::find(std::string_view sql) {
   shape_.assign(sql);
   const auto found = prepared_.find(shape_.key());
   Prepared* prepared = found == prepared_.end() ? &enter(shape_.key(), sql) : found->second.get();
@@ -177,14 +205,13 @@ Session::Prepared& Session::prepare(std::string_view sql) {
     const auto fixed = prepared_.find(fixedKey_);
     prepared = fixed == prepared_.end() ? &enter(fixedKey_, sql) : fixed->second.get();
   }
-  prepared->lastUse = ++uses_;
   return *prepared;
 }
 
 Session::Prepared& Session::enter(std::string_view key, std::string_view sql) {
-  auto prepared = std::make_unique<Prepared>();
-  const std::shared_ptr<const Schema> schema = database_.schema();
-  prepared->translation = translate(sql, *schema);
+  Translation made = translate(sql, *database_.schema());
+  auto prepared = std::make_unique<Prepared>(StatementPattern(sql, made.fixedLiterals));
+  prepared->translation = std::move(made);
   const Translation& translation = prepared->translation;
   if (!translation.sql.empty()) {
     sqlite3_stmt* statement = nullptr;
@@ -214,6 +241,8 @@ void Session::trim() {
   const auto middle = used.begin() + static_cast<std::ptrdiff_t>(used.size() / 2);
   std::nth_element(used.begin(), middle, used.end());
   std::erase_if(prepared_, [&](const auto& entry) { return entry.second->lastUse < *middle; });
+  last_ = nullptr;
+  for (const auto& [key, prepared] : prepared_) prepared->followers = {};
 }
 
 void Session::bind(const Prepared& prepared) {
@@ -222,24 +251,42 @@ void Session::bind(const Prepared& prepared) {
   for (size_t k = 0; k < parameters.size(); ++k) bindParameter(prepared.statement.get(), k, parameters[k]);
 }
 
+// The value of a literal; what a conversion makes of a text is put in `made`.
+SqlValue Session::literalValue(const Token& literal, const ValueConversion& conversion, std::string& made) {
+  const Conversion kind = conversion.kind;
+  if (literal.kind == TokenKind::Number && kind != Conversion::ToText && kind != Conversion::CutText) {
+    const SqlValue number = numberValue(literal.text);
+    return kind == Conversion::None ? number : converted(number, conversion, made);
+  }
+  if (literal.doubled) return doubledValue(literal, conversion, made);
+  if (kind == Conversion::None) return SqlValue::of(literal.text);
+  if (kind == Conversion::ToDate) return momentValue(literal.text, conversion, made);
+  return converted(SqlValue::of(literal.text), conversion, made);
+}
+
+SqlValue Session::doubledValue(const Token& literal, const ValueConversion& conversion, std::string& made) {
+  const std::string plain = unquoted(literal);
+  SqlValue value = converted(SqlValue::of(std::string_view(plain)), conversion, made);
+  // What still views the plain text must outlive it.
+  if (value.kind == SqlValue::Kind::Text && value.text.data() != made.data())
+    value = SqlValue::of(std::string_view(made = value.text));
+  return value;
+}
+
+// The lines of a ticket are mostly promised for one moment, which is read once.
+SqlValue Session::momentValue(std::string_view text, const ValueConversion& conversion, std::string& made) {
+  if (text != momentText_ || text.empty()) {
+    momentNormal_ = converted(SqlValue::of(text), conversion, made).text;
+    momentText_ = text;
+  }
+  made = momentNormal_;
+  return SqlValue::of(std::string_view(made));
+}
+
 // A text is bound where it stands: in the statement, or in a text of the session when a conversion made it.
 void Session::bindParameter(sqlite3_stmt* statement, size_t index, const BoundLiteral& parameter) {
   const Token& literal = shape_.literals()[static_cast<size_t>(parameter.literal)];
-  const Conversion kind = parameter.conversion.kind;
-  const bool asText =
-      literal.kind == TokenKind::Text || kind == Conversion::ToText || kind == Conversion::CutText;
-  std::string& made = texts_[index];
-  std::string plain;
-  SqlValue value;
-  if (!asText) {
-    value = numberValue(literal.text);
-  } else if (!literal.doubled) {
-    value = SqlValue::of(literal.text);
-  } else {
-    (kind == Conversion::None ? made : plain) = unquoted(literal);
-    value = SqlValue::of(std::string_view(kind == Conversion::None ? made : plain));
-  }
-  if (kind != Conversion::None) value = converted(value, parameter.conversion, made);
+  const SqlValue value = literalValue(literal, parameter.conversion, texts_[index]);
   const int place = static_cast<int>(index) + 1;
   switch (value.kind) {
     case SqlValue::Kind::Null:
@@ -252,11 +299,9 @@ void Session::bindParameter(sqlite3_stmt* statement, size_t index, const BoundLi
       sqlite3_bind_double(statement, place, value.real);
       return;
     case SqlValue::Kind::Text:
-      break;
+      sqlite3_bind_text(statement, place, value.text.data(), static_cast<int>(value.text.size()),
+                        SQLITE_STATIC);
   }
-  if (!plain.empty() && value.text.data() == plain.data())
-    value = SqlValue::of(std::string_view(made = value.text));
-  sqlite3_bind_text(statement, place, value.text.data(), static_cast<int>(value.text.size()), SQLITE_STATIC);
 }
 
 RecordsetRef Session::step(Prepared& prepared, bool fetch) {
@@ -301,6 +346,13 @@ RecordsetRef Session::fetchRows(Prepared& prepared) {
 }
 
 // ---- definitions
+
+void Session::runKept(std::string_view sql) {
+  sqlite3_stmt* statement = context_.prepared(sql);
+  const int code = sqlite3_step(statement);
+  sqlite3_reset(statement);
+  if (code != SQLITE_DONE) fail(code);
+}
 
 void Session::runPlain(const char* sql) {
   const int code = sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr);

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -49,12 +50,14 @@ class Session {
   RecordsetRef run(std::string_view sql, bool fetch);
   // Runs a create or drop statement and enters it in the schema.
   void define(std::string_view statement);
+  // Runs a statement of the table engine itself, which is kept prepared. `sql` is a text of the program.
+  void runKept(std::string_view sql);
   // Runs statements of the table engine itself.
   void runPlain(const char* sql);
 
-  void begin() { runPlain("begin immediate"); }
+  void begin() { runKept("begin immediate"); }
   void commit() {
-    runPlain("commit");
+    runKept("commit");
     definedInTransaction_ = false;
   }
   // Discards a transaction that is open. Never fails: it runs when a connection goes.
@@ -75,10 +78,15 @@ class Session {
   };
   class Call;
 
+  bool isLate();
   Prepared& prepare(std::string_view sql);
+  Prepared& find(std::string_view sql);
   Prepared& enter(std::string_view key, std::string_view sql);
   void trim();
   void bind(const Prepared& prepared);
+  SqlValue literalValue(const Token& literal, const ValueConversion& conversion, std::string& made);
+  static SqlValue doubledValue(const Token& literal, const ValueConversion& conversion, std::string& made);
+  SqlValue momentValue(std::string_view text, const ValueConversion& conversion, std::string& made);
   void bindParameter(sqlite3_stmt* statement, size_t index, const BoundLiteral& parameter);
   RecordsetRef step(Prepared& prepared, bool fetch);
   RecordsetRef fetchRows(Prepared& prepared);
@@ -93,12 +101,14 @@ class Session {
   StatementShape shape_;
   std::string fixedKey_;
   std::unordered_map<std::string, std::unique_ptr<Prepared>, KeyHash, std::equal_to<>> prepared_;
-  std::vector<std::string> texts_;  // of the parameters, for as long as a statement runs
+  Prepared* last_ = nullptr;
+  std::vector<std::string> texts_;         // of the parameters, for as long as a statement runs
+  std::string momentText_, momentNormal_;  // the moment that was read last, and its normal form
   std::uint64_t uses_ = 0;
   std::shared_ptr<const Schema> schema_;
   bool definedInTransaction_ = false;
   int timeoutSeconds_ = 0;
-  std::chrono::steady_clock::time_point deadline_;
+  std::optional<std::chrono::steady_clock::time_point> deadline_;  // of a statement that runs long
 };
 
 }  // namespace ondrel

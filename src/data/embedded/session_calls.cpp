@@ -49,10 +49,10 @@ RecordsetRef Session::call(const Translation& translation, bool fetch) {
 // A body that fails takes back what it did, so that its transaction stands as before the call.
 RecordsetRef Session::runWhole(const std::function<RecordsetRef()>& body) {
   if (!inTransaction()) return body();
-  runPlain("savepoint call");
+  runKept("savepoint call");
   try {
     RecordsetRef table = body();
-    runPlain("release call");
+    runKept("release call");
     return table;
   } catch (...) {
     // Where the engine has rolled back the whole transaction already, there is nothing left to take back.

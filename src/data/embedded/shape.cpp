@@ -1,5 +1,6 @@
 #include "data/embedded/shape.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace ondrel {
@@ -15,7 +16,48 @@ char* append(char* end, std::string_view piece, const char* statementEnd) {
   return end + piece.size();
 }
 
+bool isLiteral(const Token& token) {
+  return token.kind == TokenKind::Number || token.kind == TokenKind::Text;
+}
+
 }  // namespace
+
+StatementPattern::StatementPattern(std::string_view statement, std::span<const int> fixed) {
+  Lexer lexer(statement);
+  size_t start = 0;
+  for (bool expectsValue = false;; expectsValue = lexer.expectsValue()) {
+    const Token token = lexer.next();
+    const bool atEnd = token.kind == TokenKind::End;
+    if (!atEnd && !isLiteral(token)) continue;
+    text_ += statement.substr(start, token.position - start);
+    if (atEnd) return;
+    const auto number = static_cast<int>(gaps_.size());
+    const bool isFixed = std::find(fixed.begin(), fixed.end(), number) != fixed.end();
+    gaps_.push_back({static_cast<std::uint32_t>(text_.size()), token.kind, expectsValue, isFixed,
+                     isFixed ? std::string(token.text) : std::string()});
+    start = lexer.position();
+  }
+}
+
+bool StatementPattern::fits(std::string_view statement, std::vector<Token>& literals) const {
+  literals.clear();
+  Lexer lexer(statement);
+  size_t at = 0, from = 0;
+  const auto continuesWith = [&](size_t length) {
+    return statement.size() - at >= length &&
+           std::memcmp(statement.data() + at, text_.data() + from, length) == 0;
+  };
+  for (const Gap& gap : gaps_) {
+    const size_t length = gap.end - from;
+    if (!continuesWith(length)) return false;
+    const Token token = lexer.literalAt(at + length, gap.expectsValue);
+    if (token.kind != gap.kind || (gap.isFixed && token.text != gap.value)) return false;
+    literals.push_back(token);
+    at = lexer.position();
+    from = gap.end;
+  }
+  return statement.size() - at == text_.size() - from && continuesWith(text_.size() - from);
+}
 
 // A token takes at most two quotes and a blank more in the key than it took in the statement.
 void StatementShape::assign(std::string_view statement) {
@@ -26,7 +68,7 @@ void StatementShape::assign(std::string_view statement) {
   const char* const statementEnd = statement.data() + statement.size();
   Lexer lexer(statement);
   for (Token token = lexer.next(); token.kind != TokenKind::End; token = lexer.next()) {
-    if (token.kind == TokenKind::Number || token.kind == TokenKind::Text) {
+    if (isLiteral(token)) {
       *end++ = token.kind == TokenKind::Number ? kNumberMark : kTextMark;
       literals_.push_back(token);
       continue;

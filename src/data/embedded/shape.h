@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -7,6 +8,28 @@
 #include "data/embedded/lexer.h"
 
 namespace ondrel {
+
+// A statement with its literals left open, by which another one that differs in them alone is known at once:
+// what stands between them is compared byte for byte, blanks and case included.
+class StatementPattern {
+ public:
+  // `fixed` are the literals that belong to the pattern.
+  StatementPattern(std::string_view statement, std::span<const int> fixed);
+  // Whether the statement is of the pattern. `literals` then holds its literals, as a shape would.
+  bool fits(std::string_view statement, std::vector<Token>& literals) const;
+
+ private:
+  struct Gap {
+    std::uint32_t end;  // of the text before the literal, in text_
+    TokenKind kind;
+    bool expectsValue;
+    bool isFixed;
+    std::string value;  // of one that is fixed
+  };
+
+  std::string text_;  // what stands between the literals, one after the other
+  std::vector<Gap> gaps_;
+};
 
 // A statement text taken apart: its literals, in order, and what is left, in which a mark stands for each
 // literal and one blank parts the tokens. Statements that differ only in their values have one key.
@@ -17,6 +40,12 @@ class StatementShape {
 
   // Replaces the contents; keeps the memory of the statement before.
   void assign(std::string_view statement);
+
+  // Replaces the contents by the literals of a statement of the pattern; there is no key then. Nothing remains
+  // of them when it is not of the pattern.
+  bool assign(std::string_view statement, const StatementPattern& pattern) {
+    return pattern.fits(statement, literals_);
+  }
 
   // Valid until the next statement.
   std::string_view key() const { return {buffer_.data(), keySize_}; }

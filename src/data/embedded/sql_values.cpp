@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <charconv>
 #include <chrono>
 #include <cmath>
@@ -93,9 +94,24 @@ SqlValue toBit(const SqlValue& value, const ColumnType& target) {
   return SqlValue::of(std::int64_t{numberOf(value, target) != 0});
 }
 
+// 10 to the 0th to 22nd: the powers that a double holds exactly.
+constexpr auto kPowersOfTen = [] {
+  std::array<double, 23> powers{1};
+  for (size_t k = 1; k < powers.size(); ++k) powers[k] = powers[k - 1] * 10;
+  return powers;
+}();
+
+double powerOfTen(int exponent) {
+  const auto at = static_cast<size_t>(exponent);
+  return at < kPowersOfTen.size() ? kPowersOfTen[at] : std::pow(10.0, exponent);
+}
+
 SqlValue toScaled(const SqlValue& value, const ColumnType& target, int decimals) {
-  const double power = std::pow(10.0, decimals);
-  return SqlValue::of(std::round(numberOf(value, target) * power) / power);
+  constexpr double kWholeBelow = 0x1p53;
+  const double power = powerOfTen(decimals), scaled = numberOf(value, target) * power;
+  const bool isWhole =
+      std::fabs(scaled) < kWholeBelow && static_cast<double>(static_cast<std::int64_t>(scaled)) == scaled;
+  return SqlValue::of((isWhole ? scaled : std::round(scaled)) / power);
 }
 
 // ---- texts
@@ -169,9 +185,7 @@ SqlValue toDate(const SqlValue& value, bool dayOnly, std::string& buffer) {
   return SqlValue::of(std::string_view(buffer));
 }
 
-}  // namespace
-
-SqlValue numberValue(std::string_view digits) {
+SqlValue longNumberValue(std::string_view digits) {
   std::int64_t whole = 0;
   const char* end = digits.data() + digits.size();
   const auto [rest, failure] = std::from_chars(digits.data(), end, whole);
@@ -179,6 +193,33 @@ SqlValue numberValue(std::string_view digits) {
   double real = 0;
   std::from_chars(digits.data(), end, real);
   return SqlValue::of(real);
+}
+
+}  // namespace
+
+// A number of few digits is read in one go: both its digits and the power of ten below them are exact, so one
+// division rounds as it should.
+SqlValue numberValue(std::string_view digits) {
+  constexpr size_t kMostCharacters = 17;
+  constexpr std::int64_t kExactBelow = std::int64_t{1} << 53;
+  std::int64_t units = 0;
+  size_t point = std::string_view::npos, at = 0;
+  const bool negative = !digits.empty() && digits.front() == '-';
+  if (digits.size() <= kMostCharacters) {
+    for (at = negative; at < digits.size(); ++at) {
+      if (isDigit(digits[at]))
+        units = units * 10 + (digits[at] - '0');
+      else if (digits[at] == '.' && point == std::string_view::npos)
+        point = at;
+      else
+        break;
+    }
+  }
+  if (at == 0 || at < digits.size()) return longNumberValue(digits);
+  if (point == std::string_view::npos) return SqlValue::of(negative ? -units : units);
+  if (units >= kExactBelow) return longNumberValue(digits);
+  const double magnitude = static_cast<double>(units) / kPowersOfTen[digits.size() - point - 1];
+  return SqlValue::of(negative ? -magnitude : magnitude);
 }
 
 SqlValue converted(const SqlValue& value, const ValueConversion& conversion, std::string& buffer) {

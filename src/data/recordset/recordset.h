@@ -147,6 +147,12 @@ class Recordset : public Object {
   bool flag(Column column) const;
   Date date(Column column) const;
   std::string text(Column column) const;
+  // Without a copy, until the row is written to; for a column of texts alone.
+  std::string_view textView(Column column) const {
+    const ColumnStore& store = cells(column);
+    const size_t row = currentRow();
+    return store.present[row] ? std::string_view(store.texts[row]) : std::string_view();
+  }
 
   std::int32_t integer(std::string_view name) const { return integer(column(name)); }
   double number(std::string_view name) const { return number(column(name)); }

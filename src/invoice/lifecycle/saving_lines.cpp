@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "base/text.h"
 #include "data/query_database.h"
 #include "data/values.h"
 #include "invoice/invoice.h"
@@ -12,19 +13,6 @@ using enum LineColumn;
 
 constexpr std::string_view kRedoDepartment = "Redo";
 
-std::string money(const Recordset& line, Column column) {
-  return roundDB(line.value(column), 2).toText();
-}
-
-int digit(bool value) {
-  return value ? 1 : 0;
-}
-
-// A text between quotes; a missing one is the empty text.
-std::string quoted(const Recordset& line, Column column) {
-  return "'" + escapeSql(line.text(column)) + "'";
-}
-
 constexpr std::string_view kLineInsert =
     "INSERT INTO TicketLineItem(ticketNumber, lineItemNumber,  createdByEmployeeID, lastModifiedByEmployeeID,  "
     "parentLineNumber, displaySequence, departmentID,  departmentName, ticketLineType, lineItemID, saleOnly,  "
@@ -33,31 +21,126 @@ constexpr std::string_view kLineInsert =
     "chargeTaxCode, packagedQuantity, daysToProcess, dueDate, priceLater, promptResponse, redo, "
     "prepaydiscount, invoicenumber, pickedup, heatseal) VALUES(";
 
-// The statement that stores a line. Of the values a Null that stands bare goes out as NULL, a Null date as
-// the empty text.
-std::string lineInsertText(const Recordset& line, std::int32_t ticket, std::int32_t employee) {
-  const bool isGarment = line.text(itemType) == kind::garment;
-  const bool hasUpcharges = isGarment && !line.isNull(upchargeTotal);
-  const std::int32_t number = line.integer(lineNumber);
-  std::string text(kLineInsert);
-  const auto end = std::back_inserter(text);
-  fmt::format_to(end, "{},{},{},{},{},{},{}", ticket, number, employee, employee,
-                 line.integer(parentLineNumber), number, sqlNumber(line.value(deptId)));
-  fmt::format_to(end, ",{},'{}',{},{},{}", quoted(line, deptName), line.text(itemType),
-                 sqlNumber(line.value(lineItemId)), digit(isGarment && line.flag(saleOnly)),
-                 quoted(line, itemName));
-  fmt::format_to(end, ",{},{},{},{},{},{},{}", money(line, originalUnitPrice), money(line, unitPrice),
-                 sqlNumber(line.value(quantity)), money(line, lineItemTotal), money(line, totalTax),
-                 money(line, totalSurcharge), money(line, taxableAmt));
-  fmt::format_to(end, ", {}, {}, {}, {}, {},{},'{}'", sqlString(line.value(notes)),
-                 digit(line.flag(outsideService)), hasUpcharges ? money(line, upchargeTotal) : "NULL",
-                 sqlNumber(line.value(chargeTaxCode)), sqlNumber(line.value(pkgQuantity)),
-                 sqlNumber(line.value(daysToProcess)), line.value(dueDate).joined());
-  fmt::format_to(end, ", {}, {}, {}, {}, {}, {}, {})", digit(line.flag(priceLater)),
-                 sqlString(line.value(promptResponse)), digit(line.flag(redo)), sqlNumber(line.value(prepay)),
-                 quoted(line, invoiceNumber), digit(line.flag(pickedUp)), sqlString(line.value(heatSeal)));
-  return text;
-}
+// How a value of a line is written. A Null that stands bare goes out as NULL, a Null text or date between quotes
+// as the empty text.
+enum class As {
+  ticket,
+  employee,
+  whole,
+  number,
+  money,
+  flag,
+  quoted,      // between quotes, which are doubled inside
+  bareQuoted,  // between quotes, as it stands
+  textOrNull,  // quoted, an empty one as NULL
+  garmentFlag,
+  garmentMoney,  // of garments alone, of others 0 and NULL
+};
+
+struct LineValue {
+  std::string_view separator;  // before it
+  As as;
+  Column column{0};
+};
+
+// clang-format off
+constexpr LineValue kLineValues[] = {
+  {"",   As::ticket},
+  {",",  As::whole,        lineNumber},
+  {",",  As::employee},                       // who created it
+  {",",  As::employee},                       // who changed it last
+  {",",  As::whole,        parentLineNumber},
+  {",",  As::whole,        lineNumber},       // the place in the display
+  {",",  As::whole,        deptId},
+  {",",  As::quoted,       deptName},
+  {",",  As::bareQuoted,   itemType},
+  {",",  As::whole,        lineItemId},
+  {",",  As::garmentFlag,  saleOnly},
+  {",",  As::quoted,       itemName},
+  {",",  As::money,        originalUnitPrice},
+  {",",  As::money,        unitPrice},
+  {",",  As::whole,        quantity},
+  {",",  As::money,        lineItemTotal},
+  {",",  As::money,        totalTax},
+  {",",  As::money,        totalSurcharge},
+  {",",  As::money,        taxableAmt},
+  {", ", As::textOrNull,   notes},
+  {", ", As::flag,         outsideService},
+  {", ", As::garmentMoney, upchargeTotal},
+  {", ", As::whole,        chargeTaxCode},
+  {", ", As::whole,        pkgQuantity},
+  {",",  As::whole,        daysToProcess},
+  {",",  As::bareQuoted,   dueDate},
+  {", ", As::flag,         priceLater},
+  {", ", As::textOrNull,   promptResponse},
+  {", ", As::flag,         redo},
+  {", ", As::number,       prepay},
+  {", ", As::quoted,       invoiceNumber},
+  {", ", As::flag,         pickedUp},
+  {", ", As::textOrNull,   heatSeal},
+};
+// clang-format on
+
+constexpr std::size_t kLineLength = 1024;  // of most statements
+
+// Writes the values of lines behind the head of their statement, over the ones of the line before.
+class LineWriter {
+ public:
+  LineWriter(const Recordset& lines, std::int32_t ticket, std::int32_t employee)
+      : line_(lines), ticket_(ticket), employee_(employee) {
+    text_.reserve(kLineLength);
+    text_ = kLineInsert;
+  }
+
+  // The statement for the current line, until the next one.
+  std::string_view statement() {
+    text_.resize(kLineInsert.size());
+    isGarment_ = line_.textView(itemType) == kind::garment;
+    for (const LineValue& value : kLineValues) {
+      text_ += value.separator;
+      write(value);
+    }
+    return text_ += ')';
+  }
+
+ private:
+  void write(const LineValue& value) {
+    const Column column = value.column;
+    switch (value.as) {
+      case As::ticket:
+        return appendNumber(text_, ticket_);
+      case As::employee:
+        return appendNumber(text_, employee_);
+      case As::whole:
+        return line_.isNull(column) ? writeNull() : appendNumber(text_, line_.integer(column));
+      case As::number:
+        return appendNumber(text_, line_.number(column));
+      case As::money:
+        return appendFixed(text_, line_.number(column), 2);
+      case As::flag:
+        return writeFlag(line_.flag(column));
+      case As::quoted:
+        return appendSqlQuoted(text_, line_.textView(column));
+      case As::bareQuoted:
+        text_.append(1, '\'').append(line_.value(column).joined()).append(1, '\'');
+        return;
+      case As::textOrNull:
+        return line_.textView(column).empty() ? writeNull() : appendSqlQuoted(text_, line_.textView(column));
+      case As::garmentFlag:
+        return writeFlag(isGarment_ && line_.flag(column));
+      case As::garmentMoney:
+        return isGarment_ && !line_.isNull(column) ? appendFixed(text_, line_.number(column), 2)
+                                                   : writeNull();
+    }
+  }
+  void writeNull() { text_ += "NULL"; }
+  void writeFlag(bool flag) { text_ += flag ? '1' : '0'; }
+
+  const Recordset& line_;
+  std::int32_t ticket_, employee_;
+  std::string text_;
+  bool isGarment_ = false;
+};
 
 }  // namespace
 
@@ -65,14 +148,15 @@ void Invoice::insertTicketLineItems(std::int32_t employeeId) {
   lineItems->clearFilter();
   deleteTaggedItemLinks(ticketNo);
   bool redoPending = true;
+  LineWriter writer(*lineItems, ticketNo, employeeId);
   for (; !lineItems->eof(); lineItems->moveNext()) {
     // Somebody calls the customer of a re-clean: one copy of him a ticket.
-    if (redoPending && lineItems->text(deptName) == kRedoDepartment) {
+    if (redoPending && lineItems->textView(deptName) == kRedoDepartment) {
       addRedoCustomer();
       redoPending = false;
     }
     if (lineItems->isNull(pkgQuantity)) lineItems->setValue(pkgQuantity, 1);
-    executeInTransaction(*apartment_, lineInsertText(*lineItems, ticketNo, employeeId));
+    executeInTransaction(*apartment_, writer.statement());
   }
 }
 
@@ -107,7 +191,8 @@ void Invoice::insertTicketLogItems(const std::string& ticketNumber, const Varian
                     "VALUES({},{},{},{},{},{},{})",
                     ticketNumber, sqlString(logDate), sqlString(entry.value(LogColumn::itemLogType)),
                     entry.integer(LogColumn::quantity), sqlString(entry.value(LogColumn::deptName)),
-                    sqlString(entry.value(LogColumn::itemName)), money(entry, LogColumn::amount)));
+                    sqlString(entry.value(LogColumn::itemName)),
+                    fixedText(entry.number(LogColumn::amount), 2)));
   }
 }
 
