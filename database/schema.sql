@@ -812,15 +812,17 @@ create table PaymentBatch (
 create index PaymentBatchByBatch on PaymentBatch (BatchID, Stage);
 create index PaymentBatchByGuid on PaymentBatch (TransactionGUID);
 
--- A card on file with the card program.
+-- A card on file. Its id is the number that the card program gave it, or the card number itself. A card that
+-- is put on file again has another row; changes and deletions by its id concern all of them.
 create table xcaccount (
-  xcaccountid varchar(50) not null primary key,
+  xcaccountid varchar(50),
   customersequencenumber int,
   recurring bit not null default 1,
   cardtype varchar(50),
   accountnumber varchar(50),
   expiration varchar(10)
 );
+create index xcaccountById on xcaccount (xcaccountid);
 
 -- A card brand that a shop takes.
 create table creditcardtypedomain (

@@ -32,6 +32,8 @@ constexpr const char* kGlobals =
     "  Database              connectionString, execute(sql), query(sql), trace()\n"
     "  arguments             what stands behind the file's name\n"
     "  print(...), quit(code)\n"
+    "Shop paths such as C:\\xc lie below the folder that the environment's ONDREL_DRIVES names, a folder for each\n"
+    "drive (c/xc), or below ~/.ondrel/drives without it.\n"
     "An error that the script does not catch prints its number, description and position; the status is 1.";
 
 }  // namespace

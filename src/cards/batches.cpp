@@ -17,7 +17,7 @@ namespace {
 // | new     | 1  | added to the batch                                     |
 // | 1, 2    | 3  | an answer is there and approves                        |
 // | 1, 2    | -2 | an answer is there and refuses                         |
-// | 1, 2    | 1  | no answer, but a file of the request                   |
+// | 1, 2    | 1  | no whole answer, but a file of the request             |
 // | 1, 2    | 2  | no file at all                                         |
 // | 3       | 0  | the batch is closed: booked                            |
 // | 1, 2    | -3 | the batch is closed: request and answer deleted        |
@@ -76,8 +76,8 @@ RecordsetRef CreditCardProcessing::batchRows(const Variant& batchID) const {
 
 std::int32_t CreditCardProcessing::stageOf(const Variant& guid, std::int32_t stage, Variant& answer) {
   if (!isPending(stage)) return stage;
-  if (IsAnswerReady(guid)) return ReadSingleAnswer(guid, answer) ? stage::kApproved : stage::kRefused;
   const std::string path = getRequestFile(guid);
+  if (mayHaveWholeAnswer(path)) return ReadSingleAnswer(guid, answer) ? stage::kApproved : stage::kRefused;
   if (hasFile(path, kTaken)) return stage::kPending;
   const bool isKnown = std::any_of(std::begin(kOtherStates), std::end(kOtherStates),
                                    [&](std::string_view suffix) { return hasFile(path, suffix); });

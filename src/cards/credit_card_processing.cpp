@@ -1,5 +1,6 @@
 #include "cards/credit_card_processing.h"
 
+#include "base/passed_over.h"
 #include "base/text.h"
 #include "cards/card_numbers.h"
 #include "data/card_masking.h"
@@ -30,6 +31,15 @@ void takeName(std::string_view name, CreditCardFields& fields) {
   const auto pieces = split(name, '/');
   fields.lastname = pieces.size() > 1 ? pieces[0] : "";
   fields.firstname = pieces.size() > 1 ? pieces[1] : pieces[0];
+}
+
+// "2812": year and month. Both are set or none.
+void takeExpiration(std::string_view digits, CreditCardFields& fields) {
+  passedOver([&] {
+    const std::int32_t year = Variant(digits.substr(0, 2)).toLong();
+    fields.expirationmonth = Variant(digits.substr(std::min<size_t>(2, digits.size()), 2)).toLong();
+    fields.expirationyear = year;
+  });
 }
 
 }  // namespace
@@ -79,8 +89,7 @@ CreditCardFieldsRef CreditCardProcessing::FieldsFromSwipe(const Variant& swipe) 
 
   fields->accountnumber = account;
   takeName(parts[1], *fields);
-  fields->expirationyear = Variant(parts[2].substr(0, 2)).toLong();
-  fields->expirationmonth = Variant(parts[2].substr(std::min<size_t>(2, parts[2].size()), 2)).toLong();
+  takeExpiration(parts[2], *fields);
   return fields;
 }
 

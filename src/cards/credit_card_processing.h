@@ -46,7 +46,7 @@ class CreditCardProcessing : public Object {
   // The check digit alone. Error 13 for anything but digits, 6 beyond 255 of them.
   bool VerifyMod10(const Variant& Number) const;
   // A new record from what a reader sends: track 1, ";", track 2. Only `swipedata` is set when that is no
-  // track 1 or the tracks carry different numbers. Error 13 when the expiration is no number.
+  // track 1 or the tracks carry different numbers. An expiration that cannot be read stays 0.
   CreditCardFieldsRef FieldsFromSwipe(const Variant& swipe) const;
   // Parts the tail of a PIN reader's output into `key` and `block`. False, with both left alone, when
   // it is shorter than 32 characters.
@@ -140,7 +140,7 @@ class CreditCardProcessing : public Object {
                                 const Variant& receipt, const Variant& purchaseAmount,
                                 const Variant& cashBackAmount, const Variant& block, const Variant& key);
   Variant dropRequest(const std::string& path, const std::function<std::string()>& makeLine,
-                      const RequestRow& row);
+                      const std::function<RequestRow()>& makeRow);
   void insertTransactionRow(const std::string& path, const RequestRow& row);
   std::string getRequestFile(const Variant& guid) const;
   bool readAnswerFile(const std::string& path, Variant& code);
@@ -155,6 +155,8 @@ class CreditCardProcessing : public Object {
 
   RecordsetRef batchRows(const Variant& batchID) const;
   bool hasFile(const std::string& path, std::string_view suffix) const;
+  bool hasAnswer(const std::string& path) const;
+  bool mayHaveWholeAnswer(const std::string& path) const;
   std::int32_t stageOf(const Variant& guid, std::int32_t stage, Variant& answer);
   void updateBatchStage(const Variant& guid, std::int32_t stage);
   void deleteBatchFiles(const Variant& guid);

@@ -1,12 +1,10 @@
 #include <fmt/format.h>
 
-#include <chrono>
-
 #include "base/passed_over.h"
 #include "base/text.h"
 #include "cards/credit_card_processing.h"
+#include "cards/exchange_files.h"
 #include "cards/request_lines.h"
-#include "cards/settled_file.h"
 #include "data/card_masking.h"
 #include "data/query_database.h"
 #include "data/values.h"
@@ -21,7 +19,6 @@ constexpr std::string_view kAnswer = ".ans";
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kTimedOut = "TIMED OUT WAITING FOR ANSWER";
 constexpr std::string_view kNotWritten = "COULD NOT WRITE REQUEST FILE";
-constexpr std::chrono::milliseconds kLookEvery{500};
 
 const CreditCardFieldsRef& given(const CreditCardFieldsRef& fields) {
   if (!fields)
@@ -74,28 +71,26 @@ std::string CreditCardProcessing::DefaultRequestPath(const Variant& terminalID,
   return (isKeyed ? directoryKeyed_ : directory_) + (fixedName.empty() ? fields->guid : fixedName);
 }
 
-// | step                          | after a crash behind it there is                            |
-// |-------------------------------|-------------------------------------------------------------|
-// | old request and answer go     | nothing of the last sale under this name                    |
+// | step                            | after a crash behind it there is                          |
+// |---------------------------------|-----------------------------------------------------------|
+// | line made                       |                                                           |
+// | old request and answer go       | nothing of the last sale under this name                  |
 // | line to the name without suffix | a file that the card program does not look at             |
-// | renamed to .req in one step   | a whole request, and perhaps a charge, without a row        |
-// | row                           | the request and its row                                     |
+// | renamed to .req in one step     | a whole request, and perhaps a charge, without a row      |
+// | row                             | the request and its row                                   |
 //
 // Each step goes on when the one before failed, but a request that is not whole is never renamed.
 Variant CreditCardProcessing::dropRequest(const std::string& path,
                                           const std::function<std::string()>& makeLine,
-                                          const RequestRow& row) {
+                                          const std::function<RequestRow()>& makeRow) {
   const Files& files = apartment_->files;
   const std::string request = path + std::string(kRequest);
+  std::string line;
+  passedOver([&] { line = makeLine().append(kLineEnd); });
   for (const std::string& old : {request, path + std::string(kAnswer), path})
     passedOver([&] { files.remove(old); });
-  try {
-    files.write(path, makeLine().append(kLineEnd));
-    files.rename(path, request);
-  } catch (const Error&) {
-    passedOver([&] { files.remove(path); });
-  }
-  passedOver([&] { insertTransactionRow(path, row); });
+  if (!line.empty()) passedOver([&] { writeThenRename(files, line, path, request); });
+  passedOver([&] { insertTransactionRow(path, makeRow()); });
   return request;
 }
 
@@ -103,8 +98,9 @@ Variant CreditCardProcessing::writeRequestFile(const std::string& path, const Cr
                                                const Variant& terminalID, const Variant& clerk,
                                                const Variant& customerSequenceNumber, const Variant& receipt,
                                                const Variant& amount) {
-  return dropRequest(path, [&] { return makeRequestString(fields, clerk, receipt, amount); },
-                     {fields.guid, terminalID, clerk, receipt, amount, customerSequenceNumber});
+  return dropRequest(
+      path, [&] { return makeRequestString(fields, clerk, receipt, amount); },
+      [&] { return RequestRow{fields.guid, terminalID, clerk, receipt, amount, customerSequenceNumber}; });
 }
 
 Variant CreditCardProcessing::writeRequestFileDebit(const std::string& path, const CreditCardFields& fields,
@@ -112,10 +108,14 @@ Variant CreditCardProcessing::writeRequestFileDebit(const std::string& path, con
                                                     const Variant& purchaseAmount,
                                                     const Variant& cashBackAmount, const Variant& block,
                                                     const Variant& key) {
-  const DebitDetails debit{purchaseAmount.toDouble(), cashBackAmount.toDouble(), block.joined(),
-                           key.joined()};
-  return dropRequest(path, [&] { return makeRequestStringDebit(fields, clerk, receipt, debit); },
-                     {fields.guid, Variant::null(), clerk, receipt, debit.total(), Variant::null()});
+  const auto debit = [&] {
+    return DebitDetails{purchaseAmount.toDouble(), cashBackAmount.toDouble(), block.joined(), key.joined()};
+  };
+  return dropRequest(
+      path, [&] { return makeRequestStringDebit(fields, clerk, receipt, debit()); },
+      [&] {
+        return RequestRow{fields.guid, Variant::null(), clerk, receipt, debit().total(), Variant::null()};
+      });
 }
 
 void CreditCardProcessing::insertTransactionRow(const std::string& path, const RequestRow& row) {
@@ -163,16 +163,30 @@ bool CreditCardProcessing::hasFile(const std::string& path, std::string_view suf
   return !path.empty() && apartment_->files.exists(path + std::string(suffix));
 }
 
-bool CreditCardProcessing::IsAnswerReady(const Variant& guid) const {
-  const std::string path = getRequestFile(guid);
+// A folder on another host may tell late; a second look at once often sees the file.
+bool CreditCardProcessing::hasAnswer(const std::string& path) const {
   return hasFile(path, kAnswer) || hasFile(path, kAnswer);
 }
 
+bool CreditCardProcessing::IsAnswerReady(const Variant& guid) const {
+  return hasAnswer(getRequestFile(guid));
+}
+
+// A batch does not stop at a row whose answer is being written.
+bool CreditCardProcessing::mayHaveWholeAnswer(const std::string& path) const {
+  return hasAnswer(path) && !lacksClosingQuote(readAnswer(*apartment_, path + std::string(kAnswer)));
+}
+
+// A time-out of 0 is one look.
 bool CreditCardProcessing::readAnswerFile(const std::string& path, Variant& code) {
   const Date start = apartment_->clock->now();
-  const auto text =
-      readSettledFile(*apartment_, path + std::string(kAnswer), {isWholeAnswer, lacksClosingQuote},
-                      [&] { return secondsSince(start, *apartment_) <= timeout_; });
+  const auto waitForNextLook = [&] {
+    if (timeout_ == 0) return false;
+    apartment_->clock->sleep(kLookEvery);
+    return secondsSince(start, *apartment_) <= timeout_;
+  };
+  const std::string file = path.empty() ? "" : path + std::string(kAnswer);
+  const auto text = readSettledFile(*apartment_, file, {isWholeAnswer, lacksClosingQuote}, waitForNextLook);
   if (!text) {
     code = kTimedOut;
     return false;

@@ -4,7 +4,7 @@
 
 #include "base/passed_over.h"
 #include "cards/credit_card_processing.h"
-#include "cards/settled_file.h"
+#include "cards/exchange_files.h"
 #include "platform/delimited_text.h"
 #include "platform/xml.h"
 
@@ -15,7 +15,6 @@ using std::chrono::milliseconds;
 
 constexpr std::string_view kRequest = ".xcr";
 constexpr std::string_view kAnswer = ".xca";
-constexpr int kMostRounds = 10;  // that a request may stand in the way
 constexpr milliseconds kRound{5000};
 constexpr milliseconds kFirstWait{2000};
 constexpr int kLooks = 30;
@@ -50,13 +49,9 @@ std::string CreditCardProcessing::BeginTransaction(const Variant& RequestString)
     const std::string newId = newTransactionGuid();
     const std::string base = directory_ + newId;
     const std::string request = base + std::string(kRequest);
-    for (int rounds = 0; files.exists(request);) {
-      apartment_->clock->sleep(kRound);
-      if (++rounds > kMostRounds) return;
-    }
+    if (!waitUntilGone(*apartment_, request)) return;
     files.remove(base);
-    files.write(base, RequestString.toText());
-    files.rename(base, request);
+    writeThenRename(files, RequestString.toText(), base, request);
     id = newId;
   });
   return id;
@@ -71,8 +66,11 @@ std::string CreditCardProcessing::GetTransactionResults(const Variant& transacti
   const std::string path = directory_ + transactionId.joined() + std::string(kAnswer);
   const auto never = [](std::string_view) { return false; };
   int looks = 0;
-  const auto text =
-      readSettledFile(*apartment_, path, {isWholeDocument, never}, [&] { return ++looks < kLooksAtNothing; });
+  const auto waitForNextLook = [&] {
+    apartment_->clock->sleep(kLookEvery);
+    return ++looks < kLooksAtNothing;
+  };
+  const auto text = readSettledFile(*apartment_, path, {isWholeDocument, never}, waitForNextLook);
   passedOver([&] { apartment_->files.remove(path); });
   return joinedValues(textOfBytes(text.value_or("")));
 }

@@ -29,29 +29,60 @@ TEST_F(CardBatches, AddingWritesTheRequestAndTheRow) {
   EXPECT_TRUE(isThere(path(guid, ".req")));
   EXPECT_EQ(scalar("select AccountNumber from PaymentBatch").toText(), "4111111111111111");
   EXPECT_EQ(cards.GetNextBatchGroup().toLong(), 2);
-  EXPECT_TRUE(cards.IsBatchOpen(1));
-  EXPECT_FALSE(cards.IsBatchReadyToClose(1));
+  statements();
+  EXPECT_TRUE(cards.IsBatchOpen("1"));
+  EXPECT_FALSE(cards.IsBatchReadyToClose("1"));
+  EXPECT_EQ(reads(), (std::vector<std::string>{
+                         "select * from paymentbatch where stage in (1, 2, 3) and batchid = '1'",
+                         "select * from paymentbatch where stage in (0, 1, 2) and batchid = '1'"}));
+}
+
+// The path is too long for its column: the request's row fails and is passed over, its transaction stays open,
+// the batch row joins it, and the next read drops both. The request is on its way all the same.
+TEST_F(CardBatches, ARequestRowThatFailsTakesTheBatchRowWithIt) {
+  const CreditCardFieldsRef fields = visa();
+  const std::string deep = std::string(120, 'd') + "\\" + std::string(120, 'd');
+  std::filesystem::create_directories(hostFile("C:\\xc\\" + deep));
+  cards.setXChargeDirectoryKeyed("C:\\xc\\" + deep);
+  EXPECT_TRUE(cards.AddTransactionToBatch(2, fields, 11, 1, 4, 10));
+  EXPECT_TRUE(isThere(path(deep + "\\" + fields->guid, ".req")));
+  EXPECT_FALSE(cards.IsBatchOpen(1));
+  EXPECT_TRUE(stages().empty());
 }
 
 TEST_F(CardBatches, StagesFollowTheFiles) {
   const std::string guid = add(11, 10);
-  const auto stageWith = [&](const char* from, const char* to) {
-    std::filesystem::rename(hostFile(path(guid, from)), hostFile(path(guid, to)));
+  std::string file = ".req";
+  const auto stage = [&] {
     cards.UpdateBatchGroup(1);
     return scalar("select Stage from PaymentBatch").toLong();
   };
-  EXPECT_EQ(stageWith(".req", ".tmp"), 1);
-  EXPECT_EQ(stageWith(".tmp", ".elsewhere"), 2);
-  EXPECT_EQ(stageWith(".elsewhere", ".hld"), 1);
-  EXPECT_EQ(stageWith(".hld", ".elsewhere"), 2);
+  for (const char* state : {".tmp", ".req", ".xch", ".hld"}) {
+    for (const auto& [next, expected] : {std::pair{".elsewhere", 2}, {state, 1}}) {
+      std::filesystem::rename(hostFile(path(guid, file.c_str())), hostFile(path(guid, next)));
+      file = next;
+      EXPECT_EQ(stage(), expected) << state;
+    }
+  }
+  std::filesystem::remove(hostFile(path(guid, ".hld")));
+  EXPECT_EQ(stage(), 2);
+  // An answer that is still being written keeps nobody waiting.
+  const Date start = cardClock->now();
+  for (const char* half : {"", "\"", "\"YA'7"}) {
+    put(path(guid, ".ans"), half);
+    EXPECT_EQ(stage(), 1) << half;
+  }
+  EXPECT_EQ(cardClock->now().serial(), start.serial());
   put(path(guid, ".ans"), "\"YA'7\"\r\n");
-  cards.UpdateBatchGroup(1);
-  EXPECT_EQ(stages(), std::vector<std::string>{"3 | A'7"});
-  put(path(guid, ".ans"), "\"NO\"\r\n");
   statements();
-  cards.UpdateBatchGroup(1);
-  EXPECT_EQ(reads().size(), 1u);
-  EXPECT_EQ(stages(), std::vector<std::string>{"3 | A'7"});
+  EXPECT_EQ(stage(), 3);
+  EXPECT_EQ(reads().back(),
+            "update PaymentBatch set  stage = 3,  Answer = 'A''7'  where TransactionGUID = '" + guid + "'");
+  put(path(guid, ".ans"), "\"NO\"\r\n");
+  EXPECT_EQ(stage(), 3);
+  EXPECT_EQ(reads(), std::vector<std::string>{"select * from PaymentBatch where BatchID = '1'"});
+  execute("update PaymentBatch set Stage = 2");
+  EXPECT_EQ(stage(), -2);
 }
 
 TEST_F(CardBatches, ClosingBooksApprovedAndWithdrawsPendingCharges) {
@@ -65,6 +96,12 @@ TEST_F(CardBatches, ClosingBooksApprovedAndWithdrawsPendingCharges) {
   statements();
   cards.CloseBatchGroup(1, 1, 2, 4);
   EXPECT_EQ(stages(), (std::vector<std::string>{"0 | A100001", "-2 | DECLINED", "-3 | NULL"}));
+  const std::vector<std::string> sent = reads();
+  ASSERT_EQ(sent.size(), 6u);
+  EXPECT_EQ(
+      sent[4],
+      "execute dbo.InsertPayment '1', '2', '4', '11', 'CREDIT CARD', 10, '************1111', 'A100001', "
+      "'XXXXX', '1', '2812', NULL");
   EXPECT_EQ(
       rows("select storeId, terminalId, employeeId, customerSequenceNumber, ticketNumber, paymentType, "
            "paymentAmount, checkOrCardNumber, approvalCode, transactionNumber, creditCardId, "
@@ -73,6 +110,16 @@ TEST_F(CardBatches, ClosingBooksApprovedAndWithdrawsPendingCharges) {
                                "XXXXX | 1 | 2812 | NULL"});
   EXPECT_FALSE(cards.IsBatchOpen(1));
   EXPECT_FALSE(cards.IsBatchReadyToClose(1));
+}
+
+TEST_F(CardBatches, AWithdrawnChargeLosesTheFilesThatTheCardProgramHasNotTaken) {
+  const std::string guid = add(11, 10);
+  for (const char* suffix : {".ans", ".xch"}) put(path(guid, suffix), "");
+  statements();
+  cards.CloseBatchGroup(1, 1, 2, 4);
+  EXPECT_EQ(reads().back(), "update PaymentBatch set Stage = -3 where TransactionGUID = '" + guid + "'");
+  EXPECT_FALSE(isThere(path(guid, ".req")) || isThere(path(guid, ".ans")));
+  EXPECT_TRUE(isThere(path(guid, ".xch")));
 }
 
 TEST_F(CardBatches, ABatchOfRefusalsIsClosedAlready) {

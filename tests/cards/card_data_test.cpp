@@ -93,12 +93,7 @@ TEST_F(CardData, HostileInputNeitherCrashesNorHangs) {
       else
         text += kPieces[random() % std::size(kPieces)];
     }
-    try {
-      const CreditCardFieldsRef swiped = cards.FieldsFromSwipe(text);
-      EXPECT_EQ(swiped->swipedata, text);
-    } catch (const Error& error) {
-      EXPECT_TRUE(error.number() == 13 || error.number() == 6) << error.description();
-    }
+    EXPECT_EQ(cards.FieldsFromSwipe(text)->swipedata, text);
     Variant name, message;
     const bool isValid = cards.VerifyCreditCard(text, name, message);
     EXPECT_EQ(isValid, message.isEmpty());

@@ -9,6 +9,7 @@
 #include <string>
 #include <thread>
 
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -55,6 +56,7 @@ class CardTest : public StoreTest {
     cardClock->haste = 100;
     simulator_ = ::fork();
     if (simulator_ != 0) return;
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // it does not outlive a test that crashes
     ::execl(ONDREL_BINARY_DIR "/card_simulator", "card_simulator", folder.c_str(), delayMs, nullptr);
     ::_exit(127);
   }

@@ -68,7 +68,11 @@ TEST(CardSwipes, GiveTheFieldsOfTrackOne) {
     EXPECT_EQ(kept->swipedata, swipe);
     EXPECT_EQ(kept->accountnumber + kept->firstname, "") << swipe;
   }
-  EXPECT_EQ(errorOf([&] { cards.FieldsFromSwipe("%B1^A^XX12"); }), 13);
+  for (const char* swipe : {"%B1^A^XX12", "%B1^A^28", "%B1^A^", "%B1^A^28X2"}) {
+    const CreditCardFieldsRef undated = cards.FieldsFromSwipe(swipe);
+    EXPECT_EQ(undated->accountnumber + undated->firstname, "1A") << swipe;
+    EXPECT_EQ(undated->expirationyear + undated->expirationmonth, 0) << swipe;
+  }
 }
 
 TEST(CardSwipes, ThePinReadersTailIsPartedInTheMiddle) {

@@ -1,4 +1,5 @@
 #include "cards/card_fixture.h"
+#include "data/query_database.h"
 
 namespace ondrel {
 namespace {
@@ -84,6 +85,33 @@ TEST_F(CardTransactions, AnAnswerIsOneDelimitedValue) {
   }
 }
 
+TEST_F(CardTransactions, ATimeOutOfNothingIsOneLook) {
+  const CreditCardFieldsRef fields = visa();
+  cards.RequestSingleTransaction(2, fields, 4, "", 1);
+  Variant code;
+  const Date start = cardClock->now();
+  cards.setXChargeTimeout(-5);
+  EXPECT_FALSE(cards.ReadSingleAnswer(fields->guid, code));
+  EXPECT_EQ(cardClock->now().serial(), start.serial());
+  put("C:\\xc\\" + fields->guid + ".ans", "\"YA1\"\r\n");
+  EXPECT_TRUE(cards.ReadSingleAnswer(fields->guid, code));
+  // A request that nobody made has no file, whatever lies in the working folder.
+  cards.setXChargeTimeout(1);
+  std::ofstream(".ans") << "\"YA2\"\r\n";
+  EXPECT_FALSE(cards.ReadSingleAnswer("nobody's", code));
+  EXPECT_EQ(code.toText(), "TIMED OUT WAITING FOR ANSWER");
+  std::filesystem::remove(".ans");
+}
+
+// What cannot be a request leaves no file and, since an amount that cannot be added up has no row, no row.
+TEST_F(CardTransactions, AnAmountThatIsNoNumberIsPassedOver) {
+  EXPECT_EQ(cards.RequestSingleTransaction(1, visa(), 4, "", "abc"), "C:\\xc\\FRONT1.req");
+  EXPECT_EQ(cards.RequestSingleTransactionDebit(1, visa(), 4, "", 20, "abc", "B", "K"), "C:\\xc\\FRONT1.req");
+  EXPECT_TRUE(std::filesystem::is_empty(folder));
+  closeTransaction(*apartment);
+  EXPECT_TRUE(rows(kTransactions).empty());
+}
+
 TEST_F(CardTransactions, SinglesGoThroughTheCardProgram) {
   startSimulator();
   const std::pair<double, const char*> cases[] = {
@@ -96,8 +124,19 @@ TEST_F(CardTransactions, SinglesGoThroughTheCardProgram) {
     EXPECT_EQ(approved, code.toText().starts_with('A')) << amount;
   }
   Variant code;
-  EXPECT_TRUE(cards.ProcessSingleTransactionDebit(2, visa(), 4, "", 20, 5.5, "B", "K", code));
-  EXPECT_EQ(rows(kTransactions).back(), "NULL | 4 |  | 25.5 | NULL | A100004");
+  const CreditCardFieldsRef fields = visa();
+  statements();
+  EXPECT_TRUE(cards.ProcessSingleTransactionDebit(1, fields, 4, "", 20, 5.5, "B", "K", code));
+  const std::vector<std::string> sent = reads();
+  EXPECT_EQ(
+      sent[1],
+      "insert into XChargeTransaction (TransactionGUID, RequestFile, terminalid, clerk, receipt, amount, "
+      "customerSequenceNumber)  VALUES ('" +
+          fields->guid + "', 'C:\\xc\\FRONT1', null, 4, '', 25.5, null)");
+  EXPECT_EQ(
+      sent.back(),
+      " update xchargetransaction set  dateAnswered = getdate() ,answer = 'A100004' where transactionguid = '" +
+          fields->guid + "'");
 }
 
 class FullSales : public CardTest {

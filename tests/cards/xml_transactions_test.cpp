@@ -1,4 +1,5 @@
 #include "cards/card_fixture.h"
+#include "cards/exchange_files.h"
 
 namespace ondrel {
 
@@ -120,9 +121,24 @@ TEST_F(XmlCards, HalfAnAnswerIsNotTaken) {
   }
 }
 
-TEST_F(XmlCards, AFolderThatIsNotThereGivesNoId) {
+TEST_F(XmlCards, ARequestThatCannotBeWrittenLeavesNothing) {
+  put("C:\\xc\\a.xcr", "old");
+  const auto passed = [&, start = cardClock->now()] {
+    return (cardClock->now().serial() - start.serial()) * 86400;
+  };
+  EXPECT_FALSE(waitUntilGone(*apartment, "C:\\xc\\a.xcr"));
+  EXPECT_NEAR(passed(), 55, 0.01);
+  // A folder of its name stands in the way.
+  std::filesystem::create_directories(folder / "b.xcr" / "full");
+  EXPECT_EQ(errorOf([&] { writeThenRename(apartment->files, "4111", "C:\\xc\\b", "C:\\xc\\b.xcr"); }), 75);
+  EXPECT_FALSE(isThere("C:\\xc\\b"));
+
   cards.setXChargeDirectory("Q:/none");
   EXPECT_EQ(cards.BeginTransaction("<a/>"), "");
+  Variant transactionId = "old";
+  EXPECT_EQ(cards.CompleteTransaction("<a/>", transactionId), "");
+  EXPECT_EQ(transactionId.toText(), "");
+  EXPECT_NEAR(passed(), 55 + 152, 0.01);
 }
 
 TEST_F(XmlCards, SalesAndTheArchiveGoThroughTheCardProgram) {
@@ -152,16 +168,34 @@ TEST_F(XmlCards, SalesAndTheArchiveGoThroughTheCardProgram) {
 TEST_F(XmlCards, CardsOnFileStandWithTheCustomer) {
   execute("delete from xcaccount");
   const std::vector<std::string> before = rows(kCustomer);
+  statements();
   EXPECT_TRUE(cards.AddCardOnFile(12, "4111111111111112", "2812").isEmpty());
+  EXPECT_TRUE(statements().empty());
   EXPECT_EQ(rows(kCustomer), before);
+  const std::string row = "5555555555554444 | MasterCard | 5555555555554444 | 2812 | True";
+  EXPECT_EQ(cards.AddCardOnFile(12, "5555555555554444", "2812").toText(), "5555555555554444");
+  EXPECT_EQ(rows(kAccounts), std::vector<std::string>{row});
+  EXPECT_EQ(cards.AddCardOnFile(12, "5555555555554444", "2812").toText(), "5555555555554444");
+  EXPECT_EQ(rows(kAccounts), (std::vector<std::string>{row, row}));
+  statements();
   cards.AddCardOnFile(12, "5555555555554444", "2812");
-  EXPECT_EQ(rows(kAccounts),
-            std::vector<std::string>{"5555555555554444 | MasterCard | 5555555555554444 | 2812 | True"});
   cards.UpdateCardOnFile("5555555555554444", "3001");
   EXPECT_EQ(rows(kCustomer), std::vector<std::string>{"MasterCard | 5555555555554444 | 3001"});
   cards.DeleteCardOnFile("5555555555554444");
   EXPECT_TRUE(rows(kAccounts).empty());
   EXPECT_EQ(rows(kCustomer), std::vector<std::string>{" | NULL | NULL"});
+  EXPECT_EQ(
+      reads(),
+      (std::vector<std::string>{
+          " update customer set   creditCardTypeName = 'MasterCard', creditCardNumber = '************4444', "
+          "creditCardExpDate = '2812', creditCardInXc = 0  where customersequencenumber = 12",
+          " insert into xcaccount (xcaccountid, customersequencenumber, recurring, cardtype, accountnumber, "
+          "expiration)  values (  '************4444', 12, 1 , 'MasterCard', '************4444', '2812')",
+          " update xcaccount set expiration = '3001' where xcaccountid = '************4444'",
+          " update customer set  creditCardExpDate = '3001'  where creditCardNumber = '************4444'",
+          " delete xcaccount where xcaccountid = '************4444'",
+          " update customer set   creditCardTypeName = '', creditCardNumber = null, creditCardExpDate = null, "
+          "creditCardInXc = 0  where creditCardNumber = '************4444'"}));
 }
 
 }  // namespace
