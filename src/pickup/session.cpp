@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "data/query_database.h"
 #include "pickup/pickup.h"
 
@@ -146,13 +144,10 @@ std::shared_ptr<Invoice> Pickup::newInvoice() const {
   return std::make_shared<Invoice>();
 }
 
-// An apartment that has not worked for a store yet has no hours: every day would count as closed, and every
-// ticket as a rush.
+// The hours and the cut-off too: those of the ticket that the apartment worked on last would make this one a
+// rush, or not.
 void Pickup::loadStoreTables(const Invoice& invoice) const {
-  const auto& open = apartment_->store.calendar.dayOpen;
-  if (std::none_of(open.begin(), open.end(), std::identity()))
-    loadStoreHours(*apartment_, invoice.storeNumber);
-  loadStoreHolidays(*apartment_, invoice.storeNumber);
+  loadStoreDays(*apartment_, invoice.storeNumber, invoice.createdDate);
   loadDepartments(*apartment_, invoice.storeNumber, invoice.priceListId);
 }
 
