@@ -19,8 +19,12 @@ SQLCHAR* characters(std::string_view text) {
   return reinterpret_cast<SQLCHAR*>(const_cast<char*>(text.data()));
 }
 
-void refuseTrafficLog() {
-  if (const std::string log = trafficLog(); !log.empty())
+void refuseTrafficLog(const OdbcHandle& connection) {
+  std::string log = trafficLog();
+  SQLUINTEGER traced = SQL_OPT_TRACE_OFF;
+  SQLGetConnectAttr(connection.get(), SQL_ATTR_TRACE, &traced, 0, nullptr);
+  if (traced == SQL_OPT_TRACE_ON) log = "The trace of the driver manager";
+  if (!log.empty())
     throw Error(ErrorNumber::ConnectionFailed, kOdbcSource,
                 log + " is refused: it writes what passes to a file, and card numbers pass");
 }
@@ -32,7 +36,7 @@ void refuseTrafficLog() {
 // The driver would complete the connection string, password included; nobody takes it.
 OdbcSession::OdbcSession(SQLHANDLE environment, const OdbcTarget& target)
     : password_(target.password), connection_(SQL_HANDLE_DBC, environment) {
-  refuseTrafficLog();
+  refuseTrafficLog(connection_);
   SQLSetConnectAttr(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT,
                     number(static_cast<std::uintptr_t>(target.loginSeconds)), SQL_IS_UINTEGER);
   const SQLRETURN code = SQLDriverConnect(connection_.get(), nullptr, characters(target.text), SQL_NTS,

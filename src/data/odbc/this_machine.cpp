@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdlib>
 #include <fstream>
+#include <mutex>
 
 #include "base/text.h"
 
@@ -13,10 +14,13 @@ namespace {
 
 constexpr size_t kSettingLength = 1024;
 
-std::string setting(std::string_view section, std::string_view key, const char* file) {
+// The driver manager reads its files in a buffer that all threads share.
+std::string sourceSetting(std::string_view source, std::string_view key) {
+  static std::mutex mutex;
+  const std::scoped_lock guard(mutex);
   std::array<char, kSettingLength> value{};
-  SQLGetPrivateProfileString(std::string(section).c_str(), std::string(key).c_str(), "", value.data(),
-                             static_cast<int>(value.size()), file);
+  SQLGetPrivateProfileString(std::string(source).c_str(), std::string(key).c_str(), "", value.data(),
+                             static_cast<int>(value.size()), "odbc.ini");
   return value.data();
 }
 
@@ -49,17 +53,13 @@ bool dumps(const std::string& configuration) {
 }  // namespace
 
 const OdbcMachine& thisMachine() {
-  static const OdbcMachine machine{installedDrivers(), [](std::string_view source, std::string_view key) {
-                                     return setting(source, key, "odbc.ini");
-                                   }};
+  static const OdbcMachine machine{installedDrivers(), sourceSetting};
   return machine;
 }
 
 std::string trafficLog() {
   for (const char* name : {"TDSDUMP", "TDSDUMPCONFIG"})
     if (std::getenv(name)) return std::string("The environment variable ") + name;
-  const std::string trace = toLower(setting("ODBC", "Trace", "odbcinst.ini"));
-  if (trace == "1" || trace == "yes" || trace == "on" || trace == "y") return "Trace in odbcinst.ini";
   for (const std::string& file :
        {environment("FREETDSCONF"), environment("FREETDS") + "/etc/freetds.conf",
         environment("HOME") + "/.freetds.conf", std::string("/etc/freetds/freetds.conf")})
