@@ -56,49 +56,81 @@ std::string_view entityOf(int code) {
   }
 }
 
+// What needs no change goes over in runs.
+template <class Form>
+void appendForms(std::string& target, std::string_view text, Form formOf) {
+  size_t from = 0;
+  for (size_t k = 0; k < text.size(); ++k) {
+    const std::string_view form = formOf(text[k]);
+    if (form.empty()) continue;
+    target.append(text, from, k - from).append(form);
+    from = k + 1;
+  }
+  target.append(text, from, std::string_view::npos);
+}
+
 }  // namespace
+
+void appendJsonEscaped(std::string& target, std::string_view text) {
+  appendForms(target, text, [](char c) -> std::string_view {
+    switch (c) {
+      case '\\':
+        return "\\\\";
+      case '"':
+        return "\\\"";
+      case '\r':
+        return "\\r";
+      case '\n':
+        return "\\n";
+      default:
+        return {};
+    }
+  });
+}
+
+void appendJsEscaped(std::string& target, std::string_view text) {
+  appendForms(target, text, [](char c) -> std::string_view {
+    return c == '\\' ? "\\\\" : c == '"' ? "\\" : std::string_view();
+  });
+}
+
+void appendHtmlEncoded(std::string& target, std::string_view text) {
+  size_t from = 0;
+  for (size_t k = 0; k < text.size();) {
+    if (const auto byte = static_cast<unsigned char>(text[k]);
+        byte >= 32 && byte < 128 && entityOf(byte).empty()) {
+      ++k;
+      continue;
+    }
+    target.append(text, from, k - from);
+    const int code = ansiCode(nextCharacter(text, k));
+    from = k;
+    if (const std::string_view entity = entityOf(code); !entity.empty())
+      target += entity;
+    else if (code < 32 || code >= 128)
+      target.append("&#").append(std::to_string(code)).append(";");
+    else
+      target += static_cast<char>(code);
+  }
+  target.append(text, from, std::string_view::npos);
+}
 
 Variant jsonEscape(const Variant& value) {
   if (value.isNull()) return value;
   std::string result;
-  for (const char c : value.toText()) {
-    switch (c) {
-      case '\\':
-        result += "\\\\";
-        break;
-      case '"':
-        result += "\\\"";
-        break;
-      case '\r':
-        result += "\\r";
-        break;
-      case '\n':
-        result += "\\n";
-        break;
-      default:
-        result += c;
-    }
-  }
+  appendJsonEscaped(result, value.toText());
   return result;
 }
 
 std::string jsEscapeSimple(const Variant& value) {
-  return replaceAll(replaceAll(value.joined(), "\\", "\\\\"), "\"", "\\");
+  std::string result;
+  appendJsEscaped(result, value.joined());
+  return result;
 }
 
 std::string htmlEncode(const Variant& value) {
-  const std::string text = value.joined();
   std::string result;
-  result.reserve(text.size());
-  for (size_t position = 0; position < text.size();) {
-    const int code = ansiCode(nextCharacter(text, position));
-    if (const std::string_view entity = entityOf(code); !entity.empty())
-      result += entity;
-    else if (code < 32 || code >= 128)
-      result += "&#" + std::to_string(code) + ";";
-    else
-      result += static_cast<char>(code);
-  }
+  appendHtmlEncoded(result, value.joined());
   return result;
 }
 

@@ -9,6 +9,11 @@ namespace ondrel {
 
 // ---- text forms
 
+// The forms for mark-up and script text, appended to a text that grows.
+void appendJsonEscaped(std::string& target, std::string_view text);
+void appendJsEscaped(std::string& target, std::string_view text);
+void appendHtmlEncoded(std::string& target, std::string_view text);
+
 // For a JSON text: backslash, quote, CR and LF escaped. Null stays Null.
 Variant jsonEscape(const Variant& value);
 // For a script text in an attribute: backslashes doubled and each quote turned into a single backslash,

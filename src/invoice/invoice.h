@@ -17,6 +17,7 @@
 
 namespace ondrel {
 
+class HtmlWriter;
 class StoredLines;
 struct OfferKind;
 struct OfferQuestion;
@@ -366,6 +367,62 @@ class Invoice : public Object {
   Variant getLineItemType(Variant& lineNumber);
   Variant getLineDeptID(Variant& lineNumber);
 
+  // ---------------------------------------------------------------- panels of the entry screen (src/web)
+  // Fragments of mark-up, whose classes and attributes the page's scripts know. A `lineNumber` of "" is none; one
+  // that matches no line gives what none gives. Nothing is written to the database.
+  Variant htmlDepartments(const Variant& departmentID);
+  // The coupons that may be chosen; where the store allows one discount and has it, that one to take away.
+  Variant htmlCoupons();
+  // Buttons of the line's item, descriptors and properties. A `currentIdGroup` of two letters or less marks all.
+  Variant htmlIdGroups(const Variant& lineNumber, const Variant& currentIdGroup);
+  // Items of a department, of the line's own when it has one; the common items for "".
+  Variant htmlItems(const Variant& departmentID, const Variant& lineNumber = "");
+  // Descriptors of all groups, or of one type; `filter` is how their names begin, and a name that no descriptor
+  // has stands alone.
+  Variant htmlDescriptors(const Variant& departmentID, const Variant& lineNumber = "");
+  Variant htmlDescriptor(const Variant& group, const Variant& lineNumber = "", const Variant& filter = "");
+  Variant htmlDescriptorGroup(const Variant& descriptorGroupID, const Variant& lineNumber = "");
+  Variant htmlUpcharges(const Variant& priceListItemId, const Variant& lineNumber = "");
+  Variant htmlPreferenceList();
+  // Whether a line of the type stands for the id.
+  Variant lineItemExists(const Variant& itemType, const Variant& lineItemID);
+  // Pieces of a line, 0 for an unknown one.
+  Variant getLineItemQuantity(const Variant& lineNumber);
+  // Department of the first line, Empty without lines.
+  Variant getDepartmentID();
+
+  // ---------------------------------------------------------------- lines, totals and due dates (src/web)
+  // The lines by department, newest first; filter and sort stay.
+  Variant htmlLineItems(const Variant& lineNumber = "");
+  // The same of a stored ticket, in its own order. Loads the store's calendar as setStoreDays does.
+  Variant htmlPreviewLineItems(const Variant& ticketNumber);
+  Variant htmlInvoiceTotals();
+  Variant htmlInvoicePreferences();
+  Variant htmlDueDates();
+  // Day pickers of all departments, and of the whole invoice.
+  Variant htmlDeptsDueDate();
+  Variant htmlInvoiceDueDate();
+  // Twelve days to choose from, a page eleven days on; "" is the page with the due day. `page` takes the page
+  // shown. Error 5 when the department's days are no whole number from 0 on and a page has to be found.
+  Variant htmlDeptDueDate(const Variant& departmentID, Variant& page);
+  Variant htmlNewHeatSeals();
+  // Price and notes of a line, as buttons. The filter stays on the line.
+  Variant htmlLineFunctions(const Variant& lineNumber);
+  Variant htmlLineProperties(const Variant& departmentID, const Variant& lineNumber = "");
+  // A quantity above 10 selects nothing.
+  Variant htmlAddChargeDetail(const Variant& lineNumber = "");
+
+  // ---------------------------------------------------------------- the invoice as a whole (src/web)
+  // As JSON, every value a text. jsonItem is Empty for an unknown line.
+  Variant toJSON();
+  Variant jsonItem(const Variant& lineNumber);
+  // A stored ticket in three lines, Empty for an unknown one.
+  Variant htmlSummary(const Variant& ticketNumber);
+  // Tickets of the last half year with the same garments and descriptors, in case this is a double entry.
+  Variant htmlSimilarInvoices();
+  // Reads all lines, those of the children too, for a developer who watches.
+  void debugLineItems();
+
   // ---------------------------------------------------------------- rounding (see data/values.h)
   Variant RoundingDP(const Variant& dblNumber, const Variant& numDP);
   Variant roundTo(const Variant& x, Variant& d);
@@ -459,6 +516,9 @@ class Invoice : public Object {
     Variant color, icon, price;  // Empty for an unknown descriptor
   };
   DescriptorDisplay getDescriptorDisplay(std::string_view name, std::string_view group);
+  // Whether the price list forces the kind of descriptor on the item; whether it has upcharges to offer.
+  bool itemForces(const Variant& item, std::string_view column);
+  bool offersUpcharges(const Variant& item);
   bool isDescriptorRequired(const Variant& lineNo, std::string_view column);
   bool coversPieces(const Variant& lineNo, std::string_view lineKind);
 
@@ -699,6 +759,18 @@ class Invoice : public Object {
   bool isDepartmentLoaded(std::int32_t deptId) const;
   std::int32_t countTicketTags(const Variant& ticketNumber);
   Variant getLineValue(const Variant& lineNumber, Column column);
+
+  // ---------------------------------------------------------------- panels
+  struct LinePanel;
+  struct IdGroupSelection;
+  IdGroupSelection getIdGroupSelection(const Variant& line, std::string_view group);
+  struct DescriptorChoice {
+    bool ofOneGroup = false, withUpcharges = true;
+    std::string filter;  // how the names begin, "" for all
+  };
+  std::string descriptorPanels(const std::string& groupsStatement, const Variant& line,
+                               const DescriptorChoice& choice);
+  void writeSimilarTickets(HtmlWriter& html, const std::string& query);
 
   // ---------------------------------------------------------------- members told by role
   ApartmentRef apartment_;

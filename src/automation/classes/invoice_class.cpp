@@ -238,6 +238,41 @@ const ClassTable& invoiceClass() {
       method("getLineItemType", &Invoice::getLineItemType, {{"lineNumber"}}),
       method("getLineDeptID", &Invoice::getLineDeptID, {{"lineNumber"}}),
 
+      // ---- panels of the entry screen
+      method("htmlDepartments", &Invoice::htmlDepartments, {{"departmentID"}}),
+      method("htmlCoupons", &Invoice::htmlCoupons),
+      method("htmlIdGroups", &Invoice::htmlIdGroups, {{"lineNumber"}, {"currentIdGroup"}}),
+      method("htmlItems", &Invoice::htmlItems, {{"departmentID"}, {"lineNumber", ""}}),
+      method("htmlDescriptors", &Invoice::htmlDescriptors, {{"departmentID"}, {"lineNumber", ""}}),
+      method("htmlDescriptor", &Invoice::htmlDescriptor, {{"group"}, {"lineNumber", ""}, {"filter", ""}}),
+      method("htmlDescriptorGroup", &Invoice::htmlDescriptorGroup, {{"descriptorGroupID"}, {"lineNumber", ""}}),
+      method("htmlUpcharges", &Invoice::htmlUpcharges, {{"priceListItemId"}, {"lineNumber", ""}}),
+      method("htmlPreferenceList", &Invoice::htmlPreferenceList),
+      method("lineItemExists", &Invoice::lineItemExists, {{"itemType"}, {"lineItemID"}}),
+      method("getLineItemQuantity", &Invoice::getLineItemQuantity, {{"lineNumber"}}),
+      method("getDepartmentID", &Invoice::getDepartmentID),
+
+      // ---- lines, totals and due dates
+      method("htmlLineItems", &Invoice::htmlLineItems, {{"lineNumber", ""}}),
+      method("htmlPreviewLineItems", &Invoice::htmlPreviewLineItems, {{"ticketNumber"}}),
+      method("htmlInvoiceTotals", &Invoice::htmlInvoiceTotals),
+      method("htmlInvoicePreferences", &Invoice::htmlInvoicePreferences),
+      method("htmlDueDates", &Invoice::htmlDueDates),
+      method("htmlDeptsDueDate", &Invoice::htmlDeptsDueDate),
+      method("htmlInvoiceDueDate", &Invoice::htmlInvoiceDueDate),
+      method("htmlDeptDueDate", &Invoice::htmlDeptDueDate, {{"departmentID"}, {"page"}}),
+      method("htmlNewHeatSeals", &Invoice::htmlNewHeatSeals),
+      method("htmlLineFunctions", &Invoice::htmlLineFunctions, {{"lineNumber"}}),
+      method("htmlLineProperties", &Invoice::htmlLineProperties, {{"departmentID"}, {"lineNumber", ""}}),
+      method("htmlAddChargeDetail", &Invoice::htmlAddChargeDetail, {{"lineNumber", ""}}),
+
+      // ---- the invoice as a whole
+      method("toJSON", &Invoice::toJSON),
+      method("jsonItem", &Invoice::jsonItem, {{"lineNumber"}}),
+      method("htmlSummary", &Invoice::htmlSummary, {{"ticketNumber"}}),
+      method("htmlSimilarInvoices", &Invoice::htmlSimilarInvoices),
+      method("debugLineItems", &Invoice::debugLineItems),
+
       // ---- rounding
       method("RoundingDP", &Invoice::RoundingDP, {{"dblNumber"}, {"numDP"}}),
       method("roundTo", &Invoice::roundTo, {{"x"}, {"d"}}),

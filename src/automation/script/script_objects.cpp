@@ -42,7 +42,7 @@ const ClassTable& anyObjectClass() {
   return table;
 }
 
-// Asked for by the language where an object is turned into JSON; no object has it.
+// Asked for by the language where an object is turned into JSON; a class that lacks it has none.
 constexpr std::string_view kJsonHook = "toJSON";
 
 bool isFunction(const Member& member) {
@@ -60,8 +60,8 @@ void readKey(duk_context* context, NativeCall& call) {
 }
 
 void getMember(NativeCall& call) {
-  if (call.name.empty() || call.name == kJsonHook) return;
   const ClassTable& table = *call.self->table;
+  if (call.name.empty() || (call.name == kJsonHook && !table.find(kJsonHook))) return;
   const Member* member = table.find(call.name);
   if (!member) {
     if (const Member* common = anyObjectClass().find(call.name)) {

@@ -19,13 +19,26 @@ bool isTrue(const Variant& value) {
 // What the price list asks for, and whether the garment has it. It has it when its children of the kind are
 // as many as its pieces.
 
-bool Invoice::isDescriptorRequired(const Variant& lineNo, std::string_view column) {
-  const Variant item = getLineValue(lineNo, lineItemId);
-  if (item.isEmpty()) return false;
+bool Invoice::itemForces(const Variant& item, std::string_view column) {
   const RecordsetRef rows = queryDatabase(
       *apartment_,
       fmt::format(" select {} from pricelistitem where pricelistitemid = {}", column, sqlNumber(item)));
   return !rows->eof() && rows->flag(column);
+}
+
+bool Invoice::offersUpcharges(const Variant& item) {
+  if (!isTrue(item)) return false;
+  const RecordsetRef rows = queryDatabase(
+      *apartment_,
+      fmt::format(" select count(*) as cnt from itemdescriptorprice  where descriptorType = 'UP'  and "
+                  "disabled = 0  and priceListItemID = {}",
+                  item.toText()));
+  return !rows->eof() && rows->integer("cnt") > 0;
+}
+
+bool Invoice::isDescriptorRequired(const Variant& lineNo, std::string_view column) {
+  const Variant item = getLineValue(lineNo, lineItemId);
+  return !item.isEmpty() && itemForces(item, column);
 }
 
 bool Invoice::coversPieces(const Variant& lineNo, std::string_view lineKind) {
@@ -61,15 +74,7 @@ Variant Invoice::isBrandSetForItem(const Variant& lineNo) {
 
 // An item for which no upcharge is on offer cannot lack one.
 Variant Invoice::isUpchargeSetForItem(const Variant& lineNo) {
-  const Variant item = getLineValue(lineNo, lineItemId);
-  if (!isTrue(item)) return true;
-  const RecordsetRef rows = queryDatabase(
-      *apartment_,
-      fmt::format(" select count(*) as cnt from itemdescriptorprice  where descriptorType = 'UP'  and "
-                  "disabled = 0  and priceListItemID = {}",
-                  item.toText()));
-  if (rows->eof() || rows->integer("cnt") <= 0) return true;
-  return coversPieces(lineNo, kind::upcharge);
+  return !offersUpcharges(getLineValue(lineNo, lineItemId)) || coversPieces(lineNo, kind::upcharge);
 }
 
 }  // namespace ondrel

@@ -1,0 +1,86 @@
+#include <algorithm>
+#include <array>
+
+#include <fmt/format.h>
+
+#include "base/text.h"
+#include "invoice/invoice.h"
+#include "web/html_writer.h"
+
+namespace ondrel {
+namespace {
+
+using enum LineColumn;
+
+struct IdGroup {
+  std::string_view group, label, idName;
+};
+
+// The buttons in their order.
+// clang-format off
+constexpr std::array<IdGroup, 6> kIdGroups = {{
+  {"it", "Item",       "items"},
+  {"up", "Upcharge",   "upcharges"},
+  {"co", "Color",      "colors"},
+  {"pa", "Pattern",    "patterns"},
+  {"br", "Brand",      "brands"},
+  {"",   "Properties", "properties"},
+}};
+// clang-format on
+
+}  // namespace
+
+// What the line has of a group, for the group's button.
+struct Invoice::IdGroupSelection {
+  std::string name, image, color;
+};
+
+Invoice::IdGroupSelection Invoice::getIdGroupSelection(const Variant& line, std::string_view group) {
+  IdGroupSelection selection;
+  if (line.joined().empty()) return selection;
+  bool found = findLine(line);
+  std::int32_t pieces = found && !lineItems->isNull(quantity) ? std::max(lineItems->integer(quantity), 1) : 1;
+  if (group != "it") {
+    lineItems->setFilter(
+        fmt::format("parentLineNumber = {} and itemType = '{}'", line.toText(), toUpper(group)));
+    found = !lineItems->eof();
+  }
+  if (found) {
+    selection = {lineItems->text(itemName), lineItems->text(backgroundImage),
+                 lineItems->text(backgroundColor)};
+    if (!lineItems->isNull(quantity) && lineItems->integer(quantity) > pieces)
+      selection.name += " (" + numberText(static_cast<double>(lineItems->integer(quantity)) / pieces) + ") ";
+    if (selection.image.empty() && selection.color.empty()) {
+      const DescriptorDisplay display = getDescriptorDisplay(selection.name, group);
+      selection.image = display.icon.joined();
+      selection.color = display.color.joined();
+    }
+  }
+  lineItems->clearFilter();
+  return selection;
+}
+
+// Whether a group is chosen goes by the length of its name alone, for all buttons alike: pages tell the chosen
+// one by other means.
+Variant Invoice::htmlIdGroups(const Variant& line, const Variant& currentIdGroup) {
+  const std::string current = currentIdGroup.joined();
+  const bool chosen = leftCharacters(current, 2) == current;
+  HtmlWriter html;
+  html.raw("<div class=\"id-group-panel\">");
+  for (const IdGroup& each : kIdGroups) {
+    const IdGroupSelection selection = getIdGroupSelection(line, each.group);
+    html.raw("<div class=\"sel-")
+        .raw(each.group)
+        .raw(chosen ? " id-group-button id-group-selected" : " id-group-button");
+    html.raw("\"").attribute("group", each.idName).raw("><div class=\"icon\" style=\"");
+    if (!selection.image.empty())
+      html.raw("background-image: url('/UploadedImages/").raw(selection.image).raw("');");
+    if (!selection.color.empty()) html.raw("background-color: #").raw(selection.color).raw(";");
+    html.raw("\"></div><div class=\"label\">").raw(each.label).raw("</div>");
+    html.raw("<div class=\"name\">").encoded(selection.name).raw("</div></div>");
+  }
+  html.raw("</div>");
+  return html.take();
+}
+
+}  // namespace ondrel

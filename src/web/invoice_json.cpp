@@ -1,0 +1,123 @@
+#include <fmt/format.h>
+
+#include "data/values.h"
+#include "invoice/invoice.h"
+#include "web/line_views.h"
+
+namespace ondrel {
+namespace {
+
+using enum LineColumn;
+
+// Writes JSON to one text that grows. Every value is a text, numbers too; Null is the empty text.
+class JsonWriter {
+ public:
+  JsonWriter& raw(std::string_view text) {
+    text_ += text;
+    return *this;
+  }
+  // "name":"value"
+  JsonWriter& field(std::string_view name, std::string_view value) {
+    raw("\"").raw(name).raw("\":\"");
+    appendJsonEscaped(text_, value);
+    return raw("\"");
+  }
+  JsonWriter& field(std::string_view name, const Variant& value) {
+    return value.isText() ? field(name, std::string_view(value.text())) : field(name, value.joined());
+  }
+  JsonWriter& field(std::string_view name, const std::string& value) {
+    return field(name, std::string_view(value));
+  }
+  std::string take() { return std::move(text_); }
+
+ private:
+  std::string text_;
+};
+
+// A line lacks its sum of upcharges until it has one, and then its price is not told.
+Variant priceOf(const Recordset& line) {
+  return line.value(lineItemTotal) + line.value(upchargeTotal);
+}
+
+void writeDescriptors(JsonWriter& json, std::span<const ChildLine> children) {
+  json.raw("\"descriptors\": [");
+  std::string_view separator;
+  for (const ChildLine& child : children) {
+    json.raw(separator).raw("{").field("lineid", child.number).raw(",").field("name", child.name).raw(",");
+    json.field("type", child.type).raw(",");
+    json.field("quantity", child.quantity ? Variant(*child.quantity) : Variant()).raw(",");
+    json.field("price", child.total).raw("}");
+    separator = ", ";
+  }
+  json.raw("]");
+}
+
+// What both views of a line begin with.
+void writeLineHead(JsonWriter& json, const Recordset& line) {
+  json.raw("{").field("lineid", line.value(lineNumber)).raw(",");
+  json.field("deptid", line.value(deptId)).raw(",");
+  json.field("id", line.value(lineItemId)).raw(",");
+  json.field("name", line.text(itemName)).raw(",");
+  json.field("type", line.text(itemType)).raw(",");
+  json.field("quantity", line.value(quantity)).raw(",");
+  json.field("price", priceOf(line)).raw(",");
+}
+
+void writeLineEnd(JsonWriter& json, const Recordset& line, const ChildLines& children,
+                  std::int32_t selected) {
+  const std::int32_t number = line.integer(lineNumber);
+  if (number == selected) json.raw("\"selected\": 1,");
+  writeDescriptors(json, children.of(number));
+  json.raw("}");
+}
+
+}  // namespace
+
+Variant Invoice::toJSON() {
+  lineItems->clearFilter();
+  const ChildLines children(*lineItems);
+  const RecordsetRef lines = lineItems->clone();  // in table order, whatever the last panel sorted by
+  JsonWriter json;
+  json.raw("{").field("id", ticketNo).raw(", ").field("invoice", invoiceNo).raw(", ");
+  json.field("datecreated", createdDate).raw(", \"departments\": [");
+  std::string_view betweenDepartments;
+  for (const LineDepartment& department : departmentsOf(*lines)) {
+    if (department.id.isNull()) continue;
+    json.raw(betweenDepartments)
+        .raw("{")
+        .field("deptid", department.id)
+        .raw(",")
+        .field("name", department.name);
+    json.raw(",").field("datedue", getDeptDueDate(department.name)).raw(",\"items\": [");
+    std::string_view betweenLines;
+    lines->setFilter(fmt::format("deptID = {} and parentLineNumber < 0", department.id.toLong()));
+    for (; !lines->eof(); lines->moveNext()) {
+      json.raw(betweenLines);
+      writeLineHead(json, *lines);
+      writeLineEnd(json, *lines, children, selectedLineNumber);
+      betweenLines = ", ";
+    }
+    json.raw("]}");
+    betweenDepartments = ", ";
+  }
+  json.raw("]}");
+  return json.take();
+}
+
+Variant Invoice::jsonItem(const Variant& line) {
+  Variant result;
+  if (!line.joined().empty() && findLine(line)) {
+    JsonWriter json;
+    writeLineHead(json, *lineItems);
+    json.field("baseprice", lineItems->value(lineItemTotal)).raw(",");
+    json.field("heatseal", lineItems->text(heatSeal)).raw(",");
+    json.field("notes", lineItems->text(notes)).raw(",");
+    json.field("datedue", lineItems->value(dueDate)).raw(",");
+    writeLineEnd(json, *lineItems, ChildLines(*lineItems), selectedLineNumber);
+    result = json.take();
+  }
+  lineItems->clearFilter();
+  return result;
+}
+
+}  // namespace ondrel

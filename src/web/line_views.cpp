@@ -1,0 +1,52 @@
+#include "web/line_views.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+#include "invoice/line_columns.h"
+
+namespace ondrel {
+
+using enum LineColumn;
+
+ChildLines::ChildLines(const Recordset& lines) {
+  for (const RecordsetRef each = lines.clone(); !each->eof(); each->moveNext()) {
+    const std::int32_t parent = each->integer(parentLineNumber);
+    if (parent < 0) continue;
+    children_.push_back({parent, each->integer(lineNumber), each->text(itemType), each->text(itemName),
+                         each->isNull(quantity) ? std::nullopt : std::optional(each->integer(quantity)),
+                         each->number(lineItemTotal)});
+  }
+  std::stable_sort(children_.begin(), children_.end(),
+                   [](const ChildLine& a, const ChildLine& b) { return a.parent < b.parent; });
+}
+
+std::span<const ChildLine> ChildLines::of(std::int32_t parent) const {
+  const auto first =
+      std::lower_bound(children_.begin(), children_.end(), parent,
+                       [](const ChildLine& each, std::int32_t line) { return each.parent < line; });
+  const auto last =
+      std::find_if(first, children_.end(), [&](const ChildLine& each) { return each.parent != parent; });
+  return {first, last};
+}
+
+std::int32_t childQuantity(std::span<const ChildLine> children, std::string_view name,
+                           std::string_view type) {
+  for (const ChildLine& each : children)
+    if (equalsIgnoringCase(each.name, name) && equalsIgnoringCase(each.type, type))
+      return each.quantity.value_or(0);
+  return 0;
+}
+
+std::vector<LineDepartment> departmentsOf(Recordset& lines) {
+  std::vector<LineDepartment> departments;
+  for (; !lines.eof(); lines.moveNext()) {
+    const Variant id = lines.value(deptId);
+    const bool known = std::any_of(departments.begin(), departments.end(),
+                                   [&](const LineDepartment& each) { return each.id.identicalTo(id); });
+    if (!known) departments.push_back({id, lines.value(deptName)});
+  }
+  return departments;
+}
+
+}  // namespace ondrel
