@@ -17,7 +17,8 @@ using enum LineColumn;
 // Garments and department lines, of one department or of all.
 std::string garmentFilter(std::string_view column, const std::string& value) {
   if (value.empty()) return "itemType = 'IT' or itemType = 'DE'";
-  return fmt::format("(itemType = 'IT' and {0}='{1}') or (itemType = 'DE' and {0}='{1}')", column, value);
+  return fmt::format("(itemType = 'IT' and {0}='{1}') or (itemType = 'DE' and {0}='{1}')", column,
+                     escapeSqlValue(value));
 }
 
 std::string dayText(Date date) {
@@ -111,7 +112,7 @@ Variant Invoice::getDeptIDDaysToProcess(const Variant& deptID) {
 Variant Invoice::getDeptDueDate(const Variant& department) {
   const RecordsetRef lines = lineItems->clone();
   if (const std::string name = department.joined(); !name.empty())
-    lines->setFilter("deptName='" + name + "'");
+    lines->setFilter("deptName='" + escapeSqlValue(name) + "'");
   if (lines->eof()) return dayText(InvDueDate);
   return dayText(latestDueDate(*lines, dueDate, Date::of(1980, 1, 1)));
 }
@@ -131,7 +132,7 @@ void Invoice::setAllDepartmentDueDates(const Variant& datedue) {
 
 void Invoice::setDeptDueDate(const Variant& dept, const Variant& datedue) {
   const Date due = datedue.toDate();
-  setDates("deptName='" + dept.joined() + "'", due, daysUntilDate(due));
+  setDates("deptName='" + escapeSqlValue(dept.joined()) + "'", due, daysUntilDate(due));
 }
 
 void Invoice::setDeptIdDueDate(const Variant& deptID, const Variant& datedue) {

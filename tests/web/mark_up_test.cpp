@@ -1,0 +1,118 @@
+#include <gumbo.h>
+
+#include "base/text.h"
+#include "data/query_database.h"
+#include "web/panel_fixture.h"
+
+namespace ondrel {
+namespace {
+
+using enum LineColumn;
+
+// A fragment as a browser reads it inside of a div.
+struct Reading {
+  unsigned errors = 0;
+  std::string shape;  // the elements with their classes, in brackets
+  std::string words;  // the text in order
+};
+
+void read(const GumboNode& node, Reading& reading) {
+  if (node.type == GUMBO_NODE_TEXT || node.type == GUMBO_NODE_WHITESPACE) {
+    reading.words += node.v.text.text;
+    return;
+  }
+  if (node.type != GUMBO_NODE_ELEMENT) return;
+  const GumboElement& element = node.v.element;
+  const GumboAttribute* classes = gumbo_get_attribute(&element.attributes, "class");
+  reading.shape += std::string(gumbo_normalized_tagname(element.tag)) + (classes ? "." : "") +
+                   (classes ? classes->value : "") + "(";
+  for (unsigned k = 0; k < element.children.length; ++k)
+    read(*static_cast<const GumboNode*>(element.children.data[k]), reading);
+  reading.shape += ")";
+}
+
+Reading readingOf(const std::string& fragment) {
+  GumboOptions options = kGumboDefaultOptions;
+  options.fragment_context = GUMBO_TAG_DIV;
+  GumboOutput* output = gumbo_parse_with_options(&options, fragment.data(), fragment.size());
+  Reading reading;
+  reading.errors = output->errors.length;
+  read(*output->root, reading);
+  gumbo_destroy_output(&options, output);
+  return reading;
+}
+
+class MarkUp : public PanelTest {
+ protected:
+  // Names of everything that a panel shows encoded.
+  void rename(const std::string& name) {
+    const std::string sql = escapeSqlValue(name);
+    execute("update PriceListItem set itemName = '" + sql + "' where priceListItemId in (101, 401)");
+    execute("update Department set name = '" + sql + "' where departmentID = 1");
+    execute("update ItemDescriptorPrice set descriptorName = '" + sql + "' where itemDescriptorPriceID = 40");
+    execute("update descriptor set name = '" + sql + "' where descriptorid in (3, 31)");
+    execute("update Discount set discountName = '" + sql + "' where discountID = 1");
+    execute("update customerpreferencetype set options = 'None|" + sql + "' where name = 'Finish'");
+    execute("update TicketCustomer set customerName = '" + sql + "'");
+    startTicket();
+    pants = invoice.addItem2(101, 2).toLong();
+    invoice.addUpcharge2(pants, name, 1);
+    invoice.addDescriptor(pants, name, "CO", 2);
+    suit = invoice.addItem2(125, 1).toLong();
+    invoice.attachNotes(suit, name);
+    invoice.pushNewHeatSeal(name);
+  }
+};
+
+TEST_F(MarkUp, IsReadWithoutAnError) {
+  fillTicket();
+  invoice.pushNewHeatSeal("AA00021");
+  for (const auto& [name, panel] : panels()) {
+    // The one oddity that pages know: an upcharge's button says twice how many there may be.
+    const std::string once = replaceAll(panel, " maxquantity=\"1\"><span>", "><span>");
+    EXPECT_EQ(readingOf(once).errors, 0U) << name << "\n" << panel;
+  }
+  EXPECT_GT(readingOf(invoice.htmlUpcharges(101).toText()).errors, 0U) << "so errors are seen";
+}
+
+// A name of any content changes the words and nothing else.
+TEST_F(MarkUp, HostileNamesStayWords) {
+  rename("Plain");
+  const auto plain = panels();
+  const std::string hostile = "P</div><script>\"x\"='O'&amp;\\ Z\xC3\xBC\xE2\x82\xAC>";
+  rename(hostile);
+  const auto made = panels();
+  for (size_t k = 0; k < made.size(); ++k) {
+    const Reading before = readingOf(plain[k].second), after = readingOf(made[k].second);
+    // The upcharges' names in the form go in plain, and of the notes the button has the first ten characters.
+    if (plain[k].first == "htmlLineProperties pants" || plain[k].first == "htmlLineFunctions suit") continue;
+    EXPECT_EQ(after.shape, before.shape) << made[k].first;
+    EXPECT_EQ(after.words, replaceAll(before.words, "Plain", hostile)) << made[k].first;
+  }
+}
+
+TEST_F(MarkUp, FormsAndMoney) {
+  // clang-format off
+  const struct { std::string made, expected; } cases[] = {
+      {invoice.htmlAddChargeDetail(99).toText().substr(0, 117),
+       "<div class=\"charge\"><label for=\"description\">Description</label><input name=\"description\" id=\"description\" value=\"\"/>"},
+      {invoice.htmlLineFunctions("").toText(),
+       "<div class=\"button edit-line-price\"><span class=\"value\"></span><span class=\"label\">Unit Price</span></div>"
+       "<div class=\"button edit-line-notes\"><span class=\"value\"></span><span class=\"label\">Notes</span></div>"},
+      {invoice.htmlLineItems().toText(), ""},
+      {invoice.htmlItems(99).toText(), ""},
+      {invoice.htmlSummary(99).joined(), ""},
+  };
+  // clang-format on
+  for (const auto& [made, expected] : cases) EXPECT_EQ(made, expected);
+
+  invoice.addChargeLineNew(1, 1, 1234.5, "Rugs", 11, 3, 1);
+  const std::string charge = invoice.htmlAddChargeDetail(1).toText();
+  EXPECT_EQ(charge.find("selected"), std::string::npos) << "eleven pieces are not on offer";
+  EXPECT_NE(charge.find("value=\"Rugs\"/>"), std::string::npos);
+  EXPECT_NE(invoice.htmlLineItems().toText().find("<div class=\"price\">$13,579.50</div>"),
+            std::string::npos);
+}
+
+}  // namespace
+}  // namespace ondrel
