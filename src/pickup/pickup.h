@@ -167,6 +167,8 @@ class Pickup : public Object {
 
  private:
   // ---------------------------------------------------------------- tickets
+  // Error 91 when a page has taken pickupInvoices away; tickets has none then.
+  Dictionary& dictionary() const;
   std::vector<PickupInvoiceRef> tickets() const;
   double sumTickets(double PickupInvoice::*amount) const;
   // Still to be paid, below 0 when too much was.

@@ -33,7 +33,7 @@ Variant Pickup::isPrepay() const {
 // ---------------------------------------------------------------- tickets to collect
 
 void Pickup::addInvoiceToPickup(const Variant& ticketNumber) {
-  if (!pickupInvoices->exists(ticketNumber)) {
+  if (!dictionary().exists(ticketNumber)) {
     const RecordsetRef row =
         queryDatabase(*apartment_,
                       "select ticketnumber, invoicenumber, amountPaid, nettotal from ticket where "
@@ -45,7 +45,7 @@ void Pickup::addInvoiceToPickup(const Variant& ticketNumber) {
       ticket->InvoiceNumber = row->text("invoicenumber");
       ticket->amountPaid = row->number("amountPaid");
       ticket->invoiceTotal = row->number("nettotal");
-      pickupInvoices->add(ticketNumber, ticket);
+      dictionary().add(ticketNumber, ticket);
       populateLineItemsToDisplay();
     }
   }
@@ -55,7 +55,7 @@ void Pickup::addInvoiceToPickup(const Variant& ticketNumber) {
 // ---------------------------------------------------------------- tickets paid ahead
 
 void Pickup::addInvoiceToPrepay(const Variant& ticketNumber) {
-  if (!pickupInvoices->exists(ticketNumber)) {
+  if (!dictionary().exists(ticketNumber)) {
     const RecordsetRef row =
         queryDatabase(*apartment_,
                       "select ticketnumber, invoicenumber, amountPaid, nettotal, datediff(minute, "
@@ -88,7 +88,7 @@ void Pickup::addPrepaidTicket(const Variant& ticketNumber, const Recordset& row)
   ticket->amountPaid = invoice->amountPaid;
   ticket->prepayDiscount = earnsDiscount ? invoice->getPrepayDiscount().toDouble() : 0;
   ticket->invoiceTotal = row.number("nettotal") + ticket->prepayDiscount;
-  pickupInvoices->add(ticketNumber, ticket);
+  dictionary().add(ticketNumber, ticket);
 }
 
 // ---------------------------------------------------------------- invoices that are not saved
@@ -104,7 +104,7 @@ void Pickup::addInvoiceObjToPickup(const std::shared_ptr<Invoice>& invoiceObj) {
   ticket->prepayDiscount = invoiceObj->getPrepayDiscount().toDouble();
   ticket->invoiceTotal = invoiceObj->getInvoiceAmountToPay() + ticket->prepayDiscount;
   ticket->invoiceObject = invoiceObj;
-  pickupInvoices->add(0, ticket);
+  dictionary().add(0, ticket);
   populateLineItemsToDisplay();
 
   setPrepay(*invoiceObj, false);
@@ -115,10 +115,10 @@ void Pickup::addInvoiceObjToPickup(const std::shared_ptr<Invoice>& invoiceObj) {
 // ---------------------------------------------------------------- all of them
 
 void Pickup::reloadInvoices() {
-  const std::vector<Variant> keys = pickupInvoices->keys();
+  const std::vector<Variant> keys = dictionary().keys();
   for (const Variant& key : keys)
     if (!isGreater(key, 0)) return;
-  pickupInvoices->removeAll();
+  dictionary().removeAll();
   minimumPrepay_ = 0;
   if (isPrepay().toBoolean()) {
     for (const Variant& key : keys) addInvoiceToPrepay(key);
@@ -126,6 +126,11 @@ void Pickup::reloadInvoices() {
   }
   for (const Variant& key : keys) addInvoiceToPickup(key);
   if (isGreater(getChangeDue(), 0)) openCashDrawer = true;
+}
+
+Dictionary& Pickup::dictionary() const {
+  if (!pickupInvoices) throw Error(ErrorNumber::ObjectNotSet, "pickup", "Object variable not set");
+  return *pickupInvoices;
 }
 
 std::vector<PickupInvoiceRef> Pickup::tickets() const {

@@ -1,6 +1,6 @@
 #include "pickup/pickup_fixture.h"
 
-#include "pickup/pickup_columns.h"
+#include "data/embedded/procedures/procedure.h"
 #include "support/failing_connection.h"
 
 namespace ondrel {
@@ -105,6 +105,9 @@ TEST_F(PickupSession, ListsOfTheTickets) {
   EXPECT_EQ(session.constructTicketNosString(), "'''1013'',''1014'''");
   EXPECT_EQ(session.getTicketNosForPrinting().toText(), "1013,1014");
   EXPECT_EQ(session.getInvoiceNosForPrinting().toText(), ", 5013, 5014");
+  session.pickupInvoices = nullptr;
+  EXPECT_EQ(session.constructTicketNosString(), "");
+  EXPECT_EQ(errorOf([&] { session.reloadInvoices(); }), 91);
 }
 
 TEST_F(PickupSession, TheReleaseIsLoggedWithTheEmployeesName) {
@@ -199,6 +202,17 @@ TEST_F(PickupSession, AFlatCouponGoesOnOneTicketAPercentageOnAll) {
   EXPECT_THAT(totals(), ElementsAre("16 | 4", "27 | 13", "16.8 | 11.2"));
   session.reloadInvoices();
   EXPECT_THAT(shown(), testing::Contains("3 -1 CU 1 20 Percent, At Most 10 4  5013 "));
+}
+
+TEST_F(PickupSession, AfterAnErrorTheTicketsBeforeItHaveTheCoupon) {
+  const Procedure update = *storeProcedures().find("UpdateTicket");
+  store.replaceProcedure(update.name, update.least, update.most, [&](ProcedureCall& call) {
+    if (call.integer(0) == 1014) throw Error(ErrorNumber::StatementFailed, "", "");
+    return update.body(call);
+  });
+  add({1013, 1014, 1015});
+  EXPECT_NE(errorOf([&] { session.addCoupon(3, false, 4, 3, "", ""); }), 0);
+  EXPECT_THAT(rows("select netTotal from Ticket where ticketNumber > 1012"), ElementsAre("16", "40", "28"));
 }
 
 TEST_F(PickupSession, CouponsToChooseFromStandOnce) {

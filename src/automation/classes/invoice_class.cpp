@@ -1,30 +1,8 @@
 #include "automation/classes/class_tables.h"
-#include "base/text.h"
+#include "automation/classes/working_table.h"
 #include "invoice/invoice.h"
 
 namespace ondrel {
-namespace {
-
-// A table that every operation works on: a page can put another one of the same layout in its place, but not
-// take it away.
-template <RecordsetRef Invoice::*table, const auto& layout>
-Member workingTable(std::string_view name) {
-  return property(
-      name, [](Invoice& invoice) { return invoice.*table; },
-      [](Invoice& invoice, const RecordsetRef& value) {
-        if (!value) throw Error(ErrorNumber::ObjectNotSet, "invoice", "Object variable not set");
-        bool fits = value->isOpen() && value->fieldCount() == static_cast<int>(layout.size());
-        for (size_t k = 0; fits && k < layout.size(); ++k)
-          fits = equalsIgnoringCase(value->fieldName(Column(static_cast<int>(k))), layout[k].name);
-        if (!fits)
-          throw Error(ErrorNumber::InvalidArgument, "invoice",
-                      "The table has other columns than the invoice's own");
-        invoice.*table = value;
-      });
-}
-
-}  // namespace
-
 const ClassTable& invoiceClass() {
   // clang-format off
   static const ClassTable table("invoice", {

@@ -1,5 +1,7 @@
 #include "automation/classes/class_tables.h"
+#include "automation/classes/working_table.h"
 #include "pickup/pickup.h"
+#include "pickup/pickup_columns.h"
 
 namespace ondrel {
 
@@ -9,10 +11,10 @@ const ClassTable& pickupClass() {
       // ---- properties
       property("pickupInvoices", &Pickup::pickupInvoices),
       property("userAction", &Pickup::userAction),
-      property("payments", &Pickup::payments),
+      workingTable<&Pickup::payments, kPaymentLayout>("payments"),
       property("storeid", &Pickup::storeid),
       property("custSeqNumber", &Pickup::custSeqNumber),
-      property("displayRst", &Pickup::displayRst),
+      workingTable<&Pickup::displayRst, kDisplayLayout>("displayRst"),
       property("addOrEdit", &Pickup::addOrEdit),
       property("openCashDrawer", &Pickup::openCashDrawer),
       property("pickupReceipt", &Pickup::pickupReceipt),
