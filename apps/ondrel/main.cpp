@@ -25,6 +25,7 @@ int main(int argc, char** argv) {
   ondrel::addDatabaseCommand(app, exitCode);
   ondrel::addDescribeCommand(app, exitCode);
   ondrel::addServeCommand(app, exitCode);
+  ondrel::addRegisterCommands(app, exitCode);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -1,5 +1,6 @@
 #include "automation/dispatch/class_table.h"
 
+#include <algorithm>
 #include <bit>
 
 #include "base/text.h"
@@ -15,6 +16,11 @@ std::uint32_t hashOf(std::string_view name) {
   std::uint32_t hash = kHashSeed;
   for (const char c : name) hash = (hash ^ (static_cast<unsigned char>(c) | 0x20u)) * kHashPrime;
   return hash;
+}
+
+// Callers may keep a member's number, so that it must not move when rows come before it.
+int idOf(std::string_view name) {
+  return static_cast<int>(hashOf(name) & 0x7FFFFFFFu);
 }
 
 void checkParameters(std::string_view className, const Member& member) {
@@ -48,9 +54,9 @@ void ClassTable::index() {
   buckets_.assign(std::bit_ceil(members_.size() * 2 + 1), -1);
   for (size_t place = 0; place < members_.size(); ++place) {
     Member& member = members_[place];
-    member.id = static_cast<int>(place) + 1;
+    member.id = idOf(member.name);
     checkParameters(className_, member);
-    if (member.name.empty() || find(member.name))
+    if (member.name.empty() || find(member.name) || member.id == 0 || find(member.id) != &member)
       throw std::logic_error("name missing or twice in " + std::string(className_) + ": " +
                              std::string(member.name));
     size_t bucket = hashOf(member.name) & (buckets_.size() - 1);
@@ -66,6 +72,12 @@ const Member* ClassTable::find(std::string_view name) const {
     if (equalsIgnoringCase(member.name, name)) return &member;
   }
   return nullptr;
+}
+
+const Member* ClassTable::find(int id) const {
+  const auto found =
+      std::find_if(members_.begin(), members_.end(), [id](const Member& member) { return member.id == id; });
+  return found == members_.end() ? nullptr : &*found;
 }
 
 const Member& ClassTable::member(std::string_view name) const {

@@ -26,6 +26,8 @@ class ClassTable {
 
   // Names match without regard to case. Nothing when the class has no such member.
   const Member* find(std::string_view name) const;
+  // By the number of the member; nothing when no member has it.
+  const Member* find(int id) const;
   // Error 438 when the class has no such member.
   const Member& member(std::string_view name) const;
 

@@ -43,7 +43,7 @@ struct Member {
   AutomationType resultType = AutomationType::None;
   Call call;
   Put put;     // none for a method and a property that is read only
-  int id = 0;  // place in the table, from 1
+  int id = 0;  // a number above 0 that depends on the name alone
 
   size_t requiredArguments() const;
 };
