@@ -3,7 +3,9 @@
 #include <arpa/inet.h>
 #include <httplib.h>
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -24,7 +26,6 @@ using Moment = std::chrono::steady_clock::time_point;
 
 constexpr size_t kLongestPath = 1024;
 constexpr size_t kMostRequests = 10'000;  // on one connection
-constexpr std::chrono::milliseconds kStopPoll{200};
 constexpr std::chrono::milliseconds kDrainTime{500};
 constexpr size_t kDrainBytes = 4 << 20;
 
@@ -55,9 +56,12 @@ class LimitedStream : public httplib::Stream {
     deadline_ = std::chrono::steady_clock::now() + limits_.headTime;
   }
 
-  // True once more bytes are there; false after the time, or at the end.
-  bool waitForBytes(std::chrono::milliseconds time) const {
-    return begin_ < end_ || waitFor(POLLIN, std::chrono::steady_clock::now() + time);
+  // True once more bytes are there; false after the time, at the end, or when `stop` becomes readable.
+  bool waitForBytes(std::chrono::milliseconds time, int stop) const {
+    if (begin_ < end_) return true;
+    std::array<pollfd, 2> waiting{{{socket_, POLLIN, 0}, {stop, POLLIN, 0}}};
+    return ::poll(waiting.data(), waiting.size(), static_cast<int>(time.count())) > 0 &&
+           waiting[1].revents == 0;
   }
 
   bool isHeadTooLarge() const { return isHead_ && headerBytes_ > limits_.headerBytes; }
@@ -290,7 +294,10 @@ class HttpServer::Listener : public httplib::Server {
     });
   }
 
-  ~Listener() override { end(); }
+  ~Listener() override {
+    end();
+    ::close(stopEvent_);
+  }
 
   int begin(const std::string& address, int port) {
     const int bound = port == 0 ? bind_to_any_port(address) : bind_to_port(address, port) ? port : -1;
@@ -307,6 +314,8 @@ class HttpServer::Listener : public httplib::Server {
   void end() {
     if (!thread_.joinable()) return;
     isStopping_ = true;
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = ::write(stopEvent_, &one, sizeof one);
     while (!is_running() && !hasEnded_) std::this_thread::yield();
     stop();
     thread_.join();
@@ -331,7 +340,8 @@ class HttpServer::Listener : public httplib::Server {
   void serveConnection(socket_t socket) {
     LimitedStream stream(socket, limits_);
     currentStream = &stream;
-    for (size_t left = kMostRequests; left > 0 && waitForRequest(stream); --left) {
+    for (size_t left = kMostRequests; left > 0 && stream.waitForBytes(limits_.keepAlive, stopEvent_);
+         --left) {
       stream.beginRequest();
       const bool isLast = left == 1 || isStopping_;
       bool isClosed = false;
@@ -342,18 +352,12 @@ class HttpServer::Listener : public httplib::Server {
     if (stream.mustClose()) stream.drain();
   }
 
-  bool waitForRequest(LimitedStream& stream) const {
-    const Moment deadline = std::chrono::steady_clock::now() + limits_.keepAlive;
-    while (!isStopping_ && std::chrono::steady_clock::now() < deadline)
-      if (stream.waitForBytes(std::min(kStopPoll, limits_.keepAlive))) return true;
-    return false;
-  }
-
   HttpHandler handler_;
   HttpLimits limits_;
   std::atomic<bool> isStopping_ = false;
   std::atomic<bool> hasEnded_ = false;
   std::atomic<size_t> connections_ = 0;
+  int stopEvent_ = ::eventfd(0, EFD_CLOEXEC);  // readable once the connections are to end
   std::thread thread_;
 };
 

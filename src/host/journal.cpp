@@ -262,8 +262,8 @@ void Journal::record(const std::string& result) {
   write({"record", result}, true);
 }
 
-void Journal::committing() {
-  write({"committing"}, true);
+void Journal::committing(bool toDisk) {
+  write({"committing"}, toDisk);
 }
 
 void Journal::done(const PageRequest& request, const PageAnswer& answer) {

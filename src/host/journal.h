@@ -38,13 +38,12 @@ struct JournalContents {
 // | body, number, moment      |                                     | moment, if it was answered             |
 // | record                    | when a recorded piece has its       | given in place of the piece            |
 // |                           | result                              |                                        |
-// | committing                | before a commit, down to the disk   | unanswered: its number says so         |
+// | committing                | before a commit                     | unanswered: its number says so         |
 // | done, with the answer of  | before the answer leaves            |                                        |
 // | a numbered call           |                                     | the number gives the answer            |
 //
-// A call that committed something outside of recorded pieces ends the work: the journal begins anew behind it
-// and no call before it runs again. Headers, cookies and tokens are not written. A call with card data in it
-// leaves no more than its number.
+// When a page says that the work is done, the journal begins anew behind its call, and no call before it runs
+// again. Headers, cookies and tokens are not written. A call with card data in it leaves no more than its number.
 class Journal {
  public:
   // Begins or goes on with the journal at `path`; without a path nothing is written.
@@ -59,7 +58,8 @@ class Journal {
   void clerk(const Clerk& clerk);
   void call(const PageRequest& request, Date moment);
   void record(const std::string& result);
-  void committing();
+  // `toDisk` where the mark must outlive a failure of power.
+  void committing(bool toDisk);
   void done(const PageRequest& request, const PageAnswer& answer);
   // False for a call with card data in it.
   static bool takes(const PageRequest& request);

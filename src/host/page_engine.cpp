@@ -83,7 +83,7 @@ PageEngine::PageEngine(std::shared_ptr<const PageSurroundings> surroundings, Pag
           surroundings_->scriptMemory) {
   apartment_->clock = usualClock_;
   apartment_->connect = [this](const ConnectionSettings& settings) -> std::unique_ptr<Connection> {
-    return std::make_unique<WatchedConnection>(connectToDatabase(settings), database_,
+    return std::make_unique<WatchedConnection>(connectToDatabase(settings), database_, writing_,
                                                [this] { owner_.beforeCommit(); });
   };
   engine_.define("Database",
@@ -139,13 +139,8 @@ void PageEngine::defineFunctions() {
     kept_ = text.empty() ? "{}" : std::move(text);
   });
   action("record", [this](Arguments result) { owner_.record(result[0].toText()); });
-  action("recording", [this, before = std::uint64_t{0}](Arguments isOn) mutable {
-    if (isOn[0].toBoolean())
-      before = database_.commits;
-    else
-      recordedCommits_ += database_.commits - before;
-  });
   action("signOut", [this](Arguments) { owner_.signOut(); });
+  action("workDone", [this](Arguments) { owner_.workDone(); });
 }
 
 // The version of a script that the host brings itself never changes.
@@ -186,7 +181,6 @@ PageAnswer PageEngine::run(const PageRequest& request, PageRun& run) {
   const auto start = std::chrono::steady_clock::now();
   const auto libraryBefore = engine_.libraryTime();
   const DatabaseAccount before = database_;
-  const std::uint64_t recordedBefore = recordedCommits_;
   request_ = &request;
   run_ = &run;
   answer_ = {};
@@ -198,7 +192,6 @@ PageAnswer PageEngine::run(const PageRequest& request, PageRun& run) {
   run.database = database_.time - before.time;
   run.library = std::max(engine_.libraryTime() - libraryBefore - run.database, std::chrono::nanoseconds{0});
   run.statements = database_.statements - before.statements;
-  run.commits = database_.commits - before.commits - (recordedCommits_ - recordedBefore);
   run.scriptMemory = engine_.memoryInUse();
   request_ = nullptr;
   run_ = nullptr;
@@ -219,8 +212,9 @@ void PageEngine::setKept(std::string_view json) {
   kept_ = json;
 }
 
-void PageEngine::setClock(std::shared_ptr<Clock> clock) {
-  apartment_->clock = clock ? std::move(clock) : usualClock_;
+void PageEngine::setReplay(std::optional<Date> moment) {
+  writing_ = moment ? Writing::Discarded : Writing::Real;
+  apartment_->clock = moment ? std::make_shared<FixedClock>(*moment) : usualClock_;
 }
 
 }  // namespace ondrel

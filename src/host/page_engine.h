@@ -41,6 +41,8 @@ class PageOwner {
   virtual void signOut() = 0;
   // Before each commit; raises an error to prevent it.
   virtual void beforeCommit() = 0;
+  // What was written so far is saved or given up, and is not brought back after a restart.
+  virtual void workDone() = 0;
   // What a recorded piece of work gave when the call was made first; nothing outside of a replay.
   virtual std::optional<std::string> recall() = 0;
   virtual void record(const std::string& result) = 0;
@@ -52,8 +54,6 @@ struct PageRun {
   std::chrono::nanoseconds library{0};  // in library calls, the database left out
   std::chrono::nanoseconds database{0};
   std::uint64_t statements = 0;
-  // Commits outside of recorded pieces of work.
-  std::uint64_t commits = 0;
   size_t scriptMemory = 0;  // bytes, after the run
   std::string printed;
   std::string failure;   // with the position; not for the browser
@@ -74,8 +74,9 @@ class PageEngine {
   const std::string& kept() const { return kept_; }
   void setKept(std::string_view json);
 
-  // Another clock for the library and the embedded database; none for the usual one.
-  void setClock(std::shared_ptr<Clock> clock);
+  // For work that is brought back: the moment that the library and the embedded database take for the present,
+  // with everything that is written discarded. Nothing ends it.
+  void setReplay(std::optional<Date> moment);
 
   // The only operation for other threads; see ScriptEngine.
   void interrupt() noexcept { engine_.interrupt(); }
@@ -92,7 +93,7 @@ class PageEngine {
   std::shared_ptr<const PageSurroundings> surroundings_;
   PageOwner& owner_;
   DatabaseAccount database_;
-  std::uint64_t recordedCommits_ = 0;
+  Writing writing_ = Writing::Real;
   ApartmentRef apartment_;
   std::shared_ptr<Clock> usualClock_;
   const PageRequest* request_ = nullptr;

@@ -5,8 +5,8 @@ namespace ondrel {
 const std::string_view kPageScript = R"js((function (global) {
   "use strict";
   var host = {};
-  ["answer", "changed", "clerk", "compile", "encode", "header", "keep", "now", "recall", "record", "recording",
-   "request", "room", "signIn", "signOut", "token"].forEach(function (name) {
+  ["answer", "changed", "clerk", "compile", "encode", "header", "keep", "now", "recall", "record",
+   "request", "room", "signIn", "signOut", "token", "workDone"].forEach(function (name) {
     host[name] = global["host_" + name];
     delete global["host_" + name];
   });
@@ -109,14 +109,11 @@ const std::string_view kPageScript = R"js((function (global) {
     var known = host.recall();
     if (known === undefined) {
       var outcome;
-      host.recording(true);
       try {
         var value = work();
         outcome = {value: value === undefined ? null : value};
       } catch (error) {
         outcome = {error: String(error.description || error.message || error), number: error.number};
-      } finally {
-        host.recording(false);
       }
       known = jsonOf(outcome);
       host.record(known);
@@ -138,7 +135,8 @@ const std::string_view kPageScript = R"js((function (global) {
     recorded: recorded,
     now: function () { return host.now(); },
     signIn: function (clerk, pin) { return host.signIn(String(clerk), String(pin)); },
-    signOut: function () { host.signOut(); }
+    signOut: function () { host.signOut(); },
+    workDone: function () { host.workDone(); }
   });
 
   // An error that arose in a function of the host tells the page's line.

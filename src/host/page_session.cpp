@@ -67,7 +67,7 @@ PageAnswer PageSession::serveChanging(const PageRequest& request, PageRun& run) 
     numbers_.remember({request.number, print, answer});
   }
   journal_->done(request, answer);
-  if (run.commits > 0) endWork();
+  if (std::exchange(isWorkDone_, false)) endWork();
   return answer;
 }
 
@@ -91,11 +91,10 @@ std::string PageSession::signIn(const std::string& clerkId, const std::string& p
   return "ok";
 }
 
+// Only a number asks later whether it was saved.
 void PageSession::beforeCommit() {
   if (isGivenUp_) throw Error(ErrorNumber::InvalidCall, kSource, "The session has ended");
-  if (replayed_)
-    throw Error(ErrorNumber::InvalidCall, kSource, "Nothing is saved while work is brought back");
-  journal_->committing();
+  journal_->committing(request_ && !request_->number.empty());
 }
 
 std::optional<std::string> PageSession::recall() {
@@ -127,14 +126,15 @@ std::string PageSession::restore() {
   return std::to_string(done) + " of " + std::to_string(contents.calls.size()) + " calls";
 }
 
-// With the clock at the moment of the call, so that the days of a ticket come out as they did.
+// With the clock at the moment of the call, so that the days of a ticket come out as they did, and without a
+// trace in the database, which has what the call wrote.
 bool PageSession::replay(const JournalledCall& call) {
   replayed_ = &call;
   nextRecord_ = 0;
-  engine_->setClock(std::make_shared<FixedClock>(call.moment));
+  engine_->setReplay(call.moment);
   PageRun run;
   const PageAnswer answer = engine_->run(call.request, run);
-  engine_->setClock(nullptr);
+  engine_->setReplay(std::nullopt);
   replayed_ = nullptr;
   return answer.status == call.status;
 }

@@ -57,6 +57,7 @@ class PageSession : private PageOwner {
   std::string signIn(const std::string& clerkId, const std::string& pin) override;
   void signOut() override { isSignedOut_ = true; }
   void beforeCommit() override;
+  void workDone() override { isWorkDone_ = true; }
   std::optional<std::string> recall() override;
   void record(const std::string& result) override { journal_->record(result); }
 
@@ -78,6 +79,7 @@ class PageSession : private PageOwner {
   const PageRequest* request_ = nullptr;
   const JournalledCall* replayed_ = nullptr;
   size_t nextRecord_ = 0;
+  bool isWorkDone_ = false;
   std::atomic<bool> isGivenUp_ = false;
   std::atomic<bool> isRestoring_ = false;
   std::atomic<bool> isSignedOut_ = false;

@@ -13,16 +13,23 @@ namespace ondrel {
 struct DatabaseAccount {
   std::chrono::nanoseconds time{0};
   std::uint64_t statements = 0;
-  std::uint64_t commits = 0;
 };
 
-// Passes everything on to a connection, adds up what it does, and asks before a commit; what `beforeCommit`
+enum class Writing {
+  Real,
+  Discarded,  // what is written is seen by the connection itself and gone when it closes
+};
+
+// Passes everything on to a connection, adds up what it does, and tells before a commit; what `beforeCommit`
 // raises prevents it.
 class WatchedConnection : public Connection {
  public:
-  WatchedConnection(std::unique_ptr<Connection> connection, DatabaseAccount& use,
+  WatchedConnection(std::unique_ptr<Connection> connection, DatabaseAccount& use, Writing writing,
                     std::function<void()> beforeCommit)
-      : connection_(std::move(connection)), use_(use), beforeCommit_(std::move(beforeCommit)) {}
+      : connection_(std::move(connection)),
+        use_(use),
+        writing_(writing),
+        beforeCommit_(std::move(beforeCommit)) {}
   ~WatchedConnection() override {
     const Timer timer(use_);
     connection_.reset();
@@ -32,16 +39,17 @@ class WatchedConnection : public Connection {
   void open() override {
     const Timer timer(use_);
     connection_->open();
+    if (writing_ == Writing::Discarded) connection_->begin();
   }
   void begin() override {
     const Timer timer(use_);
-    connection_->begin();
+    if (writing_ == Writing::Real) connection_->begin();
   }
   void commit() override {
+    if (writing_ == Writing::Discarded) return;
     beforeCommit_();
     const Timer timer(use_);
     connection_->commit();
-    ++use_.commits;
   }
   void execute(std::string_view sql) override {
     ++use_.statements;
@@ -71,6 +79,7 @@ class WatchedConnection : public Connection {
 
   std::unique_ptr<Connection> connection_;
   DatabaseAccount& use_;  // outlives the connection
+  Writing writing_;
   std::function<void()> beforeCommit_;
 };
 

@@ -21,69 +21,6 @@
 
 namespace ondrel {
 
-// A host on the sample store of a test, with pages of the test's own in a folder that goes with it.
-class HostTest : public StoreTest {
- protected:
-  HostTest()
-      : folder(std::filesystem::temp_directory_path() / ("ondrel_host_" + std::to_string(::getpid()))) {
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directories(folder / "pages/assets");
-    std::filesystem::create_directories(folder / "pages/shared");
-    options.connectionString = store.connectionString();
-    options.pages = folder / "pages";
-    options.port = 0;
-    options.log = folder / "log";
-    options.now = clock->now();
-    options.limits.http.keepAlive = std::chrono::milliseconds(2000);
-  }
-  ~HostTest() override {
-    host.reset();
-    std::filesystem::remove_all(folder);
-  }
-
-  void page(const std::string& name, std::string_view text) {
-    std::ofstream(options.pages / name, std::ios::trunc) << text;
-  }
-  void start() {
-    host = std::make_unique<PageHost>(options);
-    port = host->start();
-  }
-  void restart() {
-    host.reset();
-    start();
-  }
-  std::string log() const {
-    std::ifstream stream(folder / "log");
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
-
-  // What a raw text gets as answer.
-  std::string sent(std::string_view text) const {
-    const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    EXPECT_EQ(::connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    while (!text.empty()) {
-      const ssize_t count = ::send(socket, text.data(), text.size(), MSG_NOSIGNAL);
-      if (count <= 0) break;
-      text.remove_prefix(static_cast<size_t>(count));
-    }
-    std::string answer;
-    char buffer[4096];
-    for (ssize_t count; (count = ::recv(socket, buffer, sizeof buffer, 0)) > 0;)
-      answer.append(buffer, static_cast<size_t>(count));
-    ::close(socket);
-    return answer;
-  }
-
-  std::filesystem::path folder;
-  HostOptions options;
-  std::unique_ptr<PageHost> host;
-  int port = 0;
-};
-
 // A browser: keeps the session's cookie and the token that the pages of these tests end with.
 class Browser {
  public:
@@ -123,6 +60,76 @@ class Browser {
     if (!set.empty()) cookie = cookieValue(set, "ondrel_session");
     return *result;
   }
+};
+
+// A host on the sample store of a test, with pages of the test's own in a folder that goes with it.
+class HostTest : public StoreTest {
+ protected:
+  HostTest()
+      : folder(std::filesystem::temp_directory_path() / ("ondrel_host_" + std::to_string(::getpid()))) {
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder / "pages/assets");
+    std::filesystem::create_directories(folder / "pages/shared");
+    options.connectionString = store.connectionString();
+    options.pages = folder / "pages";
+    options.port = 0;
+    options.log = folder / "log";
+    options.now = clock->now();
+    page("token.js", "Response.write(Request.token);");
+    options.limits.http.keepAlive = std::chrono::milliseconds(2000);
+  }
+  ~HostTest() override {
+    host.reset();
+    std::filesystem::remove_all(folder);
+  }
+
+  void page(const std::string& name, std::string_view text) {
+    std::ofstream(options.pages / name, std::ios::trunc) << text;
+  }
+  void start() {
+    host = std::make_unique<PageHost>(options);
+    port = host->start();
+  }
+  void restart() {
+    host.reset();
+    start();
+  }
+  // A browser that has been to the page that gives it its token.
+  Browser visitor() const {
+    Browser browser(port);
+    browser.token = browser.get("/token").body;
+    return browser;
+  }
+  std::string log() const {
+    std::ifstream stream(folder / "log");
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+
+  // What a raw text gets as answer.
+  std::string sent(std::string_view text) const {
+    const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(::connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    while (!text.empty()) {
+      const ssize_t count = ::send(socket, text.data(), text.size(), MSG_NOSIGNAL);
+      if (count <= 0) break;
+      text.remove_prefix(static_cast<size_t>(count));
+    }
+    std::string answer;
+    char buffer[4096];
+    for (ssize_t count; (count = ::recv(socket, buffer, sizeof buffer, 0)) > 0;)
+      answer.append(buffer, static_cast<size_t>(count));
+    ::close(socket);
+    return answer;
+  }
+
+  std::filesystem::path folder;
+  HostOptions options;
+  std::unique_ptr<PageHost> host;
+  int port = 0;
 };
 
 }  // namespace ondrel
