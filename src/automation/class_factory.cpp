@@ -10,6 +10,8 @@
 #include "invoice/invoice.h"
 #include "invoice/ticket_tag.h"
 #include "pickup/pickup.h"
+#include "quick/garment_search.h"
+#include "quick/quick_invoice.h"
 #include "services/db_tool.h"
 #include "services/helper_functions.h"
 #include "services/marketing_letters.h"
@@ -26,9 +28,9 @@ ObjectRef make() {
 constexpr std::array<PublicClass, 13> kPublicClasses = {{
     {"TicketTag",            "FFCE1536-D0A4-4C89-A822-F354F688FC76", "EA7AFCD0-C1D1-4834-B99A-465670B0B1E3", make<TicketTag>},
     {"HelperFunctions",      "E7F83A2F-028A-4635-BA66-47D102516D77", "A32439C6-A525-4A55-8C42-8CF8330AD0BA", make<HelperFunctions>},
-    {"garmentSearch",        "70CBB24E-5A32-47BB-AD18-5C5AF41B180F", "7CDAAA75-A3D0-4677-B55A-0B0D0AD2DA31", nullptr},
+    {"garmentSearch",        "70CBB24E-5A32-47BB-AD18-5C5AF41B180F", "7CDAAA75-A3D0-4677-B55A-0B0D0AD2DA31", make<GarmentSearch>},
     {"pickupInvoice",        "E9E3BC6D-4382-4A3B-A45E-17062D1253D4", "91B5D5D5-5489-4C98-A91E-BBBB1A2E79E2", make<PickupInvoice>},
-    {"quickInvoice",         "75391F75-F69D-474D-AF6A-535D1FB18EEA", "98DC44DD-4515-45D1-8834-5AA23CC02307", nullptr},
+    {"quickInvoice",         "75391F75-F69D-474D-AF6A-535D1FB18EEA", "98DC44DD-4515-45D1-8834-5AA23CC02307", make<QuickInvoice>},
     {"pickup",               "B1E3994D-4D0C-4A3C-BBC9-997174367244", "A2BD898E-2E2E-470D-A166-E3AB28FC947E", make<Pickup>},
     {"invoice",              "1FDC7BD4-F46D-47B7-BD99-FE04480227D2", "F86AA050-6259-424F-98F8-901FF2C5805D", make<Invoice>},
     {"creditCardProcessing", "2430B43B-7FED-4FFA-9D69-F3B2A8964990", "80F7D53A-1087-460E-B4E5-D00081BC226B", make<CreditCardProcessing>},

@@ -423,6 +423,15 @@ class Invoice : public Object {
   // Reads all lines, those of the children too, for a developer who watches.
   void debugLineItems();
 
+  // ---------------------------------------------------------------- quick items (lifecycle/quick_items.cpp)
+  // The department lines with pieces as text, one "department,pieces,date" a line; Empty without any.
+  Variant exportQuickItems();
+  // Takes all department lines away. The filter stays on them.
+  Variant removeAllQuickItems();
+  // Department lines as exportQuickItems gives them, in place of those there are. Error 9 for a record of fewer
+  // than three fields, 3021 for a department that the store does not have; the lines before it stay.
+  Variant importQuickItems(Variant& desc);
+
   // ---------------------------------------------------------------- rounding (see data/values.h)
   Variant RoundingDP(const Variant& dblNumber, const Variant& numDP);
   Variant roundTo(const Variant& x, Variant& d);
@@ -737,6 +746,10 @@ class Invoice : public Object {
   void addDeliveryWillCall();
   void updateVisitsAndOffers();
   void mergeDepartmentCoupon(const Variant& lineItemId, const Variant& itemName, double amount);
+
+  // ---------------------------------------------------------------- quick items
+  void addQuickLine(Recordset& table, std::string_view itemType, const Variant& deptId, double amount,
+                    const Variant& quantity, const Variant& dueDate);
 
   // ---------------------------------------------------------------- loading
   struct LineLoader;

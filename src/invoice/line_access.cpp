@@ -12,6 +12,11 @@ void deleteLines(Recordset& lines, std::string_view filter) {
   for (; !lines.eof(); lines.moveNext()) lines.deleteRow();
 }
 
+void deleteLine(Recordset& lines, const Variant& number) {
+  if (findLine(lines, number)) lines.deleteRow();
+  lines.clearFilter();
+}
+
 void setLineValue(Recordset& lines, const Variant& number, Column column, const Variant& value) {
   if (findLine(lines, number)) lines.setValue(column, value);
   lines.clearFilter();

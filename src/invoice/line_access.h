@@ -18,6 +18,8 @@ void deleteLines(Recordset& lines, std::string_view filter);
 
 // The next clear the filter.
 
+// Deletes the line, if it is there.
+void deleteLine(Recordset& lines, const Variant& number);
 // Sets a column of the line, if it is there.
 void setLineValue(Recordset& lines, const Variant& number, Column column, const Variant& value);
 // Text of a column of the line; "" for Null and for an unknown line.

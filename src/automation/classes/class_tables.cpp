@@ -15,6 +15,8 @@ std::span<const ClassTable* const> classTables() {
       &dictionaryClass(),
       &arrayClass(),
       &invoiceClass(),
+      &quickInvoiceClass(),
+      &garmentSearchClass(),
       &ticketTagClass(),
       &creditCardProcessingClass(),
       &creditCardFieldsClass(),

@@ -13,6 +13,8 @@ const ClassTable& recordsetFieldClass();
 const ClassTable& dictionaryClass();
 const ClassTable& arrayClass();
 const ClassTable& invoiceClass();
+const ClassTable& quickInvoiceClass();
+const ClassTable& garmentSearchClass();
 const ClassTable& ticketTagClass();
 const ClassTable& creditCardProcessingClass();
 const ClassTable& creditCardFieldsClass();

@@ -251,6 +251,11 @@ const ClassTable& invoiceClass() {
       method("htmlSimilarInvoices", &Invoice::htmlSimilarInvoices),
       method("debugLineItems", &Invoice::debugLineItems),
 
+      // ---- quick items
+      method("exportQuickItems", &Invoice::exportQuickItems),
+      method("removeAllQuickItems", &Invoice::removeAllQuickItems),
+      method("importQuickItems", &Invoice::importQuickItems, {{"desc"}}),
+
       // ---- rounding
       method("RoundingDP", &Invoice::RoundingDP, {{"dblNumber"}, {"numDP"}}),
       method("roundTo", &Invoice::roundTo, {{"x"}, {"d"}}),

@@ -1,36 +1,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <variant>
 
 #include "data/query_database.h"
 #include "invoice/invoice.h"
+#include "invoice/lifecycle/header_fields.h"
 
 namespace ondrel {
-namespace {
-
-// A property of the invoice, by type.
-using Property = std::variant<std::int32_t Invoice::*, double Invoice::*, bool Invoice::*, Date Invoice::*,
-                              std::string Invoice::*>;
-
-void assign(std::int32_t& property, const Variant& value) {
-  property = value.toLong();
-}
-void assign(double& property, const Variant& value) {
-  property = value.toDouble();
-}
-void assign(bool& property, const Variant& value) {
-  property = value.toBoolean();
-}
-void assign(Date& property, const Variant& value) {
-  property = value.toDate();
-}
-void assign(std::string& property, const Variant& value) {
-  property = value.toText();
-}
-
-}  // namespace
-
 // ---------------------------------------------------------------- the two views
 
 // | view     | header                                      | lines                                       |
@@ -84,12 +60,8 @@ void Invoice::getInvoiceDetailsForPrinting(const Variant& ticketNumber) {
 }
 
 void Invoice::takeHeader(const Recordset& header) {
-  struct HeaderField {
-    std::string_view column;
-    Property property;
-  };
   // clang-format off
-  static const HeaderField kFields[] = {
+  static constexpr HeaderField<Invoice> kFields[] = {
       // column                      property                          what the view does not read stays
       {"customerSequenceNumber",     &Invoice::custSeqNumber},
       {"starchPreferenceName",       &Invoice::starchPref},
@@ -112,11 +84,7 @@ void Invoice::takeHeader(const Recordset& header) {
       {"netTotal",                   &Invoice::netTotal},
   };
   // clang-format on
-  for (const HeaderField& field : kFields) {
-    if (!header.hasColumn(field.column) || header.isNull(field.column)) continue;
-    const Variant value = header.value(field.column);
-    std::visit([&](auto property) { assign(this->*property, value); }, field.property);
-  }
+  takeHeaderFields<Invoice>(*this, header, kFields);
 }
 
 void Invoice::loadPreferencesOfTicket() {

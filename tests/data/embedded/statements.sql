@@ -87,6 +87,7 @@ INSERT INTO TicketTag (ticketNumber, tagNumber, tagNumberType, tagColor, lotNumb
 InsertTicketTags 1001,'A1001',1
  select surchargeExempt, taxExempt from customer where customersequencenumber = '1'
  select *, isnull(options, '') as options from customerpreferencetype order by displayorder 
+ select *, isnull(options, '') as options from customerpreferencetype order by displayorder
  select [value] from customerpreference where  customerpreferencetypeid = '1' and customersequencenumber = '1' and ticketnumber is null 
  select customerpreferencetypeid from customerpreferencetype where name = 'Starch'
  delete customerpreference where  customersequencenumber = 1 and ticketnumber = 1

@@ -59,22 +59,28 @@ constexpr std::string_view kCustomerColumns =
 
 }  // namespace
 
-// Writes the header of a new ticket and its copy of the customer. Gives TicketNumber and InvoiceNumber.
 RecordsetRef insertTicket(ProcedureCall& call) {
-  const std::int32_t ticket = drawTicketNumber(call);
-  const std::string invoice =
-      call.isNull(kInvoiceNumber) ? drawInvoiceNumber(call, call.integer(kStore)) : call.text(kInvoiceNumber);
+  return writeNewTicket(call, {kStore, kInvoiceNumber, kCustomer, kColumns, "", "", call.sql(kPickupName),
+                               call.sql(kPickupPlace)});
+}
+
+RecordsetRef writeNewTicket(ProcedureCall& call, const NewTicket& ticket) {
+  const std::int32_t number = drawTicketNumber(call);
+  const std::string invoice = call.isNull(ticket.invoiceNumber)
+                                  ? drawInvoiceNumber(call, call.integer(ticket.store))
+                                  : call.text(ticket.invoiceNumber);
   const std::string invoiceText = "'" + replaceAll(invoice, "'", "''") + "'";
   const std::string now = call.now().text();
-  std::string names = "ticketNumber, invoiceNumber, createdDate, lastModifiedDate";
-  std::string values = fmt::format("{}, {}, '{}', '{}'", ticket, invoiceText, now, now);
-  for (const HeaderColumn& column : kColumns) {
+  std::string names =
+      fmt::format("ticketNumber, invoiceNumber, createdDate, lastModifiedDate{}", ticket.fixedNames);
+  std::string values = fmt::format("{}, {}, '{}', '{}'{}", number, invoiceText, now, now, ticket.fixedValues);
+  for (const HeaderColumn& column : ticket.columns) {
     names += fmt::format(", {}", column.name);
     values += ", " + call.sql(column.argument);
   }
   call.execute(fmt::format("insert into Ticket ({}) values ({})", names, values));
-  copyCustomer(call, ticket, call.sql(kCustomer), call.sql(kPickupName), call.sql(kPickupPlace));
-  return call.query(fmt::format("select {} as TicketNumber, {} as InvoiceNumber", ticket, invoiceText));
+  copyCustomer(call, number, call.sql(ticket.customer), ticket.pickupName, ticket.pickupPlace);
+  return call.query(fmt::format("select {} as TicketNumber, {} as InvoiceNumber", number, invoiceText));
 }
 
 void copyCustomer(ProcedureCall& call, std::int32_t ticket, const std::string& customer,

@@ -21,7 +21,7 @@ constexpr ProcedureRow kProcedures[] = {
     {"UpdateTicket",                28, 28, updateTicket},
     {"UpdateInventory",              2,  2, updateInventory},
     {"InsertTicketTags",             3,  3, insertTicketTags},
-    {"InsertQuickInvoice",          14, 14, nullptr},
+    {"InsertQuickInvoice",          14, 14, insertQuickInvoice},
     {"InsertMiscCharge",            10, 10, insertMiscCharge},
     {"GetProbableCoupons",           4,  4, getProbableCoupons},
     {"GetProbableLoyaltyDiscounts",  4,  4, getProbableLoyaltyDiscounts},
@@ -29,8 +29,8 @@ constexpr ProcedureRow kProcedures[] = {
     {"PickupPayment",                9,  9, pickupPayment},
     {"ApplyPrePayPayment",           6,  6, applyPrePayPayment},
     {"InsertPayment",               12, 12, insertPayment},
-    {"isHeatSealDept",               1,  1, nullptr},
-    {"sendtowhiteadc",               2,  2, nullptr},
+    {"isHeatSealDept",               1,  1, isHeatSealDept},
+    {"sendtowhiteadc",               2,  2, sendToWhiteAdc},
 };
 // clang-format on
 

@@ -1,0 +1,200 @@
+#include "data/query_database.h"
+#include "quick/drop_off.h"
+#include "support/failing_connection.h"
+
+namespace ondrel {
+namespace {
+
+using enum QuickColumn;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class DropOffs : public DropOffTest {};
+
+// ---------------------------------------------------------------- lines
+
+TEST_F(DropOffs, HaveOneLineADepartment) {
+  const auto quick = dropOff({});
+  statements();
+  quick->addLineItem(3, 2);
+  quick->addLineItem("2", 2);
+  quick->addLineItem(1, 99);
+  quick->addLineItem(4, 7);
+  EXPECT_THAT(linesOf(*quick), ElementsAre("1 Shirts 5: 2 days, 11/28/2026", "2 Redo 4: 0 days, 11/24/2026"))
+      << "a department without days of its own has none, not the store's";
+  EXPECT_EQ(
+      reads().front(),
+      "Select IsNull(daysToProcess,0) as daysToProcess, name, notes from Department where departmentid=2");
+  quick->lineItems->moveFirst();
+  EXPECT_EQ(quick->lineItems->text(peNotes), "Count the hangers");
+  EXPECT_EQ(quick->getTotalItemCount().toLong(), 9);
+  EXPECT_EQ(quick->getDepartmentPieceCount(7).toLong(), 4);
+  EXPECT_EQ(errorOf([&] { quick->addLineItem(1, "1 or 1=1"); }), 13);
+
+  quick->attachNotes(1, "by the bag");
+  quick->updateNotes(2, "again");
+  quick->deleteLineItem(1);
+  quick->deleteLineItem(8);
+  quick->addLineItem(1, 1);
+  EXPECT_THAT(linesOf(*quick),
+              ElementsAre("2 Redo 4: 0 days, 11/24/2026", "3 Dry Cleaning 1: 3 days, 11/30/2026"));
+  EXPECT_EQ(quick->getItemNotes(1).toText() + quick->getItemNotes(2).toText(), "again");
+  EXPECT_FALSE(quick->isDepartmentPresent(2).toBoolean());
+  EXPECT_TRUE(quick->isDepartmentPresent(1).toBoolean());
+}
+
+// ---------------------------------------------------------------- dates
+
+TEST_F(DropOffs, PromiseWorkingDays) {
+  const auto quick = dropOff({{1, 5}, {2, 3}, {4, 1}});
+  EXPECT_EQ(day(quick->InvDueDate), "11/30/2026")
+      << "three working days, Thanksgiving and Sunday passed over";
+  quick->calculateInvDueDate();
+  EXPECT_EQ(day(quick->InvDueDate), "12/2/2026") << "household takes five";
+
+  // Thursday 26 is a holiday: the walk reaches Saturday.
+  quick->setDeptDueDate("Shirts", "11/26/2026");
+  quick->setDeptDueDate("Household", "11/25/2026");
+  EXPECT_THAT(linesOf(*quick),
+              ElementsAre("1 Dry Cleaning 5: 3 days, 11/30/2026", "2 Shirts 3: 2 days, 11/28/2026",
+                          "3 Household 1: 1 days, 11/25/2026"));
+  EXPECT_EQ(day(quick->InvDueDate), "11/30/2026");
+  quick->setInvoiceDueDate("11/26/2026");
+  EXPECT_EQ(day(quick->InvDueDate), "11/28/2026");
+  quick->setAllDepartmentDueDates("12/6/2026");
+  EXPECT_EQ(day(quick->InvDueDate), "12/7/2026") << "from Sunday on to Monday";
+  EXPECT_THAT(linesOf(*quick).back(), "3 Household 1: 9 days, 12/7/2026");
+}
+
+TEST_F(DropOffs, GoOutWithTheNextRound) {
+  const auto quick = dropOff({{1, 5}, {4, 1}});
+  quick->adjustDueDatesForRoute(7);
+  EXPECT_THAT(linesOf(*quick),
+              ElementsAre("1 Dry Cleaning 5: 2 days, 11/26/2026", "2 Household 1: 5 days, 12/2/2026"))
+      << "delivered on Thursdays, holiday or not; five days go by themselves";
+}
+
+// ---------------------------------------------------------------- splitting
+
+// Groups: cleaning 1, shirts and laundry 2, alterations none.
+TEST_F(DropOffs, AreSplitByGroup) {
+  const auto quick = dropOff({{1, 2}, {5, 1}, {2, 4}, {3, 1}});
+  EXPECT_EQ(quick->getNoOfInvoices().toLong(), 4) << "three that ask for it and one for the rest";
+  const DictionaryRef made = quick->splitInvoice();
+  ASSERT_EQ(made->count(), 2);
+  const auto child = [&](int key) {
+    return std::dynamic_pointer_cast<QuickInvoice>(made->item(key).toObject());
+  };
+  EXPECT_THAT(linesOf(*child(1)),
+              ElementsAre("2 Alterations 1: 4 days, 12/1/2026", "3 Shirts 4: 2 days, 11/28/2026",
+                          "4 Laundry 1: 2 days, 11/28/2026"))
+      << "the higher group first, with those of none";
+  EXPECT_THAT(linesOf(*child(2)), ElementsAre("1 Dry Cleaning 2: 3 days, 11/30/2026"));
+  EXPECT_EQ(day(child(1)->InvDueDate), "12/1/2026");
+  EXPECT_THAT(linesOf(*quick), IsEmpty());
+  EXPECT_TRUE(quick->oneDeptWithNoSplitExists(quick->invoiceDeptIds->clone()));
+  EXPECT_EQ(quick->invoiceDeptIds->fieldCount(), 5);
+
+  save(*quick, "edit");
+  EXPECT_EQ(quick->getTicketNosForPrinting().toText(), "0,0,0");
+  save(*quick);
+  EXPECT_EQ(quick->getTicketNosForPrinting().toText(), "0,1100,1101");
+  EXPECT_THAT(
+      rows("select ticketNumber, invoiceNumber, customerSequenceNumber, priceListId from Ticket where "
+           "ticketNumber > 1099"),
+      ElementsAre("1100 | 5100 | 7 | 1", "1101 | 5101 | 7 | 1"));
+}
+
+TEST_F(DropOffs, AreSplitBeyondTheLimitButNotCut) {
+  const auto quick = dropOff({{2, 20}, {3, 50}});
+  EXPECT_EQ(quick->splitInvoice(), nullptr) << "one group, exactly as many shirts as a ticket takes";
+  quick->addLineItem(1, 2);
+  EXPECT_EQ(quick->splitInvoice()->count(), 1);
+  EXPECT_EQ(errorOf([&] { dropOff({{8, 1}})->splitInvoice(); }), 3021) << "a disabled department";
+}
+
+// ---------------------------------------------------------------- tickets
+
+TEST_F(DropOffs, AreSavedInOneTransaction) {
+  const auto quick = dropOff({{1, 5}, {5, 0}});
+  quick->loadCustomerPreferences(7, "");
+  EXPECT_THAT(reads(), testing::Contains(" select *, isnull(options, '') as options from "
+                                         "customerpreferencetype order by displayorder"));
+  EXPECT_EQ(quick->preferences->item(1).toText() + quick->preferences->item(2).toText(), "LightHanger");
+  quick->preferences->removeAll();
+  quick->setCustomerPreference(2, "Folded");
+  quick->starchPref = "Light";
+  quick->attachNotes(1, "Nora's own bag");
+  statements();
+  save(*quick, "ADD");
+  EXPECT_THAT(statements(), IsEmpty());
+  save(*quick);
+  const std::string insertLine =
+      "INSERT INTO TicketLineItem(ticketNumber, lineItemNumber,  createdByEmployeeID, lastModifiedByEmployeeID,  "
+      "parentLineNumber, displaySequence, departmentID,  departmentName, ticketLineType, lineItemID, saleOnly,  "
+      "lineItemName, quantity, lineItemTotal, itemNotes, daysToProcess, dueDate) VALUES(1100,";
+  EXPECT_THAT(
+      statements(),
+      ElementsAre(
+          "exec dbo.isHeatSealDept '0'", "<begin>",
+          "InsertQuickInvoice 1, NULL,1,4,'11/30/2026 10:30:00 AM',7,'Light',NULL,'0',3,0,'Ann "
+          "O''Hara','Fernhill','5:00 PM'",
+          insertLine + "1,4,4,-1,1,1,'Dry Cleaning','DE',NULL,0,'Dry Cleaning',5,0, 'Nora''s own "
+                       "bag',3,'11/30/2026 10:30:00 AM' )",
+          insertLine + "2,4,4,-1,2,5,'Alterations','DE',NULL,0,'Alterations',0,0, NULL,4,'12/1/2026 10:30:00 "
+                       "AM' )",
+          " delete customerpreference where  customersequencenumber = 7 and ticketnumber = 1100",
+          " insert into customerpreference (customerpreferencetypeid, customersequencenumber, ticketnumber, "
+          "value)  values (2, 7, 1100, 'Folded')",
+          "<commit>", "<close>", "select conveyorType as val from miscsetup where storeid = '1'"));
+  EXPECT_EQ(quick->invoiceNo, "5100");
+  EXPECT_THAT(
+      rows("select invoiceType, ticketStatus, starchPreferenceName, pickupTime, lastName, netTotal from "
+           "Ticket t join TicketCustomer c on c.ticketNumber = t.ticketNumber where t.ticketNumber = "
+           "1100"),
+      ElementsAre("Q | AC | Light | 5:00 PM | Whitlow | 0"));
+
+  const auto empty = dropOff({{1, 0}});
+  save(*empty);
+  EXPECT_EQ(empty->ticketNo, 0) << "a line without pieces alone is no ticket";
+}
+
+TEST_F(DropOffs, AreLoadedAndSavedAgainAsNew) {
+  QuickInvoice quick;
+  quick.storeNumber = 1;
+  quick.getExistingDetails(1009);
+  EXPECT_THAT(linesOf(quick),
+              ElementsAre("1 Dry Cleaning 5: 3 days, 11/30/2026", "2 Shirts 8: 2 days, 11/28/2026"));
+  EXPECT_EQ(quick.currentLineNumber, 3);
+  EXPECT_EQ(quick.custSeqNumber, 7);
+  EXPECT_EQ(quick.createdDate.text(), "11/23/2026 4:30:00 PM");
+  EXPECT_EQ(quick.ticketReadyTime, "5:00 PM");
+  const RecordsetRef last = quick.lineItems->clone();
+  last->moveLast();
+  EXPECT_EQ(last->text(peNotes), "Count the hangers");
+  quick.priceListId = 1;
+  quick.setStoreDays(1);
+  EXPECT_EQ(day(quick.InvDueDate), "11/30/2026") << "as it was promised";
+  EXPECT_EQ(quick.getNoOfInvoices().toLong(), 1) << "two, of which it is one itself";
+
+  // The conveyor hears of the new ticket since the old one, 1009, was of departments with seals.
+  quick.invoiceNo = " ";
+  save(quick);
+  EXPECT_THAT(rows("select action, ticketNumber, queuedDate from ConveyorQueue"),
+              ElementsAre("TICKET_CREATE | 1100 | 11/24/2026 10:30:00 AM"));
+  EXPECT_EQ(scalar("select invoiceNumber from Ticket where ticketNumber = 1100").joined(), "5100");
+}
+
+TEST_F(DropOffs, ThatFailLeaveTheirTransactionOpen) {
+  const auto quick = dropOff({{1, 5}});
+  StatementFaults faults;
+  faults.attachTo(*apartment);
+  faults.failStatement(3);
+  EXPECT_NE(errorOf([&] { save(*quick); }), 0);
+  EXPECT_TRUE(apartment->sharedConnection) << "the line failed after the header";
+  closeTransaction(*apartment);
+  EXPECT_EQ(scalar("select count(*) from Ticket where ticketNumber > 1099").joined(), "0");
+}
+
+}  // namespace
+}  // namespace ondrel
