@@ -18,7 +18,9 @@ void complain(const std::string& text) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("The counter components at work: scripts, the counter in a browser, and the database of a store.", "ondrel");
+  CLI::App app(
+      "The counter components at work: scripts, the counter in a browser, and the database of a store.",
+      "ondrel");
   app.require_subcommand(1);
   int exitCode = 0;
   ondrel::addRunCommand(app, exitCode);

@@ -8,6 +8,7 @@
 #include "base/error.h"
 #include "commands.h"
 #include "component/ondrel_component.h"
+#include "program_folders.h"
 
 namespace ondrel {
 namespace {
@@ -16,10 +17,10 @@ constexpr const char* kLibrary = "libOndrelCorpComponents.so";
 
 // Beside the program, as it is built, or where an installation has it; otherwise where the system looks.
 std::string libraryOfProgram() {
-  const std::filesystem::path here = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-  for (const std::filesystem::path& folder : {here, (here / ".." / ONDREL_LIBRARY_FOLDER).lexically_normal()})
-    if (std::filesystem::exists(folder / kLibrary)) return folder / kLibrary;
-  return kLibrary;
+  const auto folder = std::filesystem::exists(programFolder() / kLibrary)
+                          ? programFolder()
+                          : installedFolder(ONDREL_LIBRARY_FOLDER, {});
+  return std::filesystem::exists(folder / kLibrary) ? (folder / kLibrary).string() : kLibrary;
 }
 
 // Calls an export that takes nothing and gives a status.

@@ -13,6 +13,7 @@
 #include "data/embedded/embedded_store.h"
 #include "host/clerks.h"
 #include "host/page_host.h"
+#include "program_folders.h"
 
 namespace ondrel {
 namespace {
@@ -107,7 +108,7 @@ void addServeCommand(CLI::App& app, int& exitCode) {
   CLI::App* command = app.add_subcommand("serve", "Serve the counter to browsers");
   const auto arguments = std::make_shared<ServeArguments>();
   HostOptions& host = arguments->host;
-  host.pages = ONDREL_COUNTER_FOLDER;
+  host.pages = installedFolder(ONDREL_DATA_FOLDER "/counter", ONDREL_COUNTER_FOLDER);
   command->add_option("--db", host.connectionString,
                       "Connection string; without it a private database with the sample store");
   command->add_option("--listen", arguments->listen, "ADDRESS:PORT; port 0 takes a free one")

@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# run.sh BUILD [CXX_FLAG...]: installs into a new folder, builds a project outside of the tree against that and runs it.
+# Its host in C is the example of docs/component.md.
+set -euo pipefail
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+build=$1
+flags=${*:2}
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+export ONDREL_SETTINGS=$folder/settings.json
+
+fail() {
+  echo "packaging: $1" >&2
+  exit 1
+}
+
+cmake --install "$build" --prefix "$folder/usr" > /dev/null
+awk '/^```c$/ { inside = 1; next } /^```$/ { inside = 0 } inside' "$here/../../docs/component.md" > "$folder/c_host.c"
+cmake -G Ninja -S "$here/consumer" -B "$folder/build" -DCMAKE_PREFIX_PATH="$folder/usr" -DC_HOST="$folder/c_host.c" \
+  -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_C_FLAGS="$flags" > "$folder/log" || { cat "$folder/log"; exit 1; }
+cmake --build "$folder/build" > "$folder/log" || { cat "$folder/log"; exit 1; }
+
+"$folder/usr/bin/ondrel" register
+grep -q "$folder/usr/lib" "$ONDREL_SETTINGS" || fail "the program registered another library"
+[[ $("$folder/build/c_host") == "0 characters" ]] || fail "the host in C"
+[[ $("$folder/build/cpp_host") == "4 shirts" ]] || fail "the host in C++"
+
+export PKG_CONFIG_PATH=$folder/usr/lib/pkgconfig
+[[ $(pkg-config --modversion ondrel-corp-components) == 1.0 ]] || fail "the version of pkg-config"
+# shellcheck disable=SC2046,SC2086
+cc $flags "$folder/c_host.c" -o "$folder/by_pkg_config" $(pkg-config --cflags --libs ondrel-corp-components)
+LD_LIBRARY_PATH=$folder/usr/lib "$folder/by_pkg_config" > /dev/null || fail "the host by pkg-config"
+
+[[ -f $folder/usr/share/OndrelCorpComponents/database/schema.sql ]] || fail "no database files"
+[[ -f $folder/usr/share/doc/ondrel-corp-components/reference.md ]] || fail "no documents"
