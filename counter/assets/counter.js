@@ -1,0 +1,78 @@
+// What every page of the counter does: searching while typing, doing a thing once, pressing with the keyboard.
+(function () {
+  "use strict";
+  var token = document.querySelector("meta[name=request-token]").content;
+
+  // A number for a thing that is to be done once, however often the request goes out.
+  function number() {
+    var bytes = crypto.getRandomValues(new Uint8Array(16));
+    return Array.prototype.map.call(bytes, function (one) { return ("0" + one.toString(16)).slice(-2); }).join("");
+  }
+
+  document.querySelectorAll("form[data-once]").forEach(function (form) {
+    var field = document.createElement("input");
+    field.type = "hidden";
+    field.name = "_number";
+    field.value = number();
+    form.appendChild(field);
+  });
+
+  // A second press of a button does nothing while the first is under way.
+  document.addEventListener("submit", function (event) {
+    if (event.target.dataset.sent) return event.preventDefault();
+    event.target.dataset.sent = "yes";
+    setTimeout(function () { delete event.target.dataset.sent; }, 4000);
+  });
+
+  var box = document.getElementById("q");
+  var found = document.getElementById("found");
+  var waiting, asked = 0;
+  if (box && found) box.addEventListener("input", function () {
+    clearTimeout(waiting);
+    waiting = setTimeout(function () {
+      var mine = ++asked;
+      fetch("/?part=1&q=" + encodeURIComponent(box.value)).then(function (answer) { return answer.ok ? answer.text() : ""; }).then(function (list) {
+        if (mine === asked) found.innerHTML = list;
+      });
+    }, 120);
+  });
+
+  // Things that look like buttons are reached and pressed by keyboard like buttons.
+  var pressable = ".button:not(a):not(button), .command, .coupon, .id-group-button, .duedate_button, .new-heatseal, .lineitem, .similar";
+  function dressed(place) {
+    place.querySelectorAll(pressable).forEach(function (one) {
+      one.tabIndex = 0;
+      one.setAttribute("role", "button");
+      if (/\b(plisel|selected|sel_pref|sel_discount|due-date|new-heatseal-selected)\b/.test(one.className)) one.setAttribute("aria-pressed", "true");
+    });
+  }
+  document.addEventListener("keydown", function (event) {
+    if ((event.key === "Enter" || event.key === " ") && event.target.getAttribute("role") === "button" && event.target.tagName !== "BUTTON") {
+      event.preventDefault();
+      event.target.click();
+    }
+  });
+
+  document.querySelectorAll("[data-print]").forEach(function (one) { one.addEventListener("click", function () { window.print(); }); });
+
+  function said(words) { document.getElementById("said").textContent = words; }
+
+  function post(path, values) {
+    return fetch(path, {
+      method: "POST",
+      headers: { "Content-Type": "application/json", "X-Request-Token": token },
+      body: JSON.stringify(values)
+    }).then(function (answer) {
+      if (!answer.ok) throw new Error("The counter answered " + answer.status + ".");
+      return answer.json();
+    });
+  }
+
+  // Fragments carry styles of their own, which the security policy does not admit: they are kept as data.
+  function put(place, fragment) {
+    place.innerHTML = fragment.replace(/ style="/g, " data-style=\"");
+    dressed(place);
+  }
+
+  window.counter = { post: post, put: put, said: said, dressed: dressed };
+})();

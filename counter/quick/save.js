@@ -1,0 +1,26 @@
+// Saves the bag as one ticket, or one for each group of departments.
+var layout = Server.include("shared/layout.js");
+var desk = Server.include("shared/desk.js");
+var text = Server.include("shared/text.js");
+var tickets = Server.include("shared/tickets.js");
+
+var quick = Session.quick;
+if (Request.method !== "POST" || !quick) return Response.redirect(quick ? "/quick" : "/");
+var employee = desk.employee();
+if (!employee) return Response.redirect("/employee");
+
+var note = String(Request.form.notes || "").substr(0, 255);
+Object.keys(Request.form).forEach(function (name) {
+  var department = /^pieces-(\d+)$/.exec(name);
+  var pieces = department ? Math.min(text.whole(Request.form[name]), 999) : 0;
+  if (pieces > 0) quick.addLineItem(pieces, Number(department[1]));
+});
+if (!quick.lineItems.RecordCount) return layout.notice("Quick drop-off", "Nothing was counted.", "/quick", "Back");
+if (note) quick.attachNotes(1, note);
+
+quick.calculateInvDueDate();
+if (quick.isSplitInvoice()) quick.splitInvoice();
+quick.saveInvoice("add", employee.id, desk.terminal, "0", employee.name, desk.storeName(), true);
+var numbers = tickets.numbers(quick);
+delete Session.quick;
+Response.redirect("/saved?tickets=" + numbers.join("-"));

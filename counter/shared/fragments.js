@@ -1,0 +1,38 @@
+// The parts of the entry screen, as the library draws them.
+var text = Server.include("shared/text.js");
+
+// What changes with every click.
+exports.paper = function (invoice, line) {
+  return {
+    lines: invoice.htmlLineItems(line > 0 ? line : ""),
+    totals: invoice.htmlInvoiceTotals(),
+    preferences: invoice.htmlInvoicePreferences(),
+    seals: invoice.getNewHeatSealCount() > 0 ? invoice.htmlNewHeatSeals() : "",
+    coupons: invoice.htmlCoupons(),
+    line: line > 0 ? line : 0
+  };
+};
+
+// The pick list of a group: items of a department, or what hangs on the selected garment.
+exports.panel = function (invoice, group, department, line, filter) {
+  var chosen = line > 0 ? line : "";
+  switch (group) {
+    case "up": return invoice.htmlUpcharges(line > 0 ? itemOf(invoice, line) : "", chosen);
+    case "co":
+    case "pa":
+    case "br": return invoice.htmlDescriptor(group, chosen, filter);
+    case "pr": return (line > 0 ? "<div class=\"functions\">" + invoice.htmlLineFunctions(line) + "</div>" : "") +
+                      "<form class=\"properties\">" + invoice.htmlLineProperties(department, chosen) + "</form>";
+    default: return invoice.htmlItems(department, "");
+  }
+};
+
+function itemOf(invoice, line) {
+  var found = invoice.lineItems.Clone();
+  found.Filter = "lineNumber=" + line;
+  return found.EOF ? "" : found.Fields("lineItemId").Value;
+}
+
+exports.groups = function (invoice, line, group) {
+  return line > 0 ? invoice.htmlIdGroups(line, group) : "";
+};

@@ -1,0 +1,47 @@
+// Tickets on paper.
+var text = Server.include("shared/text.js");
+var tickets = Server.include("shared/tickets.js");
+
+function row(name, amount) {
+  return "<tr><td>" + text.encoded(name) + "</td><td class=\"money\">" + text.money(amount) + "</td></tr>";
+}
+
+// The lines of an invoice with its sums, as one table.
+exports.lines = function (invoice) {
+  var body = text.rows(invoice.getLineItemsGroupDetails(), function (field) {
+    var pieces = field("quantity");
+    var small = [field("colorPatternDesc"), field("upchargeDesc")].filter(function (one) { return one; }).map(function (one) {
+      return "<tr><td class=\"small\" colspan=\"2\">" + text.encoded(one) + "</td></tr>";
+    }).join("");
+    return row((pieces > 0 ? pieces + " " : "") + field("itemDesc"), field("total")) + small;
+  }).join("");
+  return "<table><tbody>" + body + "</tbody><tfoot>" + [["Surcharges", invoice.liColTotal("lineItemTotal", "itemType='SU'")],
+    ["Taxes", invoice.liColTotal("lineItemTotal", "itemType='TA'")], ["Total", invoice.getInvoiceAmountToPay()]].map(function (sum) {
+    return "<tr><th>" + sum[0] + "</th><td class=\"money\">" + text.money(sum[1]) + "</td></tr>";
+  }).join("") + "</tfoot></table>";
+};
+
+// The tickets that a page was asked for, "1100" or "1100-1101".
+exports.asked = function () {
+  return String(Request.query.tickets || Request.query.ticket || "").split("-").map(text.whole).filter(function (one) { return one > 0; }).slice(0, 40);
+};
+
+exports.header = function (number) {
+  var found = Database.query("select t.ticketNumber, t.invoiceNumber, t.dueDate, t.pickupTime, t.netTotal, t.amountPaid, t.employeeName, t.storeName, t.dateout, c.customername, " +
+                             "c.firstName, c.lastName, dbo.formatPhone(c.MainAreaCode, c.MainPhone) as phone from Ticket t " +
+                             "left join TicketCustomer c on c.ticketNumber = t.ticketNumber where t.ticketNumber = " + number);
+  if (found.EOF) return null;
+  return text.rows(found, function (field) {
+    return {
+      number: number, invoice: field("invoiceNumber"), due: field("dueDate"), time: field("pickupTime"), total: field("netTotal"), paid: field("amountPaid"),
+      employee: field("employeeName"), store: field("storeName"), out: field("dateout"), phone: field("phone"),
+      customer: field("customername") || ((field("firstName") || "") + " " + (field("lastName") || ""))
+    };
+  })[0];
+};
+
+exports.loaded = function (number) {
+  var invoice = tickets.made();
+  invoice.getInvoiceDetailsForPrinting(number);
+  return invoice;
+};

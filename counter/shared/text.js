@@ -1,0 +1,32 @@
+// Values as the screen shows them and as SQL takes them.
+exports.encoded = function (value) {
+  return Server.HTMLEncode(value === null || value === undefined ? "" : String(value));
+};
+
+exports.money = function (value) {
+  return (value < 0 ? "-$" : "$") + Math.abs(value || 0).toFixed(2);
+};
+
+exports.day = function (date) {
+  if (!date) return "";
+  var names = ["Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"];
+  return names[date.getDay()] + " " + (date.getMonth() + 1) + "/" + date.getDate() + "/" + date.getFullYear();
+};
+
+// A text as a literal of SQL.
+exports.quoted = function (value) {
+  return "'" + String(value).replace(/'/g, "''") + "'";
+};
+
+// A whole number that came from a browser; anything else is 0.
+exports.whole = function (value) {
+  return /^-?\d{1,9}$/.test(String(value)) ? Number(value) : 0;
+};
+
+// The rows of a Recordset as the results of a function that gets its fields by name.
+exports.rows = function (recordset, made) {
+  var all = [];
+  function field(name) { return recordset.Fields(name).Value; }
+  for (; !recordset.EOF; recordset.MoveNext()) all.push(made(field));
+  return all;
+};

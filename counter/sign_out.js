@@ -1,0 +1,3 @@
+// The end of a clerk's turn.
+if (Request.method === "POST") Server.signOut();
+Response.redirect("/");

@@ -1,0 +1,36 @@
+// The entry screen.
+var layout = Server.include("shared/layout.js");
+var desk = Server.include("shared/desk.js");
+var text = Server.include("shared/text.js");
+var fragments = Server.include("shared/fragments.js");
+var customers = Server.include("shared/customers.js");
+
+if (!desk.staffed()) return;
+var invoice = Session.invoice;
+if (!invoice) return layout.notice("Ticket", "No ticket is being written.", "/", "Find a customer");
+
+var department = text.whole(Request.query.department) || invoice.getFirstDeptId() || "";
+var paper = fragments.paper(invoice, 0);
+var customer = customers.byId(invoice.custSeqNumber);
+var title = (customer ? customer.name : "Ticket") + (invoice.isAdd ? "" : ", invoice " + invoice.invoiceNo);
+
+layout.page(title,
+  "<div class=\"desk\" data-department=\"" + text.encoded(department) + "\"><section aria-label=\"Price list\">" +
+  "<div class=\"departments\">" + invoice.htmlDepartments(department) + "</div>" +
+  "<div id=\"groups\"></div><div id=\"filter\" hidden><label for=\"brand\">Brand begins with</label><input id=\"brand\" autocomplete=\"off\"></div>" +
+  "<div id=\"panel\">" + fragments.panel(invoice, "it", department, 0, "") + "</div></section>" +
+  "<section class=\"paper\" aria-label=\"Ticket\"><p id=\"problem\" class=\"problem\" role=\"alert\" hidden></p>" +
+  "<div id=\"seals\">" + paper.seals + "</div><div id=\"lines\">" + paper.lines + "</div>" +
+  "<div class=\"functions\" id=\"line-tools\" hidden><button data-tool=\"fewer\" aria-label=\"One piece less\">&minus;</button>" +
+  "<button data-tool=\"more\" aria-label=\"One piece more\">+</button><button data-tool=\"notes\">Notes</button><button data-tool=\"price\">Price</button>" +
+  "<button data-tool=\"redo\">Redo</button><button data-tool=\"remove\">Remove</button></div>" +
+  "<form id=\"entry\" hidden><label for=\"entered\"></label><input id=\"entered\" autocomplete=\"off\"><button>OK</button><button type=\"button\" data-cancel>Cancel</button></form>" +
+  "<div id=\"due\"></div>" +
+  "<div id=\"totals\" aria-live=\"polite\">" + paper.totals + "</div>" +
+  "<details><summary>Due date</summary><div id=\"ticket-due\"></div></details>" +
+  "<details><summary>Coupons</summary><div id=\"coupons\">" + paper.coupons + "</div></details>" +
+  "<details><summary>Charge</summary><div id=\"charge\">" + invoice.htmlAddChargeDetail() + "</div></details>" +
+  "<details><summary>Preferences</summary><div id=\"preferences\">" + paper.preferences + "</div><div id=\"preference-list\">" + invoice.htmlPreferenceList() + "</div></details>" +
+  "<details><summary>Similar tickets</summary><div id=\"similar\"></div></details>" +
+  "<div class=\"finish\">" + layout.button("/ticket/finish", "Finish", {}, { kind: "main" }) + layout.button("/ticket/drop", "Give up", {}, { kind: "quiet" }) + "</div></section></div>",
+  { scripts: ["ticket.js"] });

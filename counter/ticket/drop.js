@@ -1,0 +1,3 @@
+// The ticket in progress is given up.
+if (Request.method === "POST") delete Session.invoice;
+Response.redirect("/");

@@ -1,0 +1,8 @@
+// A new ticket for a customer.
+var tickets = Server.include("shared/tickets.js");
+var layout = Server.include("shared/layout.js");
+var text = Server.include("shared/text.js");
+
+if (Request.method !== "POST") return Response.redirect("/");
+if (!tickets.start(text.whole(Request.form.customer))) return layout.notice("Ticket", "There is no such customer.", "/", "Find a customer");
+Response.redirect("/ticket");
