@@ -100,8 +100,9 @@
     [".li-it", function (one) { click("item", { id: one.id.substr(2), quantity: 1 }).then(function () { at.group = "it"; }); }],
     [".pli", function (one) {
       var group = one.id.substr(0, 2);
+      // Upcharges are counted for each piece, descriptors for all of them.
       click(descriptors[group], {
-        id: one.id.substr(2), name: one.textContent.trim(), group: group, on: one.classList.contains("plisel"), quantity: pieces()
+        id: one.id.substr(2), name: one.textContent.trim(), group: group, on: one.classList.contains("plisel"), quantity: group === "up" ? 1 : pieces()
       });
     }],
     [".lineitem", function (one) {

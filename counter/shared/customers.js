@@ -51,7 +51,7 @@ exports.openTickets = function (id) {
   var today = Server.now();
   return text.rows(Database.query(
     "select t.ticketNumber, t.invoiceNumber, t.invoiceType, t.ticketStatus, t.dueDate, t.netTotal, t.amountPaid, " +
-    "(select sum(l.quantity) from TicketLineItem l where l.ticketNumber = t.ticketNumber and l.itemType in ('IT','DE')) as pieces " +
+    "(select sum(l.quantity) from TicketLineItem l where l.ticketNumber = t.ticketNumber and l.ticketLineType in ('IT','DE')) as pieces " +
     "from Ticket t where t.customerSequenceNumber = " + text.whole(id) + " and t.ticketStatus <> 'FI' and t.ticketStatus <> 'VO' " +
     "order by t.dueDate, t.ticketNumber"), function (field) {
     return {

@@ -6,19 +6,24 @@ function row(name, amount) {
   return "<tr><td>" + text.encoded(name) + "</td><td class=\"money\">" + text.money(amount) + "</td></tr>";
 }
 
-// The lines of an invoice with its sums, as one table.
+// The lines of an invoice with its sums, as one table. What lies between the lines and the total besides surcharges
+// and taxes are the discounts of all kinds.
 exports.lines = function (invoice) {
+  var listed = 0;
   var body = text.rows(invoice.getLineItemsGroupDetails(), function (field) {
     var pieces = field("quantity");
+    listed += field("total");
     var small = [field("colorPatternDesc"), field("upchargeDesc")].filter(function (one) { return one; }).map(function (one) {
       return "<tr><td class=\"small\" colspan=\"2\">" + text.encoded(one) + "</td></tr>";
     }).join("");
     return row((pieces > 0 ? pieces + " " : "") + field("itemDesc"), field("total")) + small;
   }).join("");
-  return "<table><tbody>" + body + "</tbody><tfoot>" + [["Surcharges", invoice.liColTotal("lineItemTotal", "itemType='SU'")],
-    ["Taxes", invoice.liColTotal("lineItemTotal", "itemType='TA'")], ["Total", invoice.getInvoiceAmountToPay()]].map(function (sum) {
-    return "<tr><th>" + sum[0] + "</th><td class=\"money\">" + text.money(sum[1]) + "</td></tr>";
-  }).join("") + "</tfoot></table>";
+  var surcharges = invoice.liColTotal("lineItemTotal", "itemType='SU'");
+  var taxes = invoice.liColTotal("lineItemTotal", "itemType='TA'");
+  var total = invoice.getInvoiceAmountToPay();
+  var discounts = Math.round((total - surcharges - taxes - listed) * 100) / 100;
+  return "<table><tbody>" + body + "</tbody><tfoot>" + (discounts ? row("Discounts", discounts) : "") + row("Surcharges", surcharges) +
+         row("Taxes", taxes) + row("Total", total) + "</tfoot></table>";
 };
 
 // The tickets that a page was asked for, "1100" or "1100-1101".
