@@ -19,6 +19,7 @@
 
   // A second press of a button does nothing while the first is under way.
   document.addEventListener("submit", function (event) {
+    if (event.defaultPrevented) return;
     if (event.target.dataset.sent) return event.preventDefault();
     event.target.dataset.sent = "yes";
     setTimeout(function () { delete event.target.dataset.sent; }, 4000);

@@ -63,7 +63,6 @@
     event.preventDefault();
     place("entry").hidden = true;
     entering(place("entered").value);
-    delete event.target.dataset.sent;
   });
   document.querySelector("[data-cancel]").addEventListener("click", function () { place("entry").hidden = true; });
 

@@ -8,6 +8,7 @@ var employee = desk.employee();
 if (!employee) return Response.redirect("/employee");
 
 invoice.saveInvoice(tickets.saveAction(invoice), employee.id, desk.terminal, "0", employee.name, desk.storeName(), true);
+invoice.insertTagsForTicket(false);
 var numbers = tickets.numbers(invoice);
 delete Session.invoice;
 Session.finished = false;
