@@ -7,6 +7,9 @@
 -- Money is money, a percentage is decimal(9,4) with 8.25 for 8.25 %, a yes or no is bit, a moment is
 -- datetime. Weekdays are numbered from Monday = 1. Names keep to 64 characters and notes to 255, which is
 -- what the lines of an invoice can hold.
+--
+-- What the library does not ask of a store's server carries the note "own": tables and columns that serve
+-- the procedures of the embedded engine, keys, and what makes the sample store readable.
 
 
 -- ---------------------------------------------------------------------------------------------------
@@ -16,12 +19,12 @@
 -- A shop: its address and the promises it makes when nothing else is said.
 create table Store (
   storeId int not null primary key,
-  name varchar(64),
-  address varchar(128),
-  city varchar(64),
-  state varchar(2),
-  zipCode varchar(10),
-  phone varchar(20),
+  name varchar(64),  -- own
+  address varchar(128),  -- own
+  city varchar(64),  -- own
+  state varchar(2),  -- own
+  zipCode varchar(10),  -- own
+  phone varchar(20),  -- own
   defaultpickuptime varchar(20),
   defaultProcessingDays int
 );
@@ -42,7 +45,7 @@ create table StoreHoliday (
   storeid int not null,
   firstDay datetime not null,
   duration int not null default 1,
-  description varchar(64)
+  description varchar(64)  -- own
 );
 create index StoreHolidayByStore on StoreHoliday (storeid);
 
@@ -51,7 +54,7 @@ create table StorePaymentType (
   storeId int not null,
   paymentTypeName varchar(20) not null,
   doNotOpenCashDrawer bit,
-  displaySequence int not null default 0
+  displaySequence int not null default 0  -- own
 );
 create index StorePaymentTypeByStore on StorePaymentType (storeId);
 
@@ -69,8 +72,8 @@ create table miscsetup (
 -- A counter terminal; a fixed request file name makes it reuse one file for card requests.
 create table terminal (
   terminalid int not null primary key,
-  storeId int,
-  terminalName varchar(64),
+  storeId int,  -- own
+  terminalName varchar(64),  -- own
   creditCardRequestFilename varchar(255)
 );
 
@@ -78,14 +81,14 @@ create table terminal (
 create table employee (
   employeeid int not null primary key,
   employeename varchar(64),
-  storeId int,
-  active bit not null default 1
+  storeId int,  -- own
+  active bit not null default 1  -- own
 );
 
 -- A delivery route and the weekdays on which it is driven.
 create table route (
   routeNumber int not null primary key,
-  routeName varchar(64),
+  routeName varchar(64),  -- own
   deliverySun bit not null default 0,
   deliveryMon bit not null default 0,
   deliveryTue bit not null default 0,
@@ -103,7 +106,7 @@ create table route (
 -- A price list with the terms of its VIP discount and its referral credit.
 create table PriceList (
   PriceListId int not null primary key,
-  name varchar(64),
+  name varchar(64),  -- own
   disable bit not null default 0,
   VIPMinQualAmount money,
   VIPValidWithOtherOffers bit,
@@ -237,7 +240,7 @@ create index descriptorByName on descriptor (name);
 create table descriptorgroup (
   descriptorgroupid int not null primary key,
   type varchar(20),
-  name varchar(64),
+  name varchar(64),  -- own
   displayorder int not null default 0
 );
 
@@ -250,7 +253,7 @@ create table rushupcharge (
 create index rushupchargeByStore on rushupcharge (storeid, daystoprocess);
 
 -- The stock of a sold item, in pieces.
-create table inventory (
+create table inventory (  -- own
   priceListItemId int not null primary key,
   quantityOnHand int not null default 0
 );
@@ -371,7 +374,7 @@ create index DiscountByPriceList on Discount (priceListID, discountType);
 
 -- A department, or one item of it, that an offer is for. An offer without rows is for the whole invoice.
 create table DiscountDepartment (
-  discountDepartmentID int identity primary key,
+  discountDepartmentID int identity primary key,  -- own
   discountID int,
   departmentID int,
   minPieceCount int,
@@ -382,7 +385,7 @@ create index DiscountDepartmentByDiscount on DiscountDepartment (discountID, dep
 
 -- What must be on the invoice in a department before an offer is made at all.
 create table DiscountDepartmentRule (
-  discountDepartmentRuleID int identity primary key,
+  discountDepartmentRuleID int identity primary key,  -- own
   discountid int,
   departmentid int,
   MinPieceCount int,
@@ -492,7 +495,7 @@ create index customerdeliveryByCustomer on customerdelivery (customersequencenum
 
 -- Something that the driver has to do for a customer.
 create table deliverywillcall (
-  deliverywillcallid int identity primary key,
+  deliverywillcallid int identity primary key,  -- own
   customersequencenumber int,
   actionrequired varchar(20),
   ticketnumber int
@@ -500,17 +503,17 @@ create table deliverywillcall (
 
 -- The addressees of a letter run.
 create table marketingLettersCSN (
-  customerSequenceNumber int not null,
-  customerName varchar(128),
-  firstName varchar(64),
-  lastName varchar(64),
-  address1 varchar(64),
-  address2 varchar(64),
-  city varchar(64),
-  state varchar(2),
-  zipCode varchar(10),
-  email varchar(128),
-  letterDate datetime
+  customerSequenceNumber int not null,  -- own
+  customerName varchar(128),  -- own
+  firstName varchar(64),  -- own
+  lastName varchar(64),  -- own
+  address1 varchar(64),  -- own
+  address2 varchar(64),  -- own
+  city varchar(64),  -- own
+  state varchar(2),  -- own
+  zipCode varchar(10),  -- own
+  email varchar(128),  -- own
+  letterDate datetime  -- own
 );
 
 
@@ -523,11 +526,11 @@ create table marketingLettersCSN (
 -- surcharges before any discount, netTotal what is to be paid.
 create table Ticket (
   ticketNumber int not null primary key,
-  storeId int,
+  storeId int,  -- own
   invoiceNumber varchar(20),
   invoiceType varchar(1),
   ticketStatus varchar(2),
-  onHold bit not null default 0,
+  onHold bit not null default 0,  -- own
   priceListId int,
   routeNumber int,
   customerSequenceNumber int,
@@ -536,23 +539,23 @@ create table Ticket (
   createdDate datetime,
   createdByEmployeeId int,
   lastModifiedDate datetime,
-  lastModifiedByEmployeeId int,
-  employeeName varchar(64),
-  storeName varchar(64),
-  terminalId int,
+  lastModifiedByEmployeeId int,  -- own
+  employeeName varchar(64),  -- own
+  storeName varchar(64),  -- own
+  terminalId int,  -- own
   dueDate datetime,
   pickupTime varchar(20),
-  firstVisit bit not null default 0,
+  firstVisit bit not null default 0,  -- own
   amountPaid money not null default 0,
   invoiceTotal money not null default 0,
   netTotal money not null default 0,
-  taxTotal money not null default 0,
-  surchargeTotal money not null default 0,
-  vipQualifyingAmount money not null default 0,
-  couponTotal money not null default 0,
-  promotionTotal money not null default 0,
-  priceChangeTotal money not null default 0,
-  accessoryTotal money not null default 0,
+  taxTotal money not null default 0,  -- own
+  surchargeTotal money not null default 0,  -- own
+  vipQualifyingAmount money not null default 0,  -- own
+  couponTotal money not null default 0,  -- own
+  promotionTotal money not null default 0,  -- own
+  priceChangeTotal money not null default 0,  -- own
+  accessoryTotal money not null default 0,  -- own
   prepayEnabled bit not null default 0,
   lotid int,
   dateout datetime
@@ -634,7 +637,7 @@ create index TicketLineItemByItem on TicketLineItem (lineItemID, ticketLineType)
 
 -- What was changed on a stored ticket: A added, D deleted, C quantity changed, O price overridden.
 create table TicketLogItem (
-  ticketLogItemID int identity primary key,
+  ticketLogItemID int identity primary key,  -- own
   ticketNumber int,
   logDate datetime,
   logType varchar(2),
@@ -647,7 +650,7 @@ create index TicketLogItemByTicket on TicketLogItem (ticketNumber);
 
 -- What happened to a ticket, by whom: R released to the customer, M modified.
 create table ticketlog (
-  ticketlogid int identity primary key,
+  ticketlogid int identity primary key,  -- own
   ticketnumber int,
   logdate datetime,
   logtype varchar(2),
@@ -689,9 +692,9 @@ create table redoCust (
 
 -- A place on the rack where pieces of a ticket hang.
 create table rackassignment (
-  rackassignmentid int identity primary key,
+  rackassignmentid int identity primary key,  -- own
   ticketnumber int,
-  racklocation varchar(20)
+  racklocation varchar(20)  -- own
 );
 create index rackassignmentByTicket on rackassignment (ticketnumber);
 
@@ -740,7 +743,7 @@ create table validheatsealranges (
 
 -- A payment as it was tendered at a terminal. The procedure that follows the insert books it and takes it out.
 create table TerminalPayment (
-  terminalPaymentId int identity primary key,
+  terminalPaymentId int identity primary key,  -- own
   terminalId int,
   paymentNumber int,
   paymentType varchar(20),
@@ -759,8 +762,8 @@ create index TerminalPaymentByTerminal on TerminalPayment (terminalId);
 -- An approved card sale and how much of it has been used.
 create table cardpayment (
   transactionid varchar(50) not null primary key,
-  customersequencenumber int,
-  amount money not null default 0,
+  customersequencenumber int,  -- own
+  amount money not null default 0,  -- own
   amountapplied money
 );
 
@@ -773,7 +776,7 @@ create table GIFTCARD (
 
 -- Somebody other than the customer who collected without a receipt.
 create table claimReceipt (
-  claimReceiptId int identity primary key,
+  claimReceiptId int identity primary key,  -- own
   name varchar(128),
   relationship varchar(64),
   identificationType varchar(64),
@@ -797,7 +800,7 @@ create table XChargeTransaction (
 
 -- A charge of a batch. Stage: 1 with the card program, 2 lost, 3 approved, -2 refused, 0 booked, -3 withdrawn.
 create table PaymentBatch (
-  paymentBatchId int identity primary key,
+  paymentBatchId int identity primary key,  -- own
   BatchID int,
   CustomerSequenceNumber int,
   EmployeeInitiated int,
@@ -838,7 +841,7 @@ create index creditcardtypedomainByName on creditcardtypedomain (storeid, name);
 -- ---------------------------------------------------------------------------------------------------
 
 -- The next number to hand out: TICKET over all shops (store 0), INVOICE and TAG per shop.
-create table NumberCounter (
+create table NumberCounter (  -- own
   storeId int not null,
   counterName varchar(20) not null,
   nextNumber int not null default 1
@@ -846,7 +849,7 @@ create table NumberCounter (
 create index NumberCounterByName on NumberCounter (counterName, storeId);
 
 -- Money booked: the part of a payment that went to one ticket, or with no ticket to the account.
-create table Payment (
+create table Payment (  -- own
   paymentId int identity primary key,
   paymentDate datetime,
   paymentAction varchar(20),
@@ -870,7 +873,7 @@ create index PaymentByTicket on Payment (ticketNumber);
 create index PaymentByCustomer on Payment (customerSequenceNumber, paymentDate);
 
 -- A ticket handed out: when, by whom, against which signature or claim.
-create table TicketPickup (
+create table TicketPickup (  -- own
   ticketPickupId int identity primary key,
   ticketNumber int,
   pickupDate datetime,
@@ -886,7 +889,7 @@ create table TicketPickup (
 create index TicketPickupByTicket on TicketPickup (ticketNumber);
 
 -- A charge or credit on a customer's account that no ticket stands for. chargeType is C credit, D debit.
-create table MiscCharge (
+create table MiscCharge (  -- own
   miscChargeId int identity primary key,
   storeId int,
   employeeId int,
@@ -902,7 +905,7 @@ create table MiscCharge (
 create index MiscChargeByCustomer on MiscCharge (customerSequenceNumber);
 
 -- A message that waits for the conveyor.
-create table ConveyorQueue (
+create table ConveyorQueue (  -- own
   conveyorQueueId int identity primary key,
   action varchar(20),
   ticketNumber int,

@@ -34,7 +34,9 @@ int loadSample(const std::string& connectionString) {
 }
 
 int check(const std::string& connectionString) {
-  const std::vector<std::string> findings = checkDatabase(*open(connectionString));
+  const CheckedStore store =
+      isEmbeddedConnectionString(connectionString) ? CheckedStore::Embedded : CheckedStore::Server;
+  const std::vector<std::string> findings = checkDatabase(*open(connectionString), store);
   for (const std::string& finding : findings) std::puts(finding.c_str());
   if (findings.empty()) std::puts("complete");
   return findings.empty() ? 0 : 1;
@@ -63,7 +65,8 @@ void addDatabaseCommand(CLI::App& app, int& exitCode) {
   for (const Action& action : kActions) {
     CLI::App* command = database->add_subcommand(action.name, action.description);
     command
-        ->add_option("CONNECTION", *connectionString, "Connection string: \"Driver=Embedded;Database=PATH\"")
+        ->add_option("CONNECTION", *connectionString,
+                     "Connection string: \"Driver=Embedded;Database=PATH\", or that of a SQL Server")
         ->required();
     command->callback([&action, connectionString, &exitCode] { exitCode = action.run(*connectionString); });
   }

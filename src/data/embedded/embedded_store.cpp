@@ -215,24 +215,4 @@ void loadSampleStore(Connection& connection) {
   connection.commit();
 }
 
-std::vector<std::string> checkDatabase(Connection& connection) {
-  std::vector<std::string> findings;
-  for (const std::string_view statement : splitScript(schemaText())) {
-    const SchemaStatement declared = readSchemaStatement(statement);
-    if (declared.kind != SchemaStatement::Kind::Table) continue;
-    const TableDefinition& table = declared.table;
-    RecordsetRef rows;
-    try {
-      rows = connection.query(fmt::format("select * from {} where 1 = 0", table.name));
-    } catch (const Error& error) {
-      findings.push_back(fmt::format("Table {} cannot be read: {}", table.name, error.description()));
-      continue;
-    }
-    for (const ColumnDefinition& column : table.columns)
-      if (!rows->hasColumn(column.name))
-        findings.push_back(fmt::format("Table {} has no column {}", table.name, column.name));
-  }
-  return findings;
-}
-
 }  // namespace ondrel

@@ -52,7 +52,13 @@ void runScript(Connection& connection, std::string_view script);
 void createSchema(Connection& connection);
 void loadSampleStore(Connection& connection);
 
-// What a database lacks of the tables and columns of a store, in plain words; nothing when it lacks nothing.
-std::vector<std::string> checkDatabase(Connection& connection);
+// What a database lacks that the library asks of it, a sentence each; nothing when it lacks nothing.
+//
+// | store    | tables and columns                      | procedures and functions     |
+// |----------|-----------------------------------------|------------------------------|
+// | Embedded | all of the schema                       | are built in                 |
+// | Server   | all but those with the note "own"       | those of the server's catalogue |
+enum class CheckedStore { Embedded, Server };
+std::vector<std::string> checkDatabase(Connection& connection, CheckedStore store = CheckedStore::Embedded);
 
 }  // namespace ondrel

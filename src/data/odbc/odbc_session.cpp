@@ -35,7 +35,9 @@ void refuseTrafficLog(const OdbcHandle& connection) {
 
 // The driver would complete the connection string, password included; nobody takes it.
 OdbcSession::OdbcSession(SQLHANDLE environment, const OdbcTarget& target)
-    : password_(target.password), connection_(SQL_HANDLE_DBC, environment) {
+    : password_(target.password),
+      connection_(SQL_HANDLE_DBC, environment),
+      beginsAtOnce_(target.beginsAtOnce) {
   refuseTrafficLog(connection_);
   SQLSetConnectAttr(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT,
                     number(static_cast<std::uintptr_t>(target.loginSeconds)), SQL_IS_UINTEGER);
@@ -75,6 +77,17 @@ void OdbcSession::setTimeout(int seconds) {
 
 RecordsetRef OdbcSession::run(std::string_view sql, bool fetch) {
   requireUse();
+  try {
+    RecordsetRef table = runOnce(sql, fetch);
+    open_ = state_ == State::InTransaction;
+    return table;
+  } catch (const Error&) {
+    if (state_ == State::InTransaction && open_) noteRollback();
+    throw;
+  }
+}
+
+RecordsetRef OdbcSession::runOnce(std::string_view sql, bool fetch) {
   const SQLRETURN executed =
       SQLExecDirect(statement_.get(), characters(sql), static_cast<SQLINTEGER>(sql.size()));
   RecordsetRef table;
@@ -86,6 +99,19 @@ RecordsetRef OdbcSession::run(std::string_view sql, bool fetch) {
   }
   SQLFreeStmt(statement_.get(), SQL_CLOSE);
   return table;
+}
+
+// Some errors make the server roll the transaction back, a failed conversion for one; what follows would
+// then take effect on its own. Another store does not know the question, which answers it as well.
+void OdbcSession::noteRollback() {
+  try {
+    const RecordsetRef answer = runOnce("select @@trancount", true);
+    if (!answer->isOpen() || answer->eof() || answer->integer(Column(0)) != 0) return;
+    state_ = State::Over;
+    reason_ = "the server rolled it back when a statement failed";
+  } catch (const Error&) {
+    return;
+  }
 }
 
 // The error of a later statement of a batch shows only when its result is asked for, so all are.
@@ -125,6 +151,7 @@ void OdbcSession::begin() {
                 "Only one transaction can be active on this connection");
   check(setAutocommit(false), connection_);
   state_ = State::InTransaction;
+  open_ = beginsAtOnce_;
 }
 
 // Ending a transaction opens the next with one driver; the switch back closes that.
@@ -178,7 +205,7 @@ void OdbcSession::check(SQLRETURN code, const OdbcHandle& handle) {
 }
 
 // A lost connection comes as a general error first, so the driver is asked after each.
-void OdbcSession::fail(const OdbcHandle& handle, std::string_view before) {
+void OdbcSession::fail(const OdbcHandle& handle) {
   const OdbcDiagnosis said = diagnosisOf(handle);
   const bool lost = said.isConnectionLoss() || isLost();
   const bool inTransaction = state_ == State::InTransaction;
@@ -188,8 +215,9 @@ void OdbcSession::fail(const OdbcHandle& handle, std::string_view before) {
   } else if (lost) {
     state_ = State::Lost;
   }
-  const Error error = odbcError(said, before);
-  throw Error(lost ? ErrorNumber::ConnectionFailed : error.code(), kOdbcSource,
+  const Error error = odbcError(said, lost ? "The connection to the server is lost: " : "");
+  const bool keepsNumber = !lost || said.isTimeout();
+  throw Error(keepsNumber ? error.code() : ErrorNumber::ConnectionFailed, kOdbcSource,
               withoutPassword(error.description()));
 }
 

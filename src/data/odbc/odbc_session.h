@@ -18,7 +18,7 @@ inline constexpr int kOdbcTimeoutSeconds = 30;
 // | a failure                            | in a transaction                   | outside of one    |
 // |--------------------------------------|------------------------------------|-------------------|
 // | of a statement                       | it goes on                         |                   |
-// | as the victim of a deadlock          | it is over: nothing more is sent   |                   |
+// | for which the server rolled it back  | it is over: nothing more is sent   |                   |
 // | because the connection is lost       | it is over: nothing more is sent   | isLost            |
 // | of a commit, whatever the reason     | in doubt: nothing more is sent     |                   |
 class OdbcSession {
@@ -47,10 +47,12 @@ class OdbcSession {
 
   void requireUse() const;
   void check(SQLRETURN code, const OdbcHandle& handle);
-  [[noreturn]] void fail(const OdbcHandle& handle, std::string_view before = "");
+  [[noreturn]] void fail(const OdbcHandle& handle);
   SQLRETURN setAutocommit(bool on);
   SQLRETURN endTransaction(SQLSMALLINT how);
+  RecordsetRef runOnce(std::string_view sql, bool fetch);
   RecordsetRef readResults(SQLRETURN executed, bool fetch);
+  void noteRollback();
   std::string withoutPassword(std::string text) const;
 
   std::string password_;
@@ -58,6 +60,8 @@ class OdbcSession {
   OdbcHandle statement_;
   OdbcResult result_;
   State state_ = State::Free;
+  bool beginsAtOnce_ = false;
+  bool open_ = false;   // the transaction is known to be open on the server
   std::string reason_;  // why it is over
   int timeoutSeconds_ = -1;
 };

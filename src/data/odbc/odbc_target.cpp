@@ -308,6 +308,7 @@ OdbcTarget odbcTarget(const ConnectionSettings& settings, const OdbcMachine& mac
   OdbcTarget target;
   target.text = targetText(parts, chosen);
   target.password = parts.value(Keyword::Password);
+  target.beginsAtOnce = chosen.family == Family::FreeTds;
   if (target.password.empty() && !chosen.source.empty())
     target.password = machine.sourceValue(chosen.source, "PWD");
   if (const auto* part = parts.find(Keyword::Pooling)) target.pool.pooled = isYes(part->value);

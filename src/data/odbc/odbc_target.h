@@ -21,8 +21,9 @@ struct PoolSettings {
 
 // What the driver manager is to be told.
 struct OdbcTarget {
-  std::string text;      // for the driver manager; holds the password
-  std::string password;  // which must not be shown
+  std::string text;           // for the driver manager; holds the password
+  std::string password;       // which must not be shown
+  bool beginsAtOnce = false;  // a transaction opens when autocommit goes off, not with the next statement
   int loginSeconds = 15;
   PoolSettings pool;
 };

@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <thread>
@@ -13,6 +14,7 @@
 #include "data/embedded/procedures/procedure.h"
 #include "data/odbc/odbc_connection.h"
 #include "data/query_database.h"
+#include "support/fake_database.h"
 #include "support/odbc_double/odbc_double.h"
 
 namespace ondrel {
@@ -110,7 +112,32 @@ TEST(EmbeddedStore, CheckNamesWhatIsMissing) {
   const std::vector<std::string> findings = checkDatabase(*connection);
   ASSERT_EQ(findings.size(), 2U);
   EXPECT_EQ(findings[0], "Table employee has no column employeename");
-  EXPECT_EQ(findings[1], "Table Tax cannot be read: Invalid object name 'Tax'.");
+  EXPECT_EQ(findings[1], "Table Tax is missing");
+}
+
+// A server need not have what only the embedded engine uses, but its own procedures and functions.
+TEST(EmbeddedStore, CheckOfAServerAsksItsCatalogue) {
+  FakeDatabase server;
+  Apartment apartment;
+  server.attachTo(apartment);
+  const auto connection = apartment.connect({});
+  const auto has = [&](std::string_view finding) {
+    return std::ranges::count(checkDatabase(*connection, CheckedStore::Server), finding) == 1;
+  };
+  server.answer("sysobjects where xtype in ('P'", tableOf({"name"}, {{"insertticket"}, {"UpdateTicket"}}));
+  server.answer("sysobjects where xtype in ('FN'", tableOf({"name"}, {{"formatPhone"}}));
+  server.answer("from Store where", tableOf({"STOREID", "defaultpickuptime"}, {}));
+  EXPECT_FALSE(has("Procedure InsertTicket is missing"));
+  EXPECT_TRUE(has("Procedure InsertPayment is missing"));
+  EXPECT_FALSE(has("Function formatPhone is missing"));
+  EXPECT_TRUE(has("Function getCustomerVisits is missing"));
+  EXPECT_TRUE(has("Table Store has no column defaultProcessingDays"));
+  EXPECT_FALSE(has("Table Store has no column storeId"));
+  EXPECT_FALSE(has("Table Store has no column address"));
+  EXPECT_TRUE(has("Table Ticket has no column dateout"));
+  server.take();
+  checkDatabase(*connection, CheckedStore::Server);
+  EXPECT_EQ(std::ranges::count(server.take(), "select * from numbercounter where 1 = 0"), 0);
 }
 
 TEST(EmbeddedStore, ForgetsTablesOfADiscardedTransaction) {

@@ -265,13 +265,22 @@ TEST_F(OdbcConnections, SendNothingMoreOnceATransactionIsOver) {
     EXPECT_THAT(seen(), ElementsAre("<rollback>", "<disconnect>", "<connect>", "<autocommit off>", "insert e",
                                     "<commit>", "<autocommit on>"));
   }
-  openTransaction(page);
-  server.answer("insert f", {failure("23000", 2627, "key")});
-  EXPECT_THROW(executeInTransaction(page, "insert f"), Error);
-  executeInTransaction(page, "insert g");
+  server.answer("insert f", {failure("22018", 245, "Conversion failed")});
+  const auto afterFailure = [&](std::int64_t transactions) {
+    server.answer("select @@trancount", {rowsOf({{"", SQL_INTEGER, 10}}, {{transactions}})});
+    openTransaction(page);
+    executeInTransaction(page, "insert a");
+    EXPECT_THROW(executeInTransaction(page, "insert f"), Error);
+    return errorOf([&] { executeInTransaction(page, "insert g"); });
+  };
+  EXPECT_EQ(afterFailure(1), 0) << "any other failure leaves it open";
   commitTransaction(page);
-  EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "insert f", "insert g", "<commit>", "<autocommit on>"))
-      << "any other failure leaves it open";
+  EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "insert a", "insert f", "select @@trancount",
+                                  "insert g", "<commit>", "<autocommit on>"));
+  EXPECT_NE(afterFailure(0), 0) << "unless the server rolled it back";
+  closeTransaction(page);
+  EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "insert a", "insert f", "select @@trancount",
+                                  "<rollback>", "<disconnect>"));
 }
 
 TEST_F(OdbcConnections, ReportAFailedCommitAsInDoubt) {
