@@ -8,6 +8,7 @@
 #include "automation/class_factory.h"
 #include "automation/classes/class_tables.h"
 #include "base/text.h"
+#include "services/helper_functions.h"
 
 namespace ondrel {
 namespace {
@@ -62,6 +63,16 @@ std::string section(const ClassTable& table) {
   return text + "```\n";
 }
 
+constexpr std::string_view kConversionEnum = "StrConvOptionsEnum";
+
+std::string enumSection() {
+  std::string text =
+      fmt::format("## {}\n\nOptions of `HelperFunctions.ASPStrConv`.\n\n```vb\n", kConversionEnum);
+  for (const ConversionName& row : conversionNames())
+    text += fmt::format("{} = {}\n", row.name, static_cast<int>(row.option));
+  return text + "```\n";
+}
+
 }  // namespace
 
 std::string describeClasses() {
@@ -73,10 +84,11 @@ std::string describeClasses() {
   });
   std::string text(kIntroduction);
   for (size_t k = 0; k < tables.size(); ++k) text += (k > 0 ? "\n" : "") + section(*tables[k]);
-  return text;
+  return text + "\n" + enumSection();
 }
 
 std::string describeClass(std::string_view name) {
+  if (equalsIgnoringCase(name, kConversionEnum)) return enumSection();
   const PublicClass* const row = findPublicClass(name);
   for (const ClassTable* table : classTables())
     if (equalsIgnoringCase(table->className(), row ? row->name : name)) return section(*table);

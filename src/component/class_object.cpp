@@ -17,6 +17,7 @@ std::atomic<long> heldCount = 0;
 const IClassFactoryVtbl ClassObject::kTable = {queryInterface, addReference, release, createInstance,
                                                lockServer};
 
+// cppcheck-suppress uninitDerivedMemberVar
 ClassObject::ClassObject(const PublicClass* row) : IClassFactory{&kTable}, row_(row) {
   ++heldCount;
 }

@@ -1,5 +1,6 @@
 #include "component/dispatch_object.h"
 
+#include <memory>
 #include <mutex>
 #include <unordered_map>
 
@@ -30,6 +31,7 @@ const IDispatchVtbl DispatchObject::kTable = {
     queryInterface, addReference, release, countTypeInfos, typeInfo, idsOfNames, invoke,
 };
 
+// cppcheck-suppress uninitDerivedMemberVarPrivate
 DispatchObject::DispatchObject(const ObjectRef& object, const ClassTable& table)
     : IDispatch{&kTable}, object_(object), class_(table) {}
 
@@ -39,16 +41,18 @@ IDispatch* DispatchObject::of(const ObjectRef& object) {
 
 IDispatch* DispatchObject::of(const ObjectRef& object, const ClassTable& table) {
   const std::lock_guard lock(held().mutex);
-  DispatchObject*& place = held().interfaces[object.get()];
-  if (place)
-    ++place->references_;
-  else
-    place = new DispatchObject(object, table);
-  return place;
+  const auto found = held().interfaces.find(object.get());
+  if (found != held().interfaces.end()) {
+    ++found->second->references_;
+    return found->second;
+  }
+  std::unique_ptr<DispatchObject> made(new DispatchObject(object, table));
+  held().interfaces.emplace(object.get(), made.get());
+  return made.release();
 }
 
 ObjectRef DispatchObject::objectBehind(IUnknown* interface) {
-  // The first entry of the table is a function of this library for our own interfaces alone.
+  // No interface but our own has this very table.
   if (static_cast<const void*>(interface->lpVtbl) != &kTable)
     throw Error(ErrorNumber::TypeMismatch, "Variant", "Type mismatch: an object of another library");
   return reinterpret_cast<DispatchObject*>(interface)->object_;

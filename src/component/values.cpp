@@ -1,5 +1,7 @@
 #include "component/values.h"
 
+#include <cmath>
+#include <limits>
 #include <new>
 
 #include "base/array.h"
@@ -63,33 +65,40 @@ VARIANT pointedAt(const VARIANT& reference) {
   return value;
 }
 
-SAFEARRAY* toSAFEARRAY(const Array& list) {
+void putList(VARIANT& value, const Array& list) {
   SAFEARRAY* const array = SafeArrayCreateVector(list.lowerBound, static_cast<uint32_t>(list.items.size()));
   if (!array) throw std::bad_alloc();
-  for (size_t k = 0; k < list.items.size(); ++k) array->pvData[k] = toVARIANT(list.items[k]);
-  return array;
+  value.vt = VT_ARRAY | VT_VARIANT;
+  value.parray = array;
+  try {
+    for (size_t k = 0; k < list.items.size(); ++k) array->pvData[k] = toVARIANT(list.items[k]);
+  } catch (...) {
+    VariantClear(&value);
+    throw;
+  }
 }
 
 void putObject(VARIANT& value, const ObjectRef& object) {
-  if (const auto list = std::dynamic_pointer_cast<Array>(object)) {
-    value.vt = VT_ARRAY | VT_VARIANT;
-    value.parray = toSAFEARRAY(*list);
-  } else {
-    value.vt = VT_DISPATCH;
-    value.pdispVal = object ? DispatchObject::of(object) : nullptr;
-  }
+  if (const auto list = std::dynamic_pointer_cast<Array>(object)) return putList(value, *list);
+  value.pdispVal = object ? DispatchObject::of(object) : nullptr;
+  value.vt = VT_DISPATCH;
 }
 
 void writeVariant(VARIANT& place, const Variant& value) {
+  if (place.vt & VT_BYREF) return writeBack(place, value);
   const VARIANT made = toVARIANT(value);
-  if (place.vt & VT_BYREF) {
-    writeBack(place, value);
-    VARIANT unused = made;
-    VariantClear(&unused);
-    return;
-  }
   VariantClear(&place);
   place = made;
+}
+
+template <class Number>
+void writeWhole(Number* place, const Variant& value) {
+  const double number = value.toDouble();
+  const double rounded = std::nearbyint(number);
+  if (!(rounded >= static_cast<double>(std::numeric_limits<Number>::min()) &&
+        rounded <= static_cast<double>(std::numeric_limits<Number>::max())))
+    throw Error(ErrorNumber::Overflow, "Variant", "Overflow");
+  *place = static_cast<Number>(rounded);
 }
 
 }  // namespace
@@ -182,14 +191,18 @@ void writeBack(const VARIANT& reference, const Variant& value) {
   switch (reference.vt & ~VT_BYREF) {
     case VT_VARIANT:
       return writeVariant(*reference.pvarVal, value);
+    case VT_UI1:
+      return writeWhole(reference.pbVal, value);
     case VT_I2:
-      *reference.piVal = static_cast<std::int16_t>(value.toLong());
-      return;
+      return writeWhole(reference.piVal, value);
     case VT_BOOL:
       *reference.pboolVal = value.toBoolean() ? VARIANT_TRUE : VARIANT_FALSE;
       return;
     case VT_I4:
       *reference.plVal = value.toLong();
+      return;
+    case VT_R4:
+      *reference.pfltVal = static_cast<float>(value.toDouble());
       return;
     case VT_R8:
       *reference.pdblVal = value.toDouble();

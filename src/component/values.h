@@ -26,7 +26,7 @@ Variant fromVARIANT(const VARIANT& value);
 VARIANT toVARIANT(const Variant& value);
 
 // Puts a result where a VARIANT by reference points to, converted to its type; what stood there is given back.
-// Error 13 and the like when it does not convert.
+// Error 13 and the like when it does not convert; VT_I8 and VT_CY cannot be written to.
 void writeBack(const VARIANT& reference, const Variant& value);
 
 // Whether the VARIANT stands for an argument that was left out.

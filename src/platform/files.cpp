@@ -5,13 +5,13 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <vector>
 
 #include "base/error.h"
 #include "base/text.h"
+#include "platform/environment.h"
 
 namespace ondrel {
 namespace {
@@ -19,9 +19,7 @@ namespace {
 constexpr mode_t kOwnerAndGroup = 0660;
 
 std::string drivesOfHost() {
-  if (const char* drives = std::getenv("ONDREL_DRIVES")) return drives;
-  const char* home = std::getenv("HOME");
-  return std::string(home ? home : ".") + "/.ondrel/drives";
+  return environmentValue("ONDREL_DRIVES", environmentValue("HOME", ".") + "/.ondrel/drives");
 }
 
 // Descriptions name no path: a folder is the shop's own business.

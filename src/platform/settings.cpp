@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -10,6 +9,7 @@
 
 #include "base/error.h"
 #include "base/text.h"
+#include "platform/environment.h"
 
 namespace ondrel {
 namespace {
@@ -18,11 +18,6 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::string_view kFile = "/ondrel/settings.json";
 constexpr int kIndent = 2;
-
-std::string environment(const char* name, const std::string& fallback) {
-  const char* value = std::getenv(name);
-  return value && *value ? value : fallback;
-}
 
 std::vector<std::string> splitAt(std::string_view text, char separator) {
   std::vector<std::string> parts;
@@ -35,10 +30,10 @@ std::vector<std::string> splitAt(std::string_view text, char separator) {
 }
 
 std::vector<std::string> filesOfMachine() {
-  if (const std::string only = environment("ONDREL_SETTINGS", ""); !only.empty()) return {only};
+  if (const std::string only = environmentValue("ONDREL_SETTINGS", ""); !only.empty()) return {only};
   std::vector<std::string> files = {
-      environment("XDG_CONFIG_HOME", environment("HOME", ".") + "/.config").append(kFile)};
-  for (const std::string& folder : splitAt(environment("XDG_CONFIG_DIRS", "/etc/xdg"), ':'))
+      environmentValue("XDG_CONFIG_HOME", environmentValue("HOME", ".") + "/.config").append(kFile)};
+  for (const std::string& folder : splitAt(environmentValue("XDG_CONFIG_DIRS", "/etc/xdg"), ':'))
     files.push_back(std::string(folder).append(kFile));
   return files;
 }

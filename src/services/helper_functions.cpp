@@ -169,7 +169,25 @@ constexpr Conversion kConversions[] = {
 };
 // clang-format on
 
+// clang-format off
+constexpr ConversionName kNames[] = {
+    {"vbUpperCase",   vbUpperCase},
+    {"vbLowerCase",   vbLowerCase},
+    {"vbProperCase",  vbProperCase},
+    {"vbWide",        vbWide},
+    {"vbNarrow",      vbNarrow},
+    {"vbKatakana",    vbKatakana},
+    {"vbHiragana",    vbHiragana},
+    {"vbUnicode",     vbUnicode},
+    {"vbFromUnicode", vbFromUnicode},
+};
+// clang-format on
+
 }  // namespace
+
+std::span<const ConversionName> conversionNames() {
+  return kNames;
+}
 
 Variant HelperFunctions::ASPStrConv(const Variant& strIn, const Variant& convOption,
                                     const Variant& lcid) const {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
+#include <string_view>
 
 #include "base/variant.h"
 
@@ -30,6 +32,13 @@ enum StrConvOptionsEnum : std::int32_t {
   vbUnicode = 64,
   vbFromUnicode = 128,
 };
+
+struct ConversionName {
+  std::string_view name;
+  StrConvOptionsEnum option;
+};
+// The options by name, in the order above.
+std::span<const ConversionName> conversionNames();
 
 // What a page's language lacks.
 class HelperFunctions : public Object {

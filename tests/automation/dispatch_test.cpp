@@ -209,6 +209,12 @@ TEST(ClassTables, AllAreWellFormedAndFoundInAnyCase) {
   }
 }
 
+// Programs keep these numbers: they follow from the names and never change.
+TEST(ClassTables, MembersKeepTheirNumbers) {
+  EXPECT_EQ(invoiceClass().member("addItem").id, 1312366187);
+  EXPECT_EQ(dbToolClass().member("getdboption").id, 1015637440);
+}
+
 TEST(ClassFactory, ThirteenClassesWithDistinctIds) {
   std::set<std::string_view> texts;
   for (const PublicClass& row : publicClasses()) {

@@ -29,6 +29,7 @@ TEST(Reference, TellsHowMembersAreCalled) {
               HasSubstr("Function VerifyCreditCard(Number, ByRef CardName, ByRef ErrorMsg) As Boolean\n"));
   EXPECT_THAT(describeClass("dictionary"), HasSubstr("Property Item(Key), default\n"));
   EXPECT_THAT(describeClass("DICTIONARY"), HasSubstr("Property Count As Long, read only\n"));
+  EXPECT_THAT(describeClass("StrConvOptionsEnum"), HasSubstr("vbNarrow = 8\nvbKatakana = 16\n"));
   EXPECT_EQ(errorOf([] { describeClass("nobody"); }), 429);
 }
 

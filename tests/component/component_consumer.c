@@ -230,6 +230,27 @@ static void checkClasses(void) {
 
 /* ---- arguments by reference, errors, arrays */
 
+/* ASPStrConv(convOption:=2, strIn:="ABC"), then without the text */
+static void checkNamedArguments(IDispatch* helper) {
+  OLECHAR name[] = u"ASPStrConv", option[] = u"CONVOPTION", given[] = u"strIn", other[] = u"nothing";
+  OLECHAR *names[] = {name, option, given}, *wrong[] = {name, other};
+  DISPID ids[3];
+  VARIANT arguments[] = {number(2), text(u"ABC")}, result;
+  DISPPARAMS parameters = {arguments, ids + 1, 2, 2};
+  uint32_t missing = 99;
+  CHECK(helper->lpVtbl->GetIDsOfNames(helper, &IID_IUnknown, wrong, 2, 0, ids) == DISP_E_UNKNOWNNAME);
+  CHECK(helper->lpVtbl->GetIDsOfNames(helper, &IID_IUnknown, names, 3, 0, ids) == S_OK);
+  CHECK(helper->lpVtbl->Invoke(helper, ids[0], &IID_IUnknown, 0, DISPATCH_METHOD, &parameters, &result, NULL,
+                               NULL) == S_OK);
+  CHECK(isText(result.bstrVal, u"abc"));
+  VariantClear(&result);
+  parameters.cArgs = parameters.cNamedArgs = 1;
+  CHECK(helper->lpVtbl->Invoke(helper, ids[0], &IID_IUnknown, 0, DISPATCH_METHOD, &parameters, NULL, NULL,
+                               &missing) == DISP_E_PARAMNOTOPTIONAL);
+  CHECK(missing == 0);
+  VariantClear(&arguments[1]);
+}
+
 static void checkArguments(void) {
   IDispatch *cards = NULL, *helper = NULL, *tool = NULL;
   VARIANT arguments[3], result, brand;
@@ -271,6 +292,7 @@ static void checkArguments(void) {
   SysFreeString(error.bstrSource);
   SysFreeString(error.bstrDescription);
   VariantClear(&arguments[1]);
+  checkNamedArguments(helper);
   CHECK(OndrelInvoke(helper, u"nothing", DISPATCH_METHOD, NULL, 0, NULL, NULL) == DISP_E_UNKNOWNNAME);
   CHECK(helper->lpVtbl->Invoke(helper, 1, &IID_IUnknown, 0, DISPATCH_METHOD, &(DISPPARAMS){0}, NULL, NULL,
                                NULL) == DISP_E_MEMBERNOTFOUND);

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "base/error.h"
 #include "platform/letters/command.h"
 #include "platform/letters/letter_template.h"
@@ -84,6 +86,24 @@ TEST(MergeSource, SaysWhichLineIsMalformed) {
   };
   for (const auto& [text, reason] : cases)
     EXPECT_EQ(complaint([&] { parseMergeSource(text); }), std::string("Data source, ") + reason);
+}
+
+// Whatever a template or a source looks like, it is read or raises an error.
+TEST(Letters, BrokenFilesRaiseErrorsAtMost) {
+  const std::string letter =
+      R"({\rtf1{\fonttbl{\f0 A;}}\pard a {\field{\*\fldinst MERGEFIELD "n n" \\* MERGEFORMAT}{\fldrslt {\b\'ab}}}\u8364?\bin2 }}\par})";
+  const std::string source = "a,\"b\"\"b\"\r\n1,2\n\"x\ny\",\"\"\n";
+  std::mt19937 random(7);
+  for (int round = 0; round < 4000; ++round) {
+    std::string text = round % 2 ? letter : source;
+    for (int change = 0; change < 3; ++change) text[random() % text.size()] = text[random() % text.size()];
+    text.resize(text.size() - random() % 3 * (text.size() / 4));
+    complaint([&] { parseMergeSource(text); });
+    complaint([&] {
+      const LetterTemplate read(text);
+      read.fill(std::vector<std::string>(read.fields().size(), "x"));
+    });
+  }
 }
 
 TEST(Commands, RunWithoutAShell) {

@@ -18,7 +18,8 @@ std::uint32_t hashOf(std::string_view name) {
   return hash;
 }
 
-// Callers may keep a member's number, so that it must not move when rows come before it.
+// Callers may keep a member's number, so it must not move when rows come before it. It leads to the same bucket
+// as the name.
 int idOf(std::string_view name) {
   return static_cast<int>(hashOf(name) & 0x7FFFFFFFu);
 }
@@ -56,7 +57,7 @@ void ClassTable::index() {
     Member& member = members_[place];
     member.id = idOf(member.name);
     checkParameters(className_, member);
-    if (member.name.empty() || find(member.name) || member.id == 0 || find(member.id) != &member)
+    if (member.name.empty() || find(member.name) || member.id == 0 || find(member.id))
       throw std::logic_error("name missing or twice in " + std::string(className_) + ": " +
                              std::string(member.name));
     size_t bucket = hashOf(member.name) & (buckets_.size() - 1);
@@ -75,9 +76,12 @@ const Member* ClassTable::find(std::string_view name) const {
 }
 
 const Member* ClassTable::find(int id) const {
-  const auto found =
-      std::find_if(members_.begin(), members_.end(), [id](const Member& member) { return member.id == id; });
-  return found == members_.end() ? nullptr : &*found;
+  for (size_t bucket = static_cast<size_t>(id) & (buckets_.size() - 1); buckets_[bucket] >= 0;
+       bucket = (bucket + 1) & (buckets_.size() - 1)) {
+    const Member& member = members_[static_cast<size_t>(buckets_[bucket])];
+    if (member.id == id) return &member;
+  }
+  return nullptr;
 }
 
 const Member& ClassTable::member(std::string_view name) const {

@@ -32,6 +32,7 @@ std::vector<std::string> commandWords(std::string_view line) {
 int runCommand(const std::vector<std::string>& words) {
   std::vector<std::string> kept = words;
   std::vector<char*> arguments;
+  arguments.reserve(kept.size() + 1);
   for (std::string& word : kept) arguments.push_back(word.data());
   arguments.push_back(nullptr);
 

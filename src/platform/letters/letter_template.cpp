@@ -181,7 +181,7 @@ class LetterTemplate::Reader {
   int depth_ = 0;
 };
 
-LetterTemplate::LetterTemplate(std::string text) {
+LetterTemplate::LetterTemplate(std::string_view text) {
   Reader(*this, text).read();
 }
 

@@ -16,7 +16,7 @@ class LetterTemplate {
  public:
   // Error 321 with the position when `text` is no RTF, or a merge field has no name or a switch other than
   // those of formatting (\* MERGEFORMAT, \* CHARFORMAT).
-  explicit LetterTemplate(std::string text);
+  explicit LetterTemplate(std::string_view text);
 
   // Names in order of appearance, a name as often as it stands there.
   const std::vector<std::string>& fields() const { return fields_; }

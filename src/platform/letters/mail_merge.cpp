@@ -91,11 +91,10 @@ void MailMerge::print() const {
     if (command.empty()) continue;
     std::vector<std::string> words = command;
     words.push_back(files_.hostPath(document));
-    const int status = runCommand(words);
-    files_.remove(document);
-    if (status != 0)
+    if (const int status = runCommand(words); status != 0)
       fail(ErrorNumber::PrinterError, "Printer error: the print command ended with status " +
                                           std::to_string(status) + " at letter " + std::to_string(number));
+    files_.remove(document);
   }
 }
 

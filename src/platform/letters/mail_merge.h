@@ -36,7 +36,7 @@ class MailMerge {
   void openDataSource(std::string_view path);
 
   // Prints a document for each addressee and waits for the printer. Error 482 when the print command fails;
-  // the documents before are printed.
+  // the documents before are printed, the one that failed stays in the spool.
   void print() const;
   // Leaves one document of all letters for a person, which nobody can write to when the template was opened
   // read-only. Gives its path on this host.
