@@ -10,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <span>
+#include <utility>
 
 #include "base/error.h"
 #include "base/text.h"
@@ -19,6 +20,7 @@ namespace ondrel {
 namespace {
 
 constexpr size_t kMostBytes = size_t{8} << 20;
+constexpr size_t kGrownBytes = size_t{256} << 10;
 constexpr mode_t kOwnerOnly = 0600;
 
 using Fields = std::vector<std::string>;
@@ -119,10 +121,14 @@ class JournalReader {
     size_t fields;
     void (JournalReader::*take)(const Fields&);
   };
-  static const std::array<Kind, 8> kKinds;
+  static const std::array<Kind, 9> kKinds;
 
   void clerk(const Fields& fields) { contents_.clerk = {fields[1], fields[2]}; }
   void kept(const Fields& fields) { contents_.kept = fields[1]; }
+  void ended(const Fields& fields) {
+    contents_.calls.clear();
+    contents_.kept = fields[1];
+  }
   void answer(const Fields& fields) { contents_.answers.push_back(answerOf(fields)); }
 
   void call(const Fields& fields) {
@@ -181,9 +187,10 @@ class JournalReader {
 };
 
 // clang-format off
-const std::array<JournalReader::Kind, 8> JournalReader::kKinds = {{
+const std::array<JournalReader::Kind, 9> JournalReader::kKinds = {{
     {"clerk",      3, &JournalReader::clerk},
     {"kept",       2, &JournalReader::kept},
+    {"ended",      2, &JournalReader::ended},
     {"answer",     7, &JournalReader::answer},
     {"call",       9, &JournalReader::call},
     {"omitted",    2, &JournalReader::omitted},
@@ -253,6 +260,7 @@ void Journal::clerk(const Clerk& clerk) {
 }
 
 void Journal::call(const PageRequest& request, Date moment) {
+  isMarked_ = false;
   if (!takes(request)) return write({"omitted", request.number});
   write({"call", fmt::format("{:.9f}", moment.serial()), request.page, request.path, request.number,
          formText(request.query), formText(request.form), request.contentType, request.body});
@@ -263,6 +271,7 @@ void Journal::record(const std::string& result) {
 }
 
 void Journal::committing(bool toDisk) {
+  if (std::exchange(isMarked_, true)) return;
   write({"committing"}, toDisk);
 }
 
@@ -277,6 +286,13 @@ void Journal::done(const PageRequest& request, const PageAnswer& answer) {
 bool Journal::takes(const PageRequest& request) {
   return !hasSecrets(request.query) && !hasSecrets(request.form) && !holdsCardData(request.body) &&
          !namesSecret(request.body);
+}
+
+void Journal::ended(const JournalContents& contents) {
+  if (bytes_ < kGrownBytes && !hasFailed_)
+    write({"ended", contents.kept});
+  else
+    restart(contents);
 }
 
 // The new text stands beside the old until it is whole.

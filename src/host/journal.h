@@ -38,12 +38,14 @@ struct JournalContents {
 // | body, number, moment      |                                     | moment, if it was answered             |
 // | record                    | when a recorded piece has its       | given in place of the piece            |
 // |                           | result                              |                                        |
-// | committing                | before a commit                     | unanswered: its number says so         |
+// | committing                | before the first commit of a call   | unanswered: its number says so         |
 // | done, with the answer of  | before the answer leaves            |                                        |
 // | a numbered call           |                                     | the number gives the answer            |
 //
-// When a page says that the work is done, the journal begins anew behind its call, and no call before it runs
-// again. Headers, cookies and tokens are not written. A call with card data in it leaves no more than its number.
+// | ended, with kept          | when a page says that the work is   | no call before it runs again           |
+// |                           | done                                |                                        |
+//
+// Headers, cookies and tokens are not written. A call with card data in it leaves no more than its number.
 class Journal {
  public:
   // Begins or goes on with the journal at `path`; without a path nothing is written.
@@ -63,8 +65,8 @@ class Journal {
   void done(const PageRequest& request, const PageAnswer& answer);
   // False for a call with card data in it.
   static bool takes(const PageRequest& request);
-  // Begins anew with what stays when the work is done.
-  void restart(const JournalContents& contents);
+  // The work is done and this stays. A journal that has grown begins anew with it.
+  void ended(const JournalContents& contents);
 
   void rename(std::filesystem::path path);
   void remove();
@@ -75,12 +77,14 @@ class Journal {
 
  private:
   void write(const std::vector<std::string>& fields, bool toDisk = false);
+  void restart(const JournalContents& contents);
   void open(int flags);
   void close();
 
   std::filesystem::path path_;
   int file_ = -1;
   size_t bytes_ = 0;
+  bool isMarked_ = false;  // the call at hand has its mark of a commit
   std::atomic<bool> isGivenUp_ = false;
   bool hasFailed_ = false;
 };

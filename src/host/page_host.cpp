@@ -26,6 +26,8 @@ constexpr std::string_view kNumberField = "_number";
 constexpr std::string_view kTokenHeader = "x-request-token";
 constexpr std::string_view kNumberHeader = "x-request-number";
 constexpr size_t kLongestNumber = 64;
+// More than processors: a runner whose session waits for the disk is not to keep the others waiting.
+constexpr unsigned kFewestRunners = 8;
 constexpr std::chrono::milliseconds kLongestPatrol{10'000};
 
 std::string_view contentTypeOf(const NamedTexts& headers) {
@@ -106,7 +108,7 @@ std::shared_ptr<const SessionSurroundings> surroundingsOf(const HostOptions& opt
 }
 
 size_t runnersOf(const HostLimits& limits) {
-  return limits.runners ? limits.runners : 2 * std::max(1U, std::thread::hardware_concurrency());
+  return limits.runners ? limits.runners : std::max(kFewestRunners, 4 * std::thread::hardware_concurrency());
 }
 
 // Journals are their owner's alone, and those that nobody came back to go.

@@ -16,7 +16,7 @@ namespace ondrel {
 struct HostLimits {
   HttpLimits http;
   RunLimits runs;
-  size_t runners = 0;  // threads that run pages; 0 for twice the processors
+  size_t runners = 0;  // threads that run pages; 0 for four times the processors, 8 at least
   size_t sessions = 200;
   size_t scriptMemory = size_t{64} << 20;         // bytes of a session's script values
   size_t answerSize = size_t{8} << 20;            // bytes of an answer

@@ -72,7 +72,7 @@ PageAnswer PageSession::serveChanging(const PageRequest& request, PageRun& run) 
 }
 
 void PageSession::endWork() {
-  journal_->restart({clerk(), engine_->kept(), {}, {numbers_.all().begin(), numbers_.all().end()}});
+  journal_->ended({clerk(), engine_->kept(), {}, {numbers_.all().begin(), numbers_.all().end()}});
 }
 
 std::string PageSession::signIn(const std::string& clerkId, const std::string& pin) {

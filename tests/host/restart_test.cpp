@@ -234,6 +234,22 @@ TEST_F(RestartTest, JournalHoldsNoSecrets) {
   EXPECT_EQ(browser.post("/pay", "number=7&CVV=937", "pay-2").body, "paid with 7");
 }
 
+TEST_F(RestartTest, GrownJournalBeginsAnewWhenTheWorkIsDone) {
+  page("fill.js", "Session.kept.length = Request.form.text.length;");
+  start();
+  Browser browser = visitor();
+  browser.post("/save", "id=941", "first");
+  for (int k = 0; k < 50; ++k) browser.post("/fill", "text=" + std::string(7000, 'x'));
+  EXPECT_GT(std::filesystem::file_size(journals().front()), 300'000U);
+  browser.post("/save", "id=942");
+  EXPECT_LT(std::filesystem::file_size(journals().front()), 2'000U);
+  browser.post("/ticket", "item=201");
+  restartAndReturn(browser);
+  EXPECT_EQ(browser.get("/ticket").body, "[201] day 24 clerk ");
+  EXPECT_EQ(browser.post("/save", "id=941", "first").body, "saved 941 1");
+  EXPECT_EQ(browser.post("/save", "id=943").body, "saved 943 3");
+}
+
 TEST_F(RestartTest, JournalGoesWithItsSession) {
   page("out.js", "Server.signOut();");
   options.limits.idle = std::chrono::milliseconds(100);

@@ -1,0 +1,313 @@
+// Browsers at work on a page host of its own: clerks who write, save and collect tickets, each in a session. Prints
+// clicks per second, latencies of each page and the memory of a session, and then looks whether every ticket
+// that the host acknowledged stands in the database, whole and once.
+//
+//   host_load PROGRAM PAGES [--sessions 50] [--seconds 60] [--think 0]
+//
+// PROGRAM is the ondrel program, PAGES the folder bench/host_pages. A clerk waits `think` milliseconds between
+// clicks. Every tenth save and payment is sent twice, as a nervous hand or network would. The status is 1 when a
+// ticket is missing, broken or there twice, or a click failed.
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <httplib.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <random>
+#include <thread>
+
+#include "data/embedded/embedded_connection.h"
+#include "data/embedded/embedded_store.h"
+#include "host/url_text.h"
+
+extern char** environ;
+
+namespace ondrel {
+namespace {
+
+using SteadyClock = std::chrono::steady_clock;
+
+struct LoadOptions {
+  std::string program;
+  std::string pages;
+  size_t sessions = 50;
+  int seconds = 60;
+  int thinkMilliseconds = 0;
+};
+
+// A ticket that the host said is saved.
+struct Acknowledged {
+  std::string mark;
+  int ticket = 0;
+  int garments = 0;
+  int times = 1;  // that the save was sent
+  bool isCollected = false;
+};
+
+using Latencies = std::map<std::string, std::vector<double>>;  // milliseconds by page
+
+// ---- the host
+
+class HostProcess {
+ public:
+  HostProcess(const LoadOptions& options, const std::filesystem::path& folder, const std::string& database) {
+    int output[2] = {};
+    if (::pipe2(output, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+    std::vector<std::string> words = {options.program, "serve",       "--listen",
+                                      "127.0.0.1:0",   "--db",        database,
+                                      "--pages",       options.pages, "--log",
+                                      folder / "log",  "--sessions",  std::to_string(options.sessions + 10)};
+    std::vector<char*> arguments;
+    for (std::string& word : words) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
+    if (posix_spawn(&process_, options.program.c_str(), &actions, nullptr, arguments.data(), environ) != 0)
+      throw std::runtime_error("cannot start " + options.program);
+    posix_spawn_file_actions_destroy(&actions);
+    ::close(output[1]);
+    std::string address;
+    char c = 0;
+    while (::read(output[0], &c, 1) == 1 && c != '\n') address += c;
+    ::close(output[0]);
+    const size_t colon = address.rfind(':');
+    if (colon == std::string::npos) throw std::runtime_error("the host did not start");
+    port_ = std::stoi(address.substr(colon + 1));
+  }
+  ~HostProcess() { stop(); }
+  HostProcess(const HostProcess&) = delete;
+  HostProcess& operator=(const HostProcess&) = delete;
+
+  int port() const { return port_; }
+
+  double residentMegabytes() const {
+    std::ifstream status("/proc/" + std::to_string(process_) + "/status");
+    for (std::string line; std::getline(status, line);)
+      if (line.starts_with("VmRSS:")) return std::stod(line.substr(6)) / 1024;
+    return 0;
+  }
+
+  int stop() {
+    if (process_ == 0) return 0;
+    int status = 0;
+    ::kill(process_, SIGTERM);
+    ::waitpid(process_, &status, 0);
+    process_ = 0;
+    return status;
+  }
+
+ private:
+  pid_t process_ = 0;
+  int port_ = 0;
+};
+
+// ---- a clerk
+
+class Clerk {
+ public:
+  Clerk(int port, size_t number, const LoadOptions& options)
+      : client_("127.0.0.1", port),
+        number_(number),
+        options_(options),
+        random_(static_cast<unsigned>(number)) {
+    client_.set_keep_alive(true);
+    client_.set_tcp_nodelay(true);
+    client_.set_read_timeout(60);
+    const auto answer = client_.Get("/token");
+    if (!answer || answer->status != 200) throw std::runtime_error("no session");
+    headers_ = {{"X-Request-Token", answer->body},
+                {"Cookie", "ondrel_session=" + std::string(cookieValue(answer->get_header_value("Set-Cookie"),
+                                                                       "ondrel_session"))}};
+  }
+
+  void workUntil(SteadyClock::time_point end) {
+    while (SteadyClock::now() < end) writeTicket();
+  }
+
+  Latencies latencies;
+  std::vector<Acknowledged> tickets;
+  size_t failures = 0;
+
+ private:
+  int between(int least, int most) { return std::uniform_int_distribution<int>(least, most)(random_); }
+
+  void writeTicket() {
+    static constexpr int items[] = {101, 102, 103, 106, 108, 201};
+    Acknowledged ticket;
+    ticket.mark = fmt::format("load {}-{}", number_, ++written_);
+    const std::string customer = "customer=" + std::to_string(between(1, 12));
+    click("/start", customer);
+    const int garments = between(2, 8);
+    for (int k = 0; k < garments; ++k) {
+      std::string form = "item=" + std::to_string(items[between(0, 5)]);
+      if (k == 0) form += "&mark=" + percentEncoded(ticket.mark);
+      click("/item", form);
+      if (k % 2 == 0) look();
+    }
+    const std::string saved = clickNumbered("/save", "", ticket.times);
+    if (std::sscanf(saved.c_str(), "%d %d", &ticket.ticket, &ticket.garments) != 2) return;
+    int times = 0;
+    ticket.isCollected =
+        !clickNumbered("/collect", customer + "&ticket=" + std::to_string(ticket.ticket), times).empty();
+    tickets.push_back(ticket);
+  }
+
+  void look() {
+    timed("/ticket", [this] { return client_.Get("/ticket", headers_); });
+  }
+
+  std::string click(const std::string& page, const std::string& form, const std::string& number = "") {
+    httplib::Headers headers = headers_;
+    if (!number.empty()) headers.emplace("X-Request-Number", number);
+    return timed(page,
+                 [&] { return client_.Post(page, headers, form, "application/x-www-form-urlencoded"); });
+  }
+
+  std::string clickNumbered(const std::string& page, const std::string& form, int& times) {
+    const std::string number = fmt::format("{}-{}", written_, page.substr(1));
+    std::string answer = click(page, form, number);
+    times = between(1, 10) == 1 ? 2 : 1;
+    if (times == 2 && click(page, form, number) != answer) ++failures;
+    return answer;
+  }
+
+  template <class Send>
+  std::string timed(const std::string& page, Send send) {
+    if (options_.thinkMilliseconds > 0)
+      std::this_thread::sleep_for(std::chrono::milliseconds(between(1, 2 * options_.thinkMilliseconds)));
+    const auto start = SteadyClock::now();
+    const httplib::Result answer = send();
+    latencies[page].push_back(std::chrono::duration<double, std::milli>(SteadyClock::now() - start).count());
+    if (answer && answer->status == 200) return answer->body;
+    if (++failures == 1)
+      fmt::print(stderr, "{} {}\n", page, answer ? answer->body : httplib::to_string(answer.error()));
+    return {};
+  }
+
+  httplib::Client client_;
+  size_t number_;
+  const LoadOptions& options_;
+  std::mt19937 random_;
+  httplib::Headers headers_;
+  int written_ = 0;
+};
+
+// ---- what came of it
+
+double quantile(const std::vector<double>& sorted, double part) {
+  return sorted[std::min(sorted.size() - 1, static_cast<size_t>(part * static_cast<double>(sorted.size())))];
+}
+
+void printLatencies(const std::vector<std::unique_ptr<Clerk>>& clerks, double seconds) {
+  Latencies all;
+  for (const auto& clerk : clerks)
+    for (const auto& [page, times] : clerk->latencies) {
+      all[page].insert(all[page].end(), times.begin(), times.end());
+      all["all clicks"].insert(all["all clicks"].end(), times.begin(), times.end());
+    }
+  fmt::print("{:<12}{:>9}{:>11}{:>9}{:>9}{:>9}{:>9}\n", "page", "clicks", "per second", "p50 ms", "p95 ms",
+             "p99 ms", "most ms");
+  for (auto& [page, times] : all) {
+    std::ranges::sort(times);
+    fmt::print("{:<12}{:>9}{:>11.1f}{:>9.2f}{:>9.2f}{:>9.2f}{:>9.2f}\n", page, times.size(),
+               static_cast<double>(times.size()) / seconds, quantile(times, 0.5), quantile(times, 0.95),
+               quantile(times, 0.99), times.back());
+  }
+}
+
+int numberOf(Connection& connection, const std::string& sql) {
+  return connection.query(sql)->integer("n");
+}
+
+std::string complaintOf(Connection& connection, const Acknowledged& ticket) {
+  const auto count = [&](const std::string& what) {
+    return numberOf(connection, "select count(*) as n from " + what);
+  };
+  const std::string number = std::to_string(ticket.ticket);
+  if (count("Ticket where ticketNumber = " + number) != 1) return "is missing";
+  if (count("TicketLineItem where itemNotes = '" + ticket.mark + "'") != 1) return "is there more than once";
+  // Garments of one kind stand on one line.
+  if (numberOf(connection,
+               "select sum(quantity) as n from TicketLineItem where ticketLineType = 'IT' and "
+               "ticketNumber = " +
+                   number) != ticket.garments)
+    return "is not whole";
+  if (ticket.isCollected && count("Payment where ticketNumber = " + number) != 1) return "is not paid once";
+  return {};
+}
+
+// The number of tickets that are not as they should be.
+int checkTickets(const std::string& database, const std::vector<std::unique_ptr<Clerk>>& clerks) {
+  const auto connection = connectEmbedded({database, "", "", std::make_shared<SystemClock>()});
+  connection->open();
+  int tickets = 0, repeated = 0, wrong = 0;
+  for (const auto& clerk : clerks)
+    for (const Acknowledged& ticket : clerk->tickets) {
+      ++tickets;
+      repeated += ticket.times > 1;
+      const std::string complaint = complaintOf(*connection, ticket);
+      if (complaint.empty()) continue;
+      ++wrong;
+      fmt::print("ticket {} ({}) {}\n", ticket.ticket, ticket.mark, complaint);
+    }
+  const int stored =
+      numberOf(*connection, "select count(*) as n from TicketLineItem where itemNotes like 'load %'");
+  fmt::print("{} tickets acknowledged, {} of them sent twice, {} in the database, {} wrong\n", tickets,
+             repeated, stored, wrong);
+  return wrong + (stored == tickets ? 0 : 1);
+}
+
+int run(const LoadOptions& options) {
+  const auto folder = std::filesystem::temp_directory_path() / ("host_load_" + std::to_string(::getpid()));
+  std::filesystem::create_directories(folder);
+  const std::string path = folder / "store.db";
+  const std::string database = "Driver=Embedded;Database=" + path;
+  createDatabaseFile(path, StoreContents::Sample);
+
+  HostProcess host(options, folder, database);
+  const double before = host.residentMegabytes();
+  std::vector<std::unique_ptr<Clerk>> clerks;
+  for (size_t k = 0; k < options.sessions; ++k)
+    clerks.push_back(std::make_unique<Clerk>(host.port(), k, options));
+  const auto start = SteadyClock::now();
+  std::vector<std::thread> threads;
+  for (const auto& clerk : clerks)
+    threads.emplace_back([&] { clerk->workUntil(start + std::chrono::seconds(options.seconds)); });
+  for (std::thread& thread : threads) thread.join();
+  printLatencies(clerks, std::chrono::duration<double>(SteadyClock::now() - start).count());
+  const double sessions = static_cast<double>(options.sessions);
+  fmt::print("{} sessions, {:.0f} KB resident each; the host had {:.1f} MB before\n", options.sessions,
+             (host.residentMegabytes() - before) * 1024 / sessions, before);
+  const bool hasStopped = host.stop() == 0;
+  size_t failures = hasStopped ? 0 : 1;
+  for (const auto& clerk : clerks) failures += clerk->failures;
+  fmt::print("{} clicks failed\n", failures);
+  const int wrong = checkTickets(database, clerks);
+  if (wrong == 0 && failures == 0) std::filesystem::remove_all(folder);
+  return wrong == 0 && failures == 0 ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace ondrel
+
+int main(int argc, char** argv) {
+  ondrel::LoadOptions options;
+  CLI::App app("Clerks at work on a page host.", "host_load");
+  app.add_option("PROGRAM", options.program, "The ondrel program")->required();
+  app.add_option("PAGES", options.pages, "Folder of the pages, bench/host_pages")->required();
+  app.add_option("--sessions", options.sessions, "Clerks")->capture_default_str();
+  app.add_option("--seconds", options.seconds, "How long they work")->capture_default_str();
+  app.add_option("--think", options.thinkMilliseconds, "Milliseconds between clicks, on average")
+      ->capture_default_str();
+  CLI11_PARSE(app, argc, argv);
+  return ondrel::run(options);
+}

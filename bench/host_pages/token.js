@@ -1,0 +1,2 @@
+// Gives the browser its token.
+Response.write(Request.token);
