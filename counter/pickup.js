@@ -23,7 +23,7 @@ layout.page("Pickup" + (customer ? ", " + customer.name : ""),
   "<form id=\"tender\" autocomplete=\"off\"><label for=\"type\">Paid by</label><select id=\"type\">" + options + "</select>" +
   "<label for=\"amount\">Amount</label><input id=\"amount\" inputmode=\"decimal\" value=\"" + (parts.due ? parts.due.toFixed(2) : "") + "\">" +
   "<div id=\"reference-field\" hidden><label for=\"reference\">Number</label><input id=\"reference\"></div><button>Take</button></form>" +
-  "<form method=\"post\" action=\"/pickup/pay\" data-once>" + layout.token() +
+  "<form method=\"post\" action=\"/pickup/pay\">" + layout.token() + layout.once() +
   "<details><summary>Collected by somebody else</summary><label for=\"claimant\">Name</label><input id=\"claimant\" name=\"claimant\">" +
   "<label for=\"relationship\">Who is it?</label><input id=\"relationship\" name=\"relationship\"><label for=\"identification\">Shown</label>" +
   "<input id=\"identification\" name=\"identification\"></details><div class=\"finish\"><button class=\"main\" id=\"pay\"" + (parts.due > 0 ? " disabled" : "") +

@@ -3,20 +3,6 @@
   "use strict";
   var token = document.querySelector("meta[name=request-token]").content;
 
-  // A number for a thing that is to be done once, however often the request goes out.
-  function number() {
-    var bytes = crypto.getRandomValues(new Uint8Array(16));
-    return Array.prototype.map.call(bytes, function (one) { return ("0" + one.toString(16)).slice(-2); }).join("");
-  }
-
-  document.querySelectorAll("form[data-once]").forEach(function (form) {
-    var field = document.createElement("input");
-    field.type = "hidden";
-    field.name = "_number";
-    field.value = number();
-    form.appendChild(field);
-  });
-
   // A second press of a button does nothing while the first is under way.
   document.addEventListener("submit", function (event) {
     if (event.defaultPrevented) return;
@@ -28,7 +14,7 @@
   var box = document.getElementById("q");
   var found = document.getElementById("found");
   var waiting, asked = 0;
-  if (box && found) box.addEventListener("input", function () {
+  function search() {
     clearTimeout(waiting);
     waiting = setTimeout(function () {
       var mine = ++asked;
@@ -36,7 +22,12 @@
         if (mine === asked) found.innerHTML = list;
       });
     }, 120);
-  });
+  }
+  if (box && found) {
+    box.addEventListener("input", search);
+    // What was typed before this script had arrived.
+    if (box.value !== box.defaultValue) search();
+  }
 
   // Things that look like buttons are reached and pressed by keyboard like buttons.
   var pressable = ".button:not(a):not(button), .command, .coupon, .id-group-button, .duedate_button, .new-heatseal, .lineitem, .similar";

@@ -35,9 +35,10 @@ function scanned(invoice, seal) {
   invoice.pushNewHeatSeal(seal);
 }
 
+// The same garment once more counts on its line; one with a seal has a line of its own.
 function item(invoice, c) {
-  var added = invoice.addItem(id(c), invoice.groupSimilarItems ? 1 : 0, pieces(c));
   var seal = invoice.getNewHeatSealCount() > 0 ? invoice.getSelectedHeatSeal() : "";
+  var added = invoice.addItem(id(c), seal ? 0 : 1, pieces(c));
   if (added > 0 && seal) {
     invoice.addHeatSeal(added, seal);
     invoice.removeNewHeatSeal(seal);

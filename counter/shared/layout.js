@@ -29,19 +29,25 @@ exports.page = function (title, content, options) {
     "<div id=\"said\" role=\"status\" aria-live=\"polite\"></div>\n</body>\n</html>\n");
 };
 
-// A form with one button: what it does, where it goes, and hidden values. A thing that must be done once has a
-// number, which the browser makes when the page opens.
+// A form with one button: what it does, where it goes, and hidden values. `once` is for what must
+// happen once however often the button is pressed or the request is sent.
 exports.button = function (path, label, values, options) {
   var more = options || {};
   var hidden = Object.keys(values || {}).map(function (name) {
     return "<input type=\"hidden\" name=\"" + name + "\" value=\"" + text.encoded(values[name]) + "\">";
   }).join("");
-  return "<form method=\"post\" action=\"" + path + "\" class=\"one-button\"" + (more.once ? " data-once" : "") + ">" +
-         exports.token() + hidden + "<button" + (more.kind ? " class=\"" + more.kind + "\"" : "") + ">" + text.encoded(label) + "</button></form>";
+  return "<form method=\"post\" action=\"" + path + "\" class=\"one-button\">" +
+         exports.token() + (more.once ? exports.once() : "") + hidden + "<button" + (more.kind ? " class=\"" + more.kind + "\"" : "") + ">" + text.encoded(label) + "</button></form>";
 };
 
 exports.token = function () {
   return "<input type=\"hidden\" name=\"_token\" value=\"" + Request.token + "\">";
+};
+
+// A number for what must happen once: the host answers a second request with it from memory.
+exports.once = function () {
+  function digits() { return Math.random().toString(36).substr(2, 10); }
+  return "<input type=\"hidden\" name=\"_number\" value=\"" + digits() + digits() + digits() + "\">";
 };
 
 // A notice with a way on, for a page that cannot show what was asked for.

@@ -25,7 +25,7 @@ exports.start = function (customerId, tickets) {
 };
 
 function amounts(session) {
-  return [["Total", session.getTotal()], ["Paid", session.getAmountPaid()], ["Due", session.getAmountDue()], ["Change", session.getChangeDue()]];
+  return [["Total", session.getTotal()], ["Paid", session.getAmountPaid()], ["Change", session.getChangeDue()], ["Due", session.getAmountDue()]];
 }
 
 function tenderRows(session) {
@@ -41,7 +41,7 @@ function ticketParts(session) {
     var within = Session.pickupTickets.indexOf(ticket.number) >= 0;
     var racks = Database.query("select dbo.pivotTicketRackLocationBrief(" + ticket.number + ", ', ') as rack").Fields("rack").Value;
     return "<section class=\"paper\"><h2>" + text.encoded(ticket.invoice) + "</h2><p>" + (racks ? "Rack " + text.encoded(racks) : "<strong>Not on the rack</strong>") + " &middot; due " +
-           text.day(ticket.due) + " &middot; " + ticket.pieces + " pieces &middot; " + text.money(ticket.total - ticket.paid) + " to pay</p>" +
+           text.day(ticket.due) + " &middot; " + ticket.pieces + (ticket.pieces === 1 ? " piece" : " pieces") + " &middot; " + text.money(ticket.total - ticket.paid) + " to pay</p>" +
            (within ? lines(session, ticket.invoice) : "") + "<button data-ticket=\"" + ticket.number + "\" data-within=\"" + (within ? 1 : "") + "\">" +
            (within ? "Leave it here" : "Collect") + "</button></section>";
   }).join("");

@@ -11,7 +11,8 @@ if (!invoice.lineItems.RecordCount && !invoice.isQuickInvoice()) return layout.n
 
 if (!Session.finished) {
   invoice.invoiceDone2();
-  if (invoice.isSplitInvoice()) invoice.splitInvoice(tickets.saveAction(invoice));
+  // A bag was split when it was taken in: what comes out of it stays on its ticket.
+  if (!invoice.isQuickInvoice() && invoice.isSplitInvoice()) invoice.splitInvoice(tickets.saveAction(invoice));
   Session.finished = true;
 }
 var sheets = tickets.parts(invoice).map(function (part, at) {

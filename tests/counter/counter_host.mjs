@@ -1,0 +1,50 @@
+// A host of its own for a test: a store in a file, a free port, and a browser beside it.
+import { spawn, execFileSync } from "node:child_process";
+import { mkdtempSync, rmSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { chromium } from "playwright-core";
+
+const program = process.env.ONDREL_PROGRAM;
+
+export class Host {
+  constructor() {
+    this.folder = mkdtempSync(join(tmpdir(), "counter-"));
+    this.connection = `Driver=Embedded;Database=${join(this.folder, "shop.db")}`;
+    execFileSync(program, ["db", "create", this.connection]);
+    execFileSync(program, ["db", "sample", this.connection]);
+  }
+
+  // Listens on a free port, or on the one it had before.
+  async start() {
+    const port = this.address ? new URL(this.address).port : "0";
+    this.process = spawn(program, ["serve", "--db", this.connection, "--listen", `127.0.0.1:${port}`, "--now", "2026-11-24 10:30",
+      "--pages", process.env.ONDREL_PAGES, "--log", join(this.folder, "host.log")]);
+    this.address = await new Promise((found, failed) => {
+      this.process.stdout.on("data", (text) => { const line = /http:\/\/\S+/.exec(text); if (line) found(line[0].replace(/\/$/, "")); });
+      this.process.on("exit", (code) => failed(new Error(`the host ended with ${code}`)));
+      this.process.stderr.on("data", (text) => process.stderr.write(text));
+    });
+  }
+
+  async stop() {
+    const ended = new Promise((done) => this.process.on("exit", done));
+    this.process.kill("SIGTERM");
+    await ended;
+  }
+
+  // The first column of the first row of a query, as text.
+  query(sql) {
+    return execFileSync(program, ["run", "--db", this.connection, join(process.env.ONDREL_TESTS, "query.js"), sql], { encoding: "utf8" }).trim();
+  }
+
+  remove() { rmSync(this.folder, { recursive: true, force: true }); }
+}
+
+export function browser() {
+  return chromium.launch({
+    executablePath: "/usr/bin/chromium",
+    args: ["--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking",
+      "--disable-component-update", "--disable-sync"]
+  });
+}
