@@ -73,6 +73,18 @@ TEST_F(MarketingLettersTest, PrintsByTheCommandOfTheSettings) {
   EXPECT_TRUE(documents("spool").empty());
 }
 
+TEST_F(MarketingLettersTest, TheExampleIsALetter) {
+  const fs::path example = ONDREL_SOURCE_DIR "/examples/letters";
+  put("thank_you.rtf", contents(example / "thank_you.rtf"));
+  put("addressees.csv", contents(example / "addressees.csv"));
+  letters().mailMergeLetterToPrinter("thank_you.rtf", "addressees.csv");
+  const std::vector<fs::path> spool = documents("spool");
+  ASSERT_EQ(spool.size(), 2u);
+  const std::string letter = contents(spool[1]);
+  EXPECT_NE(letter.find("{{55 Oak Street, Back Door}}\\line"), std::string::npos) << letter;
+  EXPECT_NE(letter.find("Dear {{\\b {\\uc1 Zo\\u235\\'eb}}},\\par"), std::string::npos) << letter;
+}
+
 TEST_F(MarketingLettersTest, PrintingIsQuietAboutWhatFails) {
   put("other.rtf", "{\\rtf1 {\\field{\\*\\fldinst MERGEFIELD balance}}}");
   letters().mailMergeLetterToPrinter("nowhere.rtf", "addressees.csv");
