@@ -1,6 +1,6 @@
 #include <fmt/format.h>
 
-#include "cards/card_numbers.h"
+#include "data/card_numbers.h"
 #include "cards/credit_card_processing.h"
 #include "data/query_database.h"
 

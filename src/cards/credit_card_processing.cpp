@@ -2,7 +2,7 @@
 
 #include "base/passed_over.h"
 #include "base/text.h"
-#include "cards/card_numbers.h"
+#include "data/card_numbers.h"
 #include "data/card_masking.h"
 #include "data/query_database.h"
 #include "data/values.h"

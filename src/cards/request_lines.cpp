@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/text.h"
-#include "cards/card_numbers.h"
+#include "data/card_numbers.h"
 
 namespace ondrel {
 namespace {

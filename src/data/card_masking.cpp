@@ -1,22 +1,26 @@
 #include "data/card_masking.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "base/text.h"
+#include "data/card_columns.h"
+#include "data/card_numbers.h"
 
 namespace ondrel {
 namespace {
 
 constexpr size_t kShortestNumber = 13;
 constexpr size_t kLongestNumber = 19;
+constexpr size_t kShortestTrackNumber = 12;
 constexpr size_t kShownDigits = 4;
 constexpr size_t kShortestGroup = 3;
 constexpr size_t kLongestGroup = 6;
+constexpr size_t kMostMarks = 3;  // between two groups
 constexpr std::string_view kStars = "************";
-
-bool isCardNumber(std::string_view digits) {
-  return digits.size() >= kShortestNumber && digits.size() <= kLongestNumber && passesLuhn(digits);
-}
+constexpr std::string_view kGuidShape = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
+// What parts the values of a statement or the fields of a track, and so no groups of one number.
+constexpr std::string_view kNoMarks = "'\",()=;^?\r\n";
 
 size_t digitsAt(std::string_view text, size_t start) {
   size_t end = start;
@@ -24,36 +28,107 @@ size_t digitsAt(std::string_view text, size_t start) {
   return end - start;
 }
 
+bool isHexDigit(char c) {
+  return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+size_t guidLengthAt(std::string_view text, size_t start) {
+  const std::string_view candidate = text.substr(start, kGuidShape.size());
+  const auto fits = [](char shape, char c) { return shape == 'x' ? isHexDigit(c) : c == shape; };
+  return std::equal(kGuidShape.begin(), kGuidShape.end(), candidate.begin(), candidate.end(), fits)
+             ? kGuidShape.size()
+             : 0;
+}
+
+// Marks between two groups of digits, 0 when no group follows.
+size_t marksAt(std::string_view text, size_t start) {
+  size_t end = start;
+  while (end < text.size() && !isDigit(text[end]) && !isLetter(text[end]) &&
+         kNoMarks.find(text[end]) == std::string_view::npos)
+    ++end;
+  const bool goesOn = end < text.size() && isDigit(text[end]) && end - start <= kMostMarks;
+  return goesOn ? end - start : 0;
+}
+
+// One digit of those that may be a number, and what they are with it as the last.
+struct Digit {
+  size_t end;     // in the text
+  size_t groups;  // so far
+  bool endsGroup;
+  bool isRegular;  // groups of usual lengths, parted by one blank or dash each
+};
+
+struct Candidates {
+  std::string digits;
+  std::vector<Digit> at;
+  bool hasPoint = false;  // between the first two groups
+};
+
+Candidates candidatesAt(std::string_view text, size_t start) {
+  Candidates found;
+  bool isRegular = true;
+  for (size_t at = start, groups = 1;; ++groups) {
+    const size_t group = digitsAt(text, at);
+    isRegular = isRegular && group >= kShortestGroup && group <= kLongestGroup;
+    found.digits += text.substr(at, group);
+    for (size_t k = 1; k <= group; ++k)
+      found.at.push_back({at + k, groups, k == group, k == group && isRegular});
+    at += group;
+    const size_t marks = marksAt(text, at);
+    if (marks == 0 || found.digits.size() >= kLongestNumber) return found;
+    isRegular = isRegular && marks == 1 && (text[at] == ' ' || text[at] == '-');
+    if (groups == 1) found.hasPoint = marks == 1 && text[at] == '.';
+    at += marks;
+  }
+}
+
 struct Found {
   size_t length = 0;  // in the text
   std::string digits;
 };
 
-// A number in groups, "4111 1111 1111 1111". Groups of other lengths are identifiers and dates.
-Found groupedNumberAt(std::string_view text, size_t start) {
-  Found found;
-  for (size_t at = start;;) {
-    const size_t group = digitsAt(text, at);
-    if (group < kShortestGroup || group > kLongestGroup) return {};
-    found.digits += text.substr(at, group);
-    at += group;
-    const bool goesOn = at + 1 < text.size() && (text[at] == ' ' || text[at] == '-') && isDigit(text[at + 1]);
-    if (!goesOn || found.digits.size() > kLongestNumber) {
-      found.length = at - start;
-      return found;
-    }
-    ++at;
-  }
+bool isTrackNumber(std::string_view text, size_t start, size_t run) {
+  if (run < kShortestTrackNumber || run > kLongestNumber || start + run >= text.size()) return false;
+  const char behind = text[start + run];
+  return behind == '^' || (behind == '=' && start > 0 && text[start - 1] == ';');
 }
 
-// A number begins where digits begin; digits behind a point are the places of an amount.
+// The longest number that begins where digits begin.
 Found cardNumberAt(std::string_view text, size_t start) {
-  if (start > 0 && text[start - 1] == '.') return {};
   const size_t run = digitsAt(text, start);
-  const Found plain{run, std::string(text.substr(start, run))};
-  if (isCardNumber(plain.digits)) return plain;
-  const Found grouped = groupedNumberAt(text, start);
-  return isCardNumber(grouped.digits) ? grouped : Found{};
+  if (isTrackNumber(text, start, run)) return {run, std::string(text.substr(start, run))};
+  const bool isBehindPoint = start > 1 && text[start - 1] == '.' && isDigit(text[start - 2]);
+  const Candidates found = candidatesAt(text, start);
+  for (size_t count = std::min(kLongestNumber, found.digits.size()); count >= kShortestNumber; --count) {
+    const std::string digits = found.digits.substr(0, count);
+    if (!passesLuhn(digits)) continue;
+    const Digit& last = found.at[count - 1];
+    const bool isAmount = last.groups == 1 ? isBehindPoint : last.groups == 2 && found.hasPoint;
+    const bool isPlain = last.groups == 1 && last.endsGroup;
+    if (!isAmount && (isPlain || last.isRegular || checkCardNumber(digits).isValid))
+      return {last.end - start, digits};
+  }
+  return {};
+}
+
+// Digits of a literal without those of its GUIDs; empty for an amount.
+std::string digitsOfLiteral(std::string_view content) {
+  std::string digits;
+  for (size_t at = 0; at < content.size();) {
+    const size_t guid = guidLengthAt(content, at);
+    if (guid == 0 && isDigit(content[at])) digits += content[at];
+    at += std::max<size_t>(guid, 1);
+  }
+  const bool isAmount = content.find('.') != std::string_view::npos && digits.size() + 1 == content.size();
+  return isAmount ? "" : digits;
+}
+
+// With its quotes.
+Found cardLiteralAt(std::string_view text, size_t start) {
+  const size_t end = text.find('\'', start + 1);
+  if (end == std::string_view::npos) return {};
+  const std::string digits = digitsOfLiteral(text.substr(start + 1, end - start - 1));
+  return checkCardNumber(digits).isValid ? Found{end + 1 - start, digits} : Found{};
 }
 
 size_t trackLengthAt(std::string_view text, size_t start) {
@@ -62,17 +137,28 @@ size_t trackLengthAt(std::string_view text, size_t start) {
   return end - start;
 }
 
-}  // namespace
-
-bool passesLuhn(std::string_view digits) {
-  int sum = 0;
-  bool isDoubled = false;
-  for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit, isDoubled = !isDoubled) {
-    const int value = (*digit - '0') * (isDoubled ? 2 : 1);
-    sum += value > 9 ? value - 9 : value;
+// Appends what begins at `start`, masked, and gives its length.
+size_t appendMasked(std::string_view text, size_t start, std::string& result) {
+  size_t length = std::max<size_t>(guidLengthAt(text, start), 1);
+  if (length == 1 && text[start] == '\'') {
+    if (const Found literal = cardLiteralAt(text, start); literal.length > 0) {
+      result += "'" + maskedCardNumber(literal.digits) + "'";
+      return literal.length;
+    }
+  } else if (length == 1 && isDigit(text[start])) {
+    if (const Found number = cardNumberAt(text, start); number.length > 0) {
+      result += maskedCardNumber(number.digits);
+      const size_t track = trackLengthAt(text, start + number.length);
+      if (track > 0) result += "[track]";
+      return number.length + track;
+    }
+    length = digitsAt(text, start);
   }
-  return sum % 10 == 0;
+  result += text.substr(start, length);
+  return length;
 }
+
+}  // namespace
 
 std::string maskedCardNumber(std::string_view number) {
   const std::string_view plain = trim(number);
@@ -82,27 +168,10 @@ std::string maskedCardNumber(std::string_view number) {
 }
 
 std::string maskCardData(std::string_view text) {
+  const std::string bound = maskCardColumns(text);
   std::string result;
-  result.reserve(text.size());
-  for (size_t at = 0; at < text.size();) {
-    if (!isDigit(text[at])) {
-      result += text[at++];
-      continue;
-    }
-    const Found found = cardNumberAt(text, at);
-    if (found.length == 0) {
-      const size_t run = digitsAt(text, at);
-      result += text.substr(at, run);
-      at += run;
-      continue;
-    }
-    result += maskedCardNumber(found.digits);
-    at += found.length;
-    if (const size_t track = trackLengthAt(text, at)) {
-      result += "[track]";
-      at += track;
-    }
-  }
+  result.reserve(bound.size());
+  for (size_t at = 0; at < bound.size();) at += appendMasked(bound, at, result);
   return result;
 }
 

@@ -5,21 +5,26 @@
 
 namespace ondrel {
 
-// The check of card numbers: every second digit from the right doubled, 9 taken off a doubled value of 10 or
-// more, the sum a multiple of 10. The text holds digits only.
-bool passesLuhn(std::string_view digits);
-
 // "************" and the last four characters of the trimmed number.
 std::string maskedCardNumber(std::string_view number);
 
-// `text` fit for a log: the one place that knows what card data looks like.
+// `text`, a statement or what a store says about one, fit for a log: the one place that knows what card data
+// looks like.
 //
-// | in the text                                       | becomes                                |
-// |---------------------------------------------------|----------------------------------------|
-// | 13 to 19 digits that pass the check, also in      | the masked number                      |
-// | groups parted by a blank or a dash                |                                        |
-// | such a number with "^" or "=" behind it, a track  | the masked number and "[track]", up to |
-// |                                                   | the end sentinel, a quote or line end  |
+// | in the text                                              | becomes                                |
+// |----------------------------------------------------------|----------------------------------------|
+// | a value bound to a column of card data (card_columns.h)  | masked, whatever its check digit       |
+// | 13 to 19 digits that pass the check                      | the masked number                      |
+// | such digits in groups of three to six, parted by a blank | the masked number                      |
+// | or a dash each                                           |                                        |
+// | a number that checkCardNumber takes, its groups parted   | the masked number                      |
+// | by up to three marks, or other digits close behind it    |                                        |
+// | a literal '...' that checkCardNumber takes, as it drops  | the masked number                      |
+// | whatever is no digit                                     |                                        |
+// | a number of a track, with "^" or "=" behind it           | the masked number and "[track]", up to |
+// |                                                          | the end sentinel, a quote or line end  |
+//
+// GUIDs stay, and so do amounts: digits on both sides of a single point.
 std::string maskCardData(std::string_view text);
 
 }  // namespace ondrel

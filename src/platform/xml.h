@@ -7,7 +7,7 @@
 
 namespace ondrel {
 
-// A document that is read only. Declared entities are not expanded and nothing outside is fetched.
+// A document that is read only. Nothing outside is fetched.
 class XmlDocument {
  public:
   XmlDocument();
@@ -15,7 +15,8 @@ class XmlDocument {
   XmlDocument(XmlDocument&&) noexcept;
   XmlDocument& operator=(XmlDocument&&) noexcept;
 
-  // False when the text is no document with one root element; the document is then empty.
+  // False when the text is not well-formed, nests deeper than 256 elements or declares entities; the document
+  // is then empty.
   bool loadXML(std::string_view text);
   // Text of the first element at the path ("//A/B/C") with that of the elements in it, without white
   // space at both ends. Nothing when there is no such element.

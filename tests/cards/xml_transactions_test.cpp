@@ -71,6 +71,11 @@ TEST_F(XmlCards, APurchaseSendsOneDocumentAndReadsItsAnswer) {
   const std::string refused =
       start + "<RESULT_DESCRIPTION>NO</RESULT_DESCRIPTION><RESULT_APPROVALCODE>A8</RESULT_APPROVALCODE>" +
       end;
+  const std::string ampersand =
+      start +
+      "<RESULT_SUCCESS>T</RESULT_SUCCESS><RESULT_DESCRIPTION>A&B</RESULT_DESCRIPTION>"
+      "<RESULT_APPROVALCODE>A9</RESULT_APPROVALCODE>" +
+      end;
   const char* keyed = "<ACCOUNT>4111</ACCOUNT><EXPIRATION>2812</EXPIRATION>";
   const Case cases[] = {
       {"", approved.c_str(), keyed, "A7", "OKfine"},
@@ -78,6 +83,7 @@ TEST_F(XmlCards, APurchaseSendsOneDocumentAndReadsItsAnswer) {
       {"", bare.c_str(), keyed, nullptr, "Unknown"},
       {"", refused.c_str(), keyed, nullptr, "NO"},
       {"", "<a><b></a>", keyed, nullptr, "Unknown"},
+      {"", ampersand.c_str(), keyed, nullptr, "Unknown"},
       {"", "", keyed, nullptr, "Unknown"},
   };
   for (const Case& row : cases) {

@@ -1,4 +1,4 @@
-#include "cards/card_numbers.h"
+#include "data/card_numbers.h"
 
 #include <fmt/format.h>
 
@@ -6,7 +6,6 @@
 #include <iterator>
 
 #include "base/text.h"
-#include "data/card_masking.h"
 
 namespace ondrel {
 namespace {
@@ -64,6 +63,16 @@ std::string keepAlphanumeric(std::string_view text) {
 
 bool isAllDigits(std::string_view text) {
   return std::all_of(text.begin(), text.end(), isDigit);
+}
+
+bool passesLuhn(std::string_view digits) {
+  int sum = 0;
+  bool isDoubled = false;
+  for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit, isDoubled = !isDoubled) {
+    const int value = (*digit - '0') * (isDoubled ? 2 : 1);
+    sum += value > 9 ? value - 9 : value;
+  }
+  return sum % 10 == 0;
 }
 
 CardCheck checkCardNumber(std::string_view number) {

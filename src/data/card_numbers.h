@@ -10,6 +10,10 @@ std::string keepAlphanumeric(std::string_view text);
 // True for an empty text.
 bool isAllDigits(std::string_view text);
 
+// The check of card numbers: every second digit from the right doubled, 9 taken off a doubled value of 10 or
+// more, the sum a multiple of 10. The text holds digits only.
+bool passesLuhn(std::string_view digits);
+
 struct CardCheck {
   bool isValid = false;
   std::string_view brand;  // empty when the first four digits belong to none
