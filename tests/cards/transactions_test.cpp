@@ -165,7 +165,7 @@ TEST_F(FullSales, EveryOutcomeLeavesRowsThatTellIt) {
   EXPECT_TRUE(payments().empty());
 }
 
-TEST_F(FullSales, AnApprovalIsBookedWithTheCardMasked) {
+TEST_F(FullSales, APaymentRowStaysWhenItsBookingFails) {
   startSimulator();
   statements();
   // The booking of a ticket that is no number fails behind the payment row.
@@ -183,15 +183,49 @@ TEST_F(FullSales, AnApprovalIsBookedWithTheCardMasked) {
   EXPECT_EQ(payments().size(), 2u);
 }
 
-// The sale as if the process had died between approval and booking.
-TEST_F(FullSales, ACrashBehindTheApprovalShowsAsAnAnswerWithoutAPayment) {
+// Tickets 1007 and 1008 of customer 1, 41.91 and 11.00 to pay, are collected; of 1010 10.00 more is paid ahead.
+TEST_F(FullSales, AnApprovedSaleIsBookedOnItsTickets) {
   startSimulator();
   const CreditCardFieldsRef fields = visa();
-  EXPECT_TRUE(cards.ProcessSingleTransaction(2, fields, 4, "", 10, code));
-  EXPECT_EQ(rows("select X.answer from XChargeTransaction X where X.dateAnswered is not null and not exists "
-                 "(select * from TerminalPayment P where P.approvalCode = X.answer)"),
-            std::vector<std::string>{"A100001"});
-  EXPECT_TRUE(content("C:\\xc\\" + fields->guid + ".ans").starts_with("\"Y"));
+  statements();
+  EXPECT_TRUE(cards.ProcessFullTransaction(1, 2, 4, 1, " '1007,1008' ", fields, 52.91, 77, 1, code));
+  const std::vector<std::string> sent = statements();
+  const std::string answer =
+      " update xchargetransaction set  dateAnswered = getdate() ,answer = 'A100001' where transactionguid = '" +
+      fields->guid + "'";
+  const std::vector<std::string> booking = {
+      "<begin>",
+      answer,
+      "<commit>",
+      "<close>",
+      "select creditCardTypeID from creditcardtypedomain where storeid = '1' and name = 'Visa'",
+      "<begin>",
+      " INSERT INTO TerminalPayment (terminalId, paymentNumber, paymentType,  paymentAmount,checkOrCardNumber, "
+      "creditCardId, creditCardExpirydate,  approvalCode, transactionNumber, totalCashPayment, signatureID)  VALUES( "
+      "2,1,'Credit Card',52.91,'************1111',1,'2812','A100001','XXXXX',0,77)",
+      "<commit>",
+      "<close>",
+      "<begin>",
+      "ApplyPrePayPayment '1007,1008',1,1,4,2, 'Pickup'",
+      "<commit>",
+      "<close>"};
+  ASSERT_GT(sent.size(), booking.size());
+  EXPECT_EQ(std::vector<std::string>(sent.end() - static_cast<long>(booking.size()), sent.end()), booking);
+  EXPECT_TRUE(cards.ProcessFullTransaction(1, 2, 4, 16, "1010", visa(), 10, "", 2, code));
+  EXPECT_EQ(
+      rows(
+          "select ticketNumber, paymentAction, paymentType, paymentAmount, checkOrCardNumber, creditCardId, "
+          "creditCardExpirydate, approvalCode, transactionNumber, signatureId from Payment where terminalId = 2 "
+          "and paymentDate >= '2026-11-24 10:30' order by paymentId"),
+      (std::vector<std::string>{
+          "1007 | Pickup | Credit Card | 41.91 | ************1111 | 1 | 2812 | A100001 | XXXXX | 77",
+          "1008 | Pickup | Credit Card | 11 | ************1111 | 1 | 2812 | A100001 | XXXXX | 77",
+          "1010 | Pre pay | Credit Card | 10 | ************1111 | 1 | 2812 | A100002 | XXXXX | NULL"}));
+  EXPECT_EQ(
+      rows(
+          "select ticketNumber, amountPaid, ticketStatus from Ticket where ticketNumber in (1007, 1008, 1010)"),
+      (std::vector<std::string>{"1007 | 41.91 | FI", "1008 | 11 | FI", "1010 | 30 | AC"}));
+  EXPECT_TRUE(payments().empty());
 }
 
 TEST_F(FullSales, ARetryTakesTheStoredAnswerOrGoesOnWaiting) {

@@ -13,20 +13,19 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sqlite3.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <iostream>
 #include <random>
 #include <set>
 #include <string>
 #include <thread>
 
+#include "child_process.h"
 #include "data/embedded/embedded_connection.h"
 #include "data/embedded/embedded_store.h"
 #include "data/embedded/functions.h"
@@ -87,20 +86,6 @@ void saveTickets(const std::string& path, int report) {
   }
 }
 
-// Runs `work` in a process of its own, so that no handle of a database is ever inherited.
-pid_t inChild(const std::function<void()>& work) {
-  const pid_t child = fork();
-  if (child < 0) throw std::runtime_error("fork failed");
-  if (child > 0) return child;
-  try {
-    work();
-  } catch (const std::exception& error) {
-    std::cerr << "child: " << error.what() << "\n";
-    _exit(3);
-  }
-  _exit(0);
-}
-
 // First value of the first row.
 std::string ask(sqlite3* database, const std::string& sql) {
   std::string answer;
@@ -153,8 +138,7 @@ std::set<int> killOnce(const std::string& path, std::chrono::milliseconds life) 
   close(ends[1]);
   std::this_thread::sleep_for(life);
   kill(child, SIGKILL);
-  int status = 0;
-  waitpid(child, &status, 0);
+  const int status = statusOf(child);
   FILE* report = fdopen(ends[0], "r");
   std::set<int> numbers;
   for (int number = 0; std::fscanf(report, "%d", &number) == 1;) numbers.insert(number);
@@ -168,8 +152,7 @@ int run(int kills, unsigned seed) {
       std::filesystem::temp_directory_path() / ("ondrel_ticket_crash_" + std::to_string(getpid()));
   std::filesystem::create_directories(folder);
   const std::string path = (folder / "store.db").string();
-  int status = 0;
-  waitpid(inChild([&] { createDatabaseFile(path, StoreContents::Sample); }), &status, 0);
+  const int status = statusOf(inChild([&] { createDatabaseFile(path, StoreContents::Sample); }));
 
   std::mt19937 random(seed);
   std::uniform_int_distribution<int> life(1, kLongestRun);
