@@ -23,12 +23,16 @@ std::string libraryOfProgram() {
   return std::filesystem::exists(folder / kLibrary) ? (folder / kLibrary).string() : kLibrary;
 }
 
+[[noreturn]] void failLibrary() {
+  throw Error(ErrorNumber::FileNotFound, "ondrel", ::dlerror());  // NOLINT(concurrency-mt-unsafe)
+}
+
 // Calls an export that takes nothing and gives a status.
 int callExport(const std::string& library, const char* name) {
   void* const handle = ::dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!handle) throw Error(ErrorNumber::FileNotFound, "ondrel", ::dlerror());
+  if (!handle) failLibrary();
   auto* const function = reinterpret_cast<DllRegisterServerFunction*>(::dlsym(handle, name));
-  if (!function) throw Error(ErrorNumber::FileNotFound, "ondrel", ::dlerror());
+  if (!function) failLibrary();
   const HRESULT status = function();
   ::dlclose(handle);
   if (status < 0)
