@@ -114,40 +114,51 @@ TEST_F(CardData, StandsNowhereThatASessionLeavesBehind) {
   for (const char* secret : kSecrets) EXPECT_EQ(left.find(secret), std::string::npos) << secret;
 }
 
+// A swipe, an answer or a document with up to three places changed.
+std::string damaged(std::mt19937& random) {
+  static constexpr std::string_view kWhole[] = {
+      kSwipe, "\"YA1\",\"x\"\r\n", "YA1",
+      "<XCTRANSACTION><TRANSACTION><RESULT_SUCCESS>T</RESULT_SUCCESS></TRANSACTION></XCTRANSACTION>"};
+  static constexpr std::string_view kPieces[] = {"%B", "^",    ";",         "=",    "/",   "?",
+                                                 "\"", ",",    "\r\n",      "Y",    "<",   ">",
+                                                 "</", "&#0;", "<![CDATA[", "<!--", "]]>", " "};
+  std::string text(kWhole[random() % std::size(kWhole)]);
+  for (size_t changes = random() % 4; changes > 0; --changes) {
+    const std::string piece = random() % 4 == 0 ? std::string(1, static_cast<char>(random() % 256))
+                                                : std::string(kPieces[random() % std::size(kPieces)]);
+    text.replace(random() % (text.size() + 1), random() % 4, piece);
+  }
+  return text;
+}
+
 TEST_F(CardData, HostileInputNeitherCrashesNorHangs) {
-  constexpr std::string_view kPieces[] = {
-      "%B", "^",    ";",         "=",    "/",   "?",    "\"",       ",", "\r\n",         "Y", "<", ">",
-      "</", "&#0;", "<![CDATA[", "<!--", "]]>", "4111", "11111111", " ", "XCTRANSACTION"};
   std::mt19937 random(20261124);
-  cards.setXChargeTimeout(1);
-  apartment->clock = clock;
+  cards.setXChargeTimeout(0);
   const CreditCardFieldsRef fields = visa();
   cards.RequestSingleTransaction(2, fields, 4, "", 1);
   const std::string answer = "C:\\xc\\" + fields->guid + ".ans";
+  int documents = 0, approvals = 0;
   for (int round = 0; round < 2000; ++round) {
-    std::string text;
-    for (size_t k = random() % 24; k > 0; --k) {
-      if (random() % 4 == 0)
-        text += static_cast<char>(random() % 256);
-      else
-        text += kPieces[random() % std::size(kPieces)];
-    }
+    const std::string text = damaged(random);
     EXPECT_EQ(cards.FieldsFromSwipe(text)->swipedata, text);
-    Variant name, message;
+    Variant name, message, code;
     const bool isValid = cards.VerifyCreditCard(text, name, message);
     EXPECT_EQ(isValid, message.isEmpty());
+    EXPECT_EQ(maskCardData(text + " '" + kNumber).find(kNumber), std::string::npos) << text;
     XmlDocument document;
-    document.loadXML(text);
-    document.textOf("//XCTRANSACTION/TRANSACTION/RESULT_SUCCESS");
+    documents += document.loadXML(text) &&
+                 document.textOf("//XCTRANSACTION/TRANSACTION/RESULT_SUCCESS").value_or("") == "T";
     size_t values = 0;
     for (DelimitedText reader(text); !reader.atEnd(); ++values) reader.next();
     EXPECT_LE(values, text.size());
-    if (round % 20 > 0) continue;
+    if (round % 5 > 0) continue;
     put(answer, text);
-    Variant code;
     const bool approved = cards.ReadSingleAnswer(fields->guid, code);
     EXPECT_TRUE(!approved || text.find('Y') != std::string::npos);
+    approvals += approved;
   }
+  EXPECT_TRUE(documents > 100 && documents < 250) << documents;
+  EXPECT_TRUE(approvals > 50 && approvals < 200) << approvals;
   std::string deep;
   for (int level = 0; level < 100000; ++level) deep += "<a>";
   EXPECT_FALSE(XmlDocument().loadXML(deep));

@@ -139,6 +139,16 @@ TEST_F(CardTransactions, SinglesGoThroughTheCardProgram) {
           fields->guid + "'");
 }
 
+TEST_F(CardTransactions, ABrandHasAnIdWhereTheShopTakesIt) {
+  EXPECT_EQ(cards.getCreditCardTypeID(1, "4111 1111 1111 1111").toLong(), 1);
+  EXPECT_EQ(reads(),
+            std::vector<std::string>{
+                "select creditCardTypeID from creditcardtypedomain where storeid = '1' and name = 'Visa'"});
+  EXPECT_TRUE(cards.getCreditCardTypeID(1, "4111111111111112").isEmpty());
+  EXPECT_TRUE(reads().empty());
+  EXPECT_TRUE(cards.getCreditCardTypeID(99, "4111111111111111").isEmpty());
+}
+
 class FullSales : public CardTest {
  protected:
   bool sell(const CreditCardFieldsRef& fields, double amount, const char* tickets = "", int type = 2) {
