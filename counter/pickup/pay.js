@@ -21,5 +21,6 @@ session.applyPayments(employee.id, desk.terminal);
 session.recordPickupAction(employee.id);
 var numbers = Session.pickupTickets.join("-");
 delete Session.pickup;
+desk.workDone();
 Session.pickupTickets = [];
 Response.redirect("/collected?tickets=" + numbers + "&change=" + change.toFixed(2));

@@ -23,4 +23,5 @@ if (quick.isSplitInvoice()) quick.splitInvoice();
 quick.saveInvoice("add", employee.id, desk.terminal, "0", employee.name, desk.storeName(), true);
 var numbers = tickets.numbers(quick);
 delete Session.quick;
+desk.workDone();
 Response.redirect("/saved?tickets=" + numbers.join("-"));

@@ -16,6 +16,12 @@ exports.employee = function () {
   return Request.clerk || Session.kept.employee || null;
 };
 
+// What was written is saved or given up: a restart of the host brings nothing of it back, unless a ticket is
+// still open beside it.
+exports.workDone = function () {
+  if (!Session.invoice) Server.workDone();
+};
+
 exports.storeName = function () {
   var found = Database.query("select name from Store where storeId = " + exports.store);
   return found.EOF ? "" : found.Fields("name").Value;

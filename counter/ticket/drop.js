@@ -1,3 +1,6 @@
 // The ticket in progress is given up.
-if (Request.method === "POST") delete Session.invoice;
+if (Request.method === "POST") {
+  delete Session.invoice;
+  Server.include("shared/desk.js").workDone();
+}
 Response.redirect("/");

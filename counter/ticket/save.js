@@ -11,5 +11,6 @@ invoice.saveInvoice(tickets.saveAction(invoice), employee.id, desk.terminal, "0"
 invoice.insertTagsForTicket(false);
 var numbers = tickets.numbers(invoice);
 delete Session.invoice;
+desk.workDone();
 Session.finished = false;
 Response.redirect("/saved?tickets=" + numbers.join("-"));

@@ -47,8 +47,8 @@ class WatchedConnection : public Connection {
   }
   void commit() override {
     if (writing_ == Writing::Discarded) return;
-    beforeCommit_();
     const Timer timer(use_);
+    beforeCommit_();
     connection_->commit();
   }
   void execute(std::string_view sql) override {
