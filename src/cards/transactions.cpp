@@ -172,7 +172,7 @@ bool CreditCardProcessing::IsAnswerReady(const Variant& guid) const {
   return hasAnswer(getRequestFile(guid));
 }
 
-// A batch does not stop at a row whose answer is being written.
+// An answer that is still being written would be stored as a time-out.
 bool CreditCardProcessing::mayHaveWholeAnswer(const std::string& path) const {
   return hasAnswer(path) && !lacksClosingQuote(readAnswer(*apartment_, path + std::string(kAnswer)));
 }
@@ -247,7 +247,7 @@ bool CreditCardProcessing::awaitAnswer(const Variant& guid, Variant& code) {
       code = kTimedOut;
       return false;
     }
-    if (IsAnswerReady(guid)) return true;
+    if (mayHaveWholeAnswer(getRequestFile(guid))) return true;
   }
 }
 

@@ -241,6 +241,9 @@ TEST_F(FullSales, AnApprovedSaleIsBookedOnItsTickets) {
 TEST_F(FullSales, ARetryTakesTheStoredAnswerOrGoesOnWaiting) {
   const CreditCardFieldsRef fields = visa();
   EXPECT_FALSE(sell(fields, 10));
+  put("C:\\xc\\" + fields->guid + ".ans", "\"YA");
+  EXPECT_FALSE(sell(fields, 10));
+  EXPECT_EQ(code.toText(), "TIMED OUT WAITING FOR ANSWER");
   put("C:\\xc\\" + fields->guid + ".ans", "\"YA9\"\r\n");
   EXPECT_TRUE(sell(fields, 10));
   EXPECT_EQ(code.toText(), "A9");
