@@ -1,6 +1,7 @@
 // A card sale: a customer pays for her ticket with a card that is swiped, then one that is refused is keyed in.
 // The card program is another process, so start its stand-in first, on a folder that this run calls C:\xc:
 //
+//   scripts/build card_simulator
 //   mkdir -p /tmp/drives/c/xc
 //   build/card_simulator /tmp/drives/c/xc &
 //   ONDREL_DRIVES=/tmp/drives scripts/ondrel run examples/a_card_sale.js
