@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "data/query_database.h"
 #include "invoice/invoice.h"
-#include "web/html_writer.h"
+#include "web/button_panel.h"
 #include "web/line_views.h"
 
 namespace ondrel {
@@ -15,35 +15,6 @@ using enum LineColumn;
 struct ButtonColumns {
   Column id, name, icon, maxQuantity;
 };
-
-// A panel of buttons with a head that names what is chosen among them.
-class ButtonPanel {
- public:
-  // Adds to the head; `pieces` above 1 are told in brackets.
-  void choose(const std::string& name, std::int32_t pieces = 1) {
-    if (!chosen_.empty()) chosen_ += ", ";
-    chosen_ += name;
-    if (pieces > 1) chosen_ += " (" + std::to_string(pieces) + ")";
-  }
-  HtmlWriter& buttons() { return buttons_; }
-
-  // The panel from its head on.
-  void writeTo(HtmlWriter& html, std::string_view groupName, const std::string& title,
-               std::string_view type) {
-    html.raw("<div class=\"pligroup\"><div class=\"header\"><span class=\"group\"")
-        .attribute("groupname", groupName);
-    html.content().encoded(title).raw("</span><span class=\"sel-").raw(type).raw("-name\">").encoded(chosen_);
-    html.raw("</span></div>").raw(buttons_.text()).raw("</div></div>");
-  }
-
- private:
-  std::string chosen_;
-  HtmlWriter buttons_;
-};
-
-void writeImage(HtmlWriter& html, const std::string& icon) {
-  html.raw("background-image: url(/uploadedimages/").raw(icon).raw(")");
-}
 
 // ---------------------------------------------------------------- upcharges
 
@@ -122,64 +93,6 @@ void writeTypedButton(HtmlWriter& html, std::string_view type, const std::string
 }
 
 }  // namespace
-
-// ---------------------------------------------------------------- items
-
-Variant Invoice::htmlItems(const Variant& departmentID, const Variant& line) {
-  std::string department = departmentID.joined();
-  Variant selected = 0, linePieces;
-  if (!line.joined().empty() && findLine(line)) {
-    selected = lineItems->value(lineItemId);
-    department = lineItems->value(deptId).joined();
-    linePieces = lineItems->value(quantity);
-  }
-  const RecordsetRef rows = queryDatabase(
-      *apartment_,
-      fmt::format(
-          " select pricelistitem.itemname, pricelistitem.pricelistitemid, pricelistitem.departmentid, "
-          "pricelistitem.promptforupcharge, pricelistitem.promptfordescriptors,  "
-          "isnull(pricelistitem.imagefilename, '') as icon,  department.name as departmentname,  "
-          "department.useheatseals  from pricelistitem  inner join department on pricelistitem.departmentID = "
-          "department.departmentID  where department.pricelistid = '{}'{} order by pricelistitem.displaysequence, "
-          "pricelistitem.itemname ",
-          priceListId,
-          department.empty()
-              ? " and pricelistitem.disabled = 0 and pricelistitem.commonitem = 1 "
-              : fmt::format(" and pricelistitem.disabled = 0 and pricelistitem.departmentID = '{}'",
-                            escapeSqlValue(department))));
-  lineItems->clearFilter();
-  if (rows->eof()) return "";
-
-  const ButtonColumns columns = {rows->column("pricelistitemid"), rows->column("itemname"),
-                                 rows->column("icon"), rows->column("departmentid")};
-  const Column departmentOfItem = rows->column("departmentid"),
-               promptForUpcharge = rows->column("promptforupcharge"),
-               useHeatSeals = rows->column("useheatseals");
-  const std::string title = rows->text("departmentname");
-  ButtonPanel panel;
-  HtmlWriter& html = panel.buttons();
-  for (; !rows->eof(); rows->moveNext()) {
-    const std::string name = rows->text(columns.name), icon = rows->text(columns.icon);
-    const Variant id = rows->value(columns.id);
-    html.raw("<div id=\"it").raw(id).raw("\"").attribute("departmentid", rows->value(departmentOfItem));
-    if (!icon.empty()) {
-      html.raw(" style=\"");
-      writeImage(html, icon);
-      html.raw("\"");
-    }
-    const bool isSelected = isGreater(selected, 0) && isEqual(id, selected);
-    if (isSelected) panel.choose(name);
-    if (isSelected && !isEqual(linePieces, 1)) html.attribute("quantity", linePieces);
-    html.raw(isSelected ? " class=\"button pli li-it plisel" : " class=\"button pli li-it");
-    if (!rows->flag(promptForUpcharge)) html.raw(" fin");
-    if (!garmentSearch && rows->flag(useHeatSeals)) html.raw(" uhs");
-    html.raw("\"").escaped("itemname", toLower(name)).raw("><span>").encoded(name).raw("</span></div>");
-  }
-  HtmlWriter page;
-  page.raw("<div class=\"items collapsed collapsible panel\" group=\"it\">");
-  panel.writeTo(page, "items", title, "it");
-  return page.take();
-}
 
 // ---------------------------------------------------------------- descriptors
 

@@ -1,0 +1,80 @@
+#include <fmt/format.h>
+
+#include "base/text.h"
+#include "data/query_database.h"
+#include "invoice/invoice.h"
+#include "web/button_panel.h"
+
+namespace ondrel {
+namespace {
+
+using enum LineColumn;
+
+// Without a department the common items of the price list.
+std::string itemsOf(std::int32_t priceList, const std::string& department) {
+  return fmt::format(
+      " select pricelistitem.itemname, pricelistitem.pricelistitemid, pricelistitem.departmentid, "
+      "pricelistitem.promptforupcharge, pricelistitem.promptfordescriptors,  "
+      "isnull(pricelistitem.imagefilename, '') as icon,  department.name as departmentname,  "
+      "department.useheatseals  from pricelistitem  inner join department on pricelistitem.departmentID = "
+      "department.departmentID  where department.pricelistid = '{}'{} order by pricelistitem.displaysequence, "
+      "pricelistitem.itemname ",
+      priceList,
+      department.empty()
+          ? " and pricelistitem.disabled = 0 and pricelistitem.commonitem = 1 "
+          : fmt::format(" and pricelistitem.disabled = 0 and pricelistitem.departmentID = '{}'",
+                        escapeSqlValue(department)));
+}
+
+// What the line at hand says to the buttons.
+struct ChosenItem {
+  Variant id = 0, pieces;
+};
+
+void writeButtons(ButtonPanel& panel, Recordset& rows, const ChosenItem& chosen, bool wantsHeatSeals) {
+  const Column itemId = rows.column("pricelistitemid"), itemname = rows.column("itemname"),
+               icon = rows.column("icon"), department = rows.column("departmentid"),
+               promptForUpcharge = rows.column("promptforupcharge"),
+               useHeatSeals = rows.column("useheatseals");
+  HtmlWriter& html = panel.buttons();
+  for (; !rows.eof(); rows.moveNext()) {
+    const std::string name = rows.text(itemname), image = rows.text(icon);
+    const Variant id = rows.value(itemId);
+    html.raw("<div id=\"it").raw(id).raw("\"").attribute("departmentid", rows.value(department));
+    if (!image.empty()) {
+      html.raw(" style=\"");
+      writeImage(html, image);
+      html.raw("\"");
+    }
+    const bool isChosen = isGreater(chosen.id, 0) && isEqual(id, chosen.id);
+    if (isChosen) panel.choose(name);
+    if (isChosen && !isEqual(chosen.pieces, 1)) html.attribute("quantity", chosen.pieces);
+    html.raw(isChosen ? " class=\"button pli li-it plisel" : " class=\"button pli li-it");
+    if (!rows.flag(promptForUpcharge)) html.raw(" fin");
+    if (wantsHeatSeals && rows.flag(useHeatSeals)) html.raw(" uhs");
+    html.raw("\"").escaped("itemname", toLower(name)).raw("><span>").encoded(name).raw("</span></div>");
+  }
+}
+
+}  // namespace
+
+Variant Invoice::htmlItems(const Variant& departmentID, const Variant& line) {
+  std::string department = departmentID.joined();
+  ChosenItem chosen;
+  if (!line.joined().empty() && findLine(line)) {
+    chosen = {lineItems->value(lineItemId), lineItems->value(quantity)};
+    department = lineItems->value(deptId).joined();
+  }
+  lineItems->clearFilter();
+  const RecordsetRef rows = queryDatabase(*apartment_, itemsOf(priceListId, department));
+  if (rows->eof()) return "";
+  const std::string title = rows->text("departmentname");
+  ButtonPanel panel;
+  writeButtons(panel, *rows, chosen, !garmentSearch);
+  HtmlWriter html;
+  html.raw("<div class=\"items collapsed collapsible panel\" group=\"it\">");
+  panel.writeTo(html, "items", title, "it");
+  return html.take();
+}
+
+}  // namespace ondrel
