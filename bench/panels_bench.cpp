@@ -67,8 +67,8 @@ double appendMicroseconds(const std::vector<std::string>& fragments) {
 class KeptAnswers : public Connection {
  public:
   using Answers = std::unordered_map<std::string, RecordsetRef>;
-  KeptAnswers(const ConnectionSettings& settings, Answers& answers, double& statements)
-      : settings_(settings), answers_(answers), statements_(statements) {}
+  KeptAnswers(ConnectionSettings settings, Answers& answers, double& statements)
+      : settings_(std::move(settings)), answers_(answers), statements_(statements) {}
 
   void setCommandTimeout(int) override {}
   void open() override {}
@@ -89,7 +89,7 @@ class KeptAnswers : public Connection {
   }
 
  private:
-  const ConnectionSettings& settings_;
+  ConnectionSettings settings_;
   Answers& answers_;
   double& statements_;
 };

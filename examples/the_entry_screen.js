@@ -18,7 +18,7 @@ function show(title, html) {
   var depth = 0;
   print("");
   print(title);
-  html.replace(/(<div|<ul)/g, "\n$1").replace(/(<\/div><\/div>)/g, "$1").split("\n").forEach(function (line) {
+  html.replace(/(<div|<ul)/g, "\n$1").split("\n").forEach(function (line) {
     if (!line) return;
     print(new Array(depth + 2).join("  ") + line);
     depth += (line.match(/<(div|ul)/g) || []).length - (line.match(/<\/(div|ul)>/g) || []).length;
@@ -26,11 +26,10 @@ function show(title, html) {
 }
 
 var suit = invoice.addItem2(125, 1); // a linen suit, for which the price list wants a color and a pattern
-invoice.addUpcharge2(suit, "Stain Treatment", 1);
 show("The suit lacks two things:", invoice.htmlLineItems(suit));
 
-invoice.addColor(suit, "Navy", 1, true);
-invoice.addPattern(suit, "Pinstripe", 1, true);
+invoice.addDescriptor(suit, "Navy", "CO", 1);
+invoice.addDescriptor(suit, "Pinstripe", "PA", 1);
 show("Now it is described:", invoice.htmlLineItems(suit));
 
 invoice.invoiceDone2();
