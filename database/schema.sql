@@ -564,7 +564,8 @@ create index TicketByCustomer on Ticket (customerSequenceNumber, ticketStatus);
 create index TicketByInvoice on Ticket (invoiceNumber);
 create index TicketByCreated on Ticket (createdDate);
 
--- The customer as he was when the ticket was written, and the name and place of somebody who collects.
+-- The customer as he was when the ticket was written, and the name and place of somebody who collects. The
+-- whole name follows from its parts.
 create table TicketCustomer (
   ticketNumber int not null primary key,
   customerID varchar(20),
@@ -592,7 +593,7 @@ create table TicketCustomer (
   AltAreaCode varchar(3),
   AltPhone varchar(10),
   email varchar(128),
-  customername varchar(128)
+  customername as convert(varchar(128), ltrim(rtrim(isnull(firstName, '') + ' ' + isnull(lastName, ''))))
 );
 
 -- A line of a ticket: garment, descriptor, charge, discount, surcharge or tax. The two columns called

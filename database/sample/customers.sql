@@ -25,7 +25,7 @@ insert into Customer (customerSequenceNumber, customerID, customername, firstNam
   ( 2, 'C0002', 'Owen Tarrant',    'Owen',     null, 'Tarrant',         null,              '802', '5550102', 'owen@example.com',     '16 Birch Lane',    'Marbury', 'VT', '05003', 1, 3, '2024-05-02', 1, '2027-06-30', 0),
   ( 3, 'C0003', 'Helga Stroud',    'Helga',    null, 'Stroud',          null,              '802', '5550103', 'helga@example.com',    '19 Quarry Road',   'Marbury', 'VT', '05001', 1, 1, '2024-08-19', 1, '2027-06-30', 0),
   ( 4, 'C0004', 'Basil Coyle',     'Basil',    'R',  'Coyle',           null,              '802', '5550104', 'basil@example.com',    '22 Harbor Street', 'Marbury', 'VT', '05002', 1, 2, '2023-01-09', 1, '2026-05-31', 0),
-  (14, 'C0014', 'Northgate Hotel', 'Accounts', null, 'Northgate Hotel', 'Northgate Hotel', '802', '5550114', 'accounts@example.com', '52 Harbor Street', 'Marbury', 'VT', '05003', 2, 1, '2021-12-01', 1, '2028-01-01', 1);
+  (14, 'C0014', 'Northgate Hotel', null,       null, 'Northgate Hotel', 'Northgate Hotel', '802', '5550114', 'accounts@example.com', '52 Harbor Street', 'Marbury', 'VT', '05003', 2, 1, '2021-12-01', 1, '2028-01-01', 1);
 
 -- Exempt.
 insert into Customer (customerSequenceNumber, customerID, customername, firstName, middleInitial, lastName, employer, MainAreaCode, MainPhone, email, billingAddress1, billingCity, billingState, billingZipCode, defaultPriceListId, visitCount, createdDate, taxExempt, surchargeExempt) values

@@ -12,10 +12,10 @@ insert into TicketLineItem (ticketNumber, lineItemNumber, createdByEmployeeID, l
   (1015, 1, 3, 3, -1, 1, 3, 'Laundry', 'IT', 301, 0, 'Wash and Fold Bag', 20.00, 20.00, 1, 20.00, 0.00, 0.00, 20.00, 0.00, 1, 2, '2026-11-23', 1.00, null),
   (1015, 2, 3, 3, -1, 2, 3, 'Laundry', 'IT', 302, 0, 'Bed Sheet',          4.00,  4.00, 2,  8.00, 0.00, 0.00,  8.00, 0.00, 1, 2, '2026-11-23', 0.00, null);
 
-insert into TicketCustomer (ticketNumber, customerID, multiplePickup, customername, firstName, lastName, billingAddress1, billingCity, billingState, billingZipCode, MainAreaCode, MainPhone, email) values
-  (1013, 'C0015', 1, 'Zoë O''Hanlon', 'Zoë', 'O''Hanlon', '55 Oak Street', 'Marbury', 'VT', '05001', '802', '5550115', 'zoe@example.com'),
-  (1014, 'C0015', 1, 'Zoë O''Hanlon', 'Zoë', 'O''Hanlon', '55 Oak Street', 'Marbury', 'VT', '05001', '802', '5550115', 'zoe@example.com'),
-  (1015, 'C0015', 1, 'Zoë O''Hanlon', 'Zoë', 'O''Hanlon', '55 Oak Street', 'Marbury', 'VT', '05001', '802', '5550115', 'zoe@example.com');
+insert into TicketCustomer (ticketNumber, customerID, multiplePickup, firstName, lastName, billingAddress1, billingCity, billingState, billingZipCode, MainAreaCode, MainPhone, email) values
+  (1013, 'C0015', 1, 'Zoë', 'O''Hanlon', '55 Oak Street', 'Marbury', 'VT', '05001', '802', '5550115', 'zoe@example.com'),
+  (1014, 'C0015', 1, 'Zoë', 'O''Hanlon', '55 Oak Street', 'Marbury', 'VT', '05001', '802', '5550115', 'zoe@example.com'),
+  (1015, 'C0015', 1, 'Zoë', 'O''Hanlon', '55 Oak Street', 'Marbury', 'VT', '05001', '802', '5550115', 'zoe@example.com');
 
 insert into rackassignment (ticketnumber, racklocation) values
   (1013, 'C1'),

@@ -63,19 +63,19 @@ insert into TicketLineItem (ticketNumber, lineItemNumber, createdByEmployeeID, l
   (1012, 5, 3, 3, -1, 5,  1, 'Dry Cleaning',  'TA',    1, 0, 'State Sales Tax',    0.00,  0.00,  1,   1.10, 0.00, 0.00,   0.00, null, 1, 0, null,         0.00, null),
   (1012, 6, 3, 3, -1, 6,  1, 'Dry Cleaning',  'TA',    2, 0, 'City Tax',           0.00,  0.00,  1,   0.45, 0.00, 0.00,   0.00, null, 1, 0, null,         0.00, null);
 
-insert into TicketCustomer (ticketNumber, customerID, customername, firstName, middleInitial, lastName, employer, billingAddress1, billingCity, billingState, billingZipCode, MainAreaCode, MainPhone, email) values
-  (1001, 'C0002', 'Owen Tarrant',    'Owen',     null, 'Tarrant',         null,              '16 Birch Lane',    'Marbury', 'VT', '05003', '802', '5550102', 'owen@example.com'),
-  (1002, 'C0002', 'Owen Tarrant',    'Owen',     null, 'Tarrant',         null,              '16 Birch Lane',    'Marbury', 'VT', '05003', '802', '5550102', 'owen@example.com'),
-  (1003, 'C0002', 'Owen Tarrant',    'Owen',     null, 'Tarrant',         null,              '16 Birch Lane',    'Marbury', 'VT', '05003', '802', '5550102', 'owen@example.com'),
-  (1004, 'C0003', 'Helga Stroud',    'Helga',    null, 'Stroud',          null,              '19 Quarry Road',   'Marbury', 'VT', '05001', '802', '5550103', 'helga@example.com'),
-  (1005, 'C0004', 'Basil Coyle',     'Basil',    'R',  'Coyle',           null,              '22 Harbor Street', 'Marbury', 'VT', '05002', '802', '5550104', 'basil@example.com'),
-  (1006, 'C0014', 'Northgate Hotel', 'Accounts', null, 'Northgate Hotel', 'Northgate Hotel', '52 Harbor Street', 'Marbury', 'VT', '05003', '802', '5550114', 'accounts@example.com'),
-  (1007, 'C0001', 'Marta Fenwick',   'Marta',    'J',  'Fenwick',         null,              '13 Elm Street',    'Marbury', 'VT', '05002', '802', '5550101', 'marta@example.com'),
-  (1008, 'C0001', 'Marta Fenwick',   'Marta',    'J',  'Fenwick',         null,              '13 Elm Street',    'Marbury', 'VT', '05002', '802', '5550101', 'marta@example.com'),
-  (1009, 'C0007', 'Nora Whitlow',    'Nora',     'T',  'Whitlow',         null,              '31 Birch Lane',    'Marbury', 'VT', '05002', '802', '5550107', 'nora@example.com'),
-  (1010, 'C0016', 'Dinah Larch',     'Dinah',    'K',  'Larch',           null,              '58 Elm Street',    'Marbury', 'VT', '05002', '802', '5550116', 'dinah@example.com'),
-  (1011, 'C0010', 'Ivan Kettle',     'Ivan',     null, 'Kettle',          null,              '40 Oak Street',    'Marbury', 'VT', '05002', '802', '5550110', 'ivan@example.com'),
-  (1012, 'C0004', 'Basil Coyle',     'Basil',    'R',  'Coyle',           null,              '22 Harbor Street', 'Marbury', 'VT', '05002', '802', '5550104', 'basil@example.com');
+insert into TicketCustomer (ticketNumber, customerID, firstName, middleInitial, lastName, employer, billingAddress1, billingCity, billingState, billingZipCode, MainAreaCode, MainPhone, email) values
+  (1001, 'C0002', 'Owen',  null, 'Tarrant',         null,              '16 Birch Lane',    'Marbury', 'VT', '05003', '802', '5550102', 'owen@example.com'),
+  (1002, 'C0002', 'Owen',  null, 'Tarrant',         null,              '16 Birch Lane',    'Marbury', 'VT', '05003', '802', '5550102', 'owen@example.com'),
+  (1003, 'C0002', 'Owen',  null, 'Tarrant',         null,              '16 Birch Lane',    'Marbury', 'VT', '05003', '802', '5550102', 'owen@example.com'),
+  (1004, 'C0003', 'Helga', null, 'Stroud',          null,              '19 Quarry Road',   'Marbury', 'VT', '05001', '802', '5550103', 'helga@example.com'),
+  (1005, 'C0004', 'Basil', 'R',  'Coyle',           null,              '22 Harbor Street', 'Marbury', 'VT', '05002', '802', '5550104', 'basil@example.com'),
+  (1006, 'C0014', null,    null, 'Northgate Hotel', 'Northgate Hotel', '52 Harbor Street', 'Marbury', 'VT', '05003', '802', '5550114', 'accounts@example.com'),
+  (1007, 'C0001', 'Marta', 'J',  'Fenwick',         null,              '13 Elm Street',    'Marbury', 'VT', '05002', '802', '5550101', 'marta@example.com'),
+  (1008, 'C0001', 'Marta', 'J',  'Fenwick',         null,              '13 Elm Street',    'Marbury', 'VT', '05002', '802', '5550101', 'marta@example.com'),
+  (1009, 'C0007', 'Nora',  'T',  'Whitlow',         null,              '31 Birch Lane',    'Marbury', 'VT', '05002', '802', '5550107', 'nora@example.com'),
+  (1010, 'C0016', 'Dinah', 'K',  'Larch',           null,              '58 Elm Street',    'Marbury', 'VT', '05002', '802', '5550116', 'dinah@example.com'),
+  (1011, 'C0010', 'Ivan',  null, 'Kettle',          null,              '40 Oak Street',    'Marbury', 'VT', '05002', '802', '5550110', 'ivan@example.com'),
+  (1012, 'C0004', 'Basil', 'R',  'Coyle',           null,              '22 Harbor Street', 'Marbury', 'VT', '05002', '802', '5550104', 'basil@example.com');
 
 insert into TicketTag (ticketNumber, tagNumber, tagNumberType, tagColor, lotNumber) values
   (1007, '201', 'T', 'Green', 'L1'),

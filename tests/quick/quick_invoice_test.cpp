@@ -149,10 +149,10 @@ TEST_F(DropOffs, AreSavedInOneTransaction) {
           "<commit>", "<close>", "select conveyorType as val from miscsetup where storeid = '1'"));
   EXPECT_EQ(quick->invoiceNo, "5100");
   EXPECT_THAT(
-      rows("select invoiceType, ticketStatus, starchPreferenceName, pickupTime, lastName, netTotal from "
+      rows("select invoiceType, ticketStatus, starchPreferenceName, pickupTime, customername, netTotal from "
            "Ticket t join TicketCustomer c on c.ticketNumber = t.ticketNumber where t.ticketNumber = "
            "1100"),
-      ElementsAre("Q | AC | Light | 5:00 PM | Whitlow | 0"));
+      ElementsAre("Q | AC | Light | 5:00 PM | Nora Whitlow | 0"));
 
   const auto empty = dropOff({{1, 0}});
   save(*empty);

@@ -162,17 +162,24 @@ Expression* Resolver::newColumn(const Token& token, const Source& source, int co
 
 // ---- statements that change rows
 
+int Resolver::columnToWrite(const Token& name) const {
+  const int column = target->find(name.text);
+  if (column < 0)
+    throw serverError(ServerError::InvalidColumn, fmt::format("Invalid column name '{}'.", name.text));
+  if (target->columns[static_cast<size_t>(column)].computed)
+    throw serverError(ServerError::ComputedColumn,
+                      fmt::format("The column \"{}\" cannot be modified because it is computed.", name.text));
+  return column;
+}
+
 void Resolver::resolveInsert() {
   target = table(tree_.target);
   if (tree_.columns.empty()) {
     for (size_t k = 0; k < target->columns.size(); ++k)
-      if (!target->columns[k].identity) insertColumns.push_back(static_cast<int>(k));
+      if (!target->columns[k].identity && !target->columns[k].computed)
+        insertColumns.push_back(static_cast<int>(k));
   }
-  for (const Token& name : tree_.columns) {
-    insertColumns.push_back(target->find(name.text));
-    if (insertColumns.back() < 0)
-      throw serverError(ServerError::InvalidColumn, fmt::format("Invalid column name '{}'.", name.text));
-  }
+  for (const Token& name : tree_.columns) insertColumns.push_back(columnToWrite(name));
   if (tree_.query) return resolveInsertQuery();
   const Scope empty;
   for (std::vector<Expression*>& row : tree_.rows) {
@@ -223,10 +230,7 @@ void Resolver::resolveUpdate() {
   Scope scope;
   findTarget(scope);
   for (Assignment& assignment : tree_.assignments) {
-    const int column = target->find(assignment.column.text);
-    if (column < 0)
-      throw serverError(ServerError::InvalidColumn,
-                        fmt::format("Invalid column name '{}'.", assignment.column.text));
+    const int column = columnToWrite(assignment.column);
     resolve(assignment.value, scope);
     convertForColumn(*assignment.value, target->columns[static_cast<size_t>(column)].type);
   }

@@ -47,6 +47,7 @@ class Resolver {
   const TableDefinition* table(const Token& name) const;
 
   // statements that change rows
+  int columnToWrite(const Token& name) const;
   void resolveInsert();
   void resolveInsertQuery();
   void resolveUpdate();

@@ -15,6 +15,7 @@ struct ColumnDefinition {
   std::string name;  // as declared
   ColumnType type;
   bool identity = false;
+  bool computed = false;  // from other columns of the row; nothing writes it
   bool nullable = true;
 };
 

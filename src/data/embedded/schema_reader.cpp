@@ -2,8 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
+#include <utility>
 
+#include "base/text.h"
 #include "data/embedded/parser.h"
 #include "data/embedded/sql_values.h"
 
@@ -108,6 +112,7 @@ class SchemaReader {
   std::string column(TableDefinition& table) {
     ColumnDefinition column;
     column.name = name();
+    if (take("as")) return computedColumn(table, column);
     column.type = type();
     std::string rules;
     bool primary = false;
@@ -138,6 +143,51 @@ class SchemaReader {
     table.columns.push_back(std::move(column));
     return result + rules;
   }
+
+  // Its text is cut to the declared length, as the conversion does.
+  std::string computedColumn(TableDefinition& table, ColumnDefinition& column) {
+    column.computed = true;
+    expect("convert"), expect("(");
+    column.type = type();
+    expect(",");
+    std::string value = computedText();
+    expect(")");
+    if (column.type.size > 0) value = fmt::format("substr({}, 1, {})", value, column.type.size);
+    const std::string storage(storageType(column.type.type));
+    std::string result = fmt::format("\"{}\" {} generated always as ({})", column.name, storage, value);
+    table.columns.push_back(std::move(column));
+    return result;
+  }
+
+  std::string computedText() {
+    std::string result = computedTerm();
+    while (take("+")) result += " || " + computedTerm();
+    return result;
+  }
+
+  std::string computedTerm() {
+    static constexpr std::pair<std::string_view, std::string_view> kFunctions[] = {
+        {"isnull", "ifnull"}, {"ltrim", "ltrim"}, {"rtrim", "rtrim"}};
+    if (token_.kind == TokenKind::Text) return textValue();
+    const std::string_view word = name();
+    if (!take("(")) return fmt::format("\"{}\"", word);
+    const auto function = std::find_if(std::begin(kFunctions), std::end(kFunctions),
+                                       [&](const auto& each) { return sameWord(each.first, word); });
+    if (function == std::end(kFunctions)) fail();
+    std::string result = fmt::format("{}({}", function->second, computedText());
+    while (take(",")) result += ", " + computedText();
+    expect(")");
+    return result + ")";
+  }
+
+  // A text between quotes, as it goes to the table engine.
+  std::string textValue() {
+    const std::string result = quoted(unquoted(token_));
+    token_ = lexer_.next();
+    return result;
+  }
+
+  static std::string quoted(std::string_view text) { return "'" + replaceAll(text, "'", "''") + "'"; }
 
   ColumnType type() {
     const Token at = token_;
@@ -174,9 +224,7 @@ class SchemaReader {
       text = converted(SqlValue::of(std::string_view(text)), {Conversion::ToDate, type}, buffer).text;
     else if (isNumber && categoryOf(type.type) != Category::Text)
       return text.front() == '-' ? "(" + text + ")" : text;
-    std::string quoted = "'";
-    for (const char c : text) quoted.append(c == '\'' ? 2 : 1, c);
-    return quoted + "'";
+    return quoted(text);
   }
 
   void readIndex(SchemaStatement& result, bool unique) {

@@ -25,6 +25,9 @@ struct SchemaStatement {
 //   "create" "table" name "(" column | "primary" "key" "(" name, .. ")" | "unique" "(" name, .. ")", .. ")"
 //   column = name type ["(" length ["," scale] ")"]
 //            { "identity" ["(" 1 "," 1 ")"] | ["not"] "null" | "default" value | "primary" "key" | "unique" }
+//          | name "as" "convert" "(" type "," text ")"
+//   text   = term { "+" term }
+//   term   = name | 'text' | ( "isnull" | "ltrim" | "rtrim" ) "(" text, .. ")"
 //   value  = number | 'text' | "null" | "getdate" "(" ")" | "(" value ")"
 //   "create" ["unique"] "index" name "on" table "(" name ["desc"], .. ")"
 SchemaStatement readSchemaStatement(std::string_view statement);

@@ -18,6 +18,7 @@ enum class ServerError : int {
   ColumnCountMismatch = 213,
   DateConversion = 241,
   TextToNumber = 245,
+  ComputedColumn = 271,
   CannotInsertNull = 515,
   DuplicateKey = 2627,
   NoSuchProcedure = 2812,

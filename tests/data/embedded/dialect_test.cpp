@@ -257,6 +257,20 @@ TEST_F(Dialect, ProceduresTakePositionalArguments) {
   EXPECT_EQ(errorOf("GetProbablePromotions '1','3',25.5,'10'"), 201);
 }
 
+// What an insert without a column list passes over, and nothing writes.
+TEST_F(Dialect, ComputedColumns) {
+  execute(
+      "create table Person (first varchar(6), whole as convert(varchar(9), ltrim(isnull(first, '') + ' ' + "
+      "isnull(last, ''))), last varchar(6))");
+  execute("insert into Person select 'Ann', 'O''Hara'");
+  execute("insert into Person (last) values ('Blank')");
+  execute("update Person set first = 'Edith' where last = 'blank'");
+  EXPECT_EQ(listOf("select whole from Person order by whole"), "Ann O'Har Edith Bla") << "cut to its nine";
+  EXPECT_EQ(valueOf("select count(*) from Person where whole = 'edith bla'").toLong(), 1);
+  EXPECT_EQ(errorOf("insert into Person (first, whole) values ('A', 'B')"), 271);
+  EXPECT_EQ(errorOf("update Person set whole = 'B'"), 271);
+}
+
 TEST_F(Dialect, FunctionsOfTheStore) {
   execute(
       "insert into Ticket (ticketNumber, customerSequenceNumber, createdDate) values (1, 7, '2026-11-01'), "

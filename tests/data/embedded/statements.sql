@@ -100,6 +100,7 @@ InsertTicketTags 1001,'A1001',1
 select conveyorType as val from miscsetup where storeid = '1'
 Select IsNull(daysToProcess,0) as daysToProcess, name, notes from Department where departmentid=1
 exec dbo.isHeatSealDept '1'
+INSERT INTO TicketCustomer  SELECT 1 as ticketNumber, customerID, multiplePickup,  NULL as  multiPickupCustomerName, NULL as multiPickupLocation,  firstName, middleInitial,lastName, employer, billingAddress1,  billingAddress2,billingAddress3,billingCity, billingState,  billingZipCode,MainAreaCode,MainPhone,shippingAddress1,  shippingAddress2,shippingAddress3, shippingCity, shippingState,  shippingZipCode , AltAreaCode, AltPhone, email  From Customer WHERE customerSequenceNumber =1
 InsertQuickInvoice 1, 'A1001',1,1,'11/27/2026 5:00:00 PM',1,'Light',NULL,'0',1,0,'Ann','Fernhill','5:00 PM'
  delete customerpreference where  customersequencenumber = 1 and ticketnumber = 1001
  insert into customerpreference (customerpreferencetypeid, customersequencenumber, ticketnumber, value)  values (1, 1, 1001, 'No starch')

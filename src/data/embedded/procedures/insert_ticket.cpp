@@ -51,11 +51,9 @@ constexpr HeaderColumn kColumns[] = {
 // What a ticket keeps of its customer.
 constexpr std::string_view kCustomerColumns =
     "customerID, multiplePickup, firstName, middleInitial, lastName, employer, billingAddress1, "
-    "billingAddress2, "
-    "billingAddress3, billingCity, billingState, billingZipCode, MainAreaCode, MainPhone, shippingAddress1, "
-    "shippingAddress2, shippingAddress3, shippingCity, shippingState, shippingZipCode, AltAreaCode, "
-    "AltPhone, email, "
-    "customername";
+    "billingAddress2, billingAddress3, billingCity, billingState, billingZipCode, MainAreaCode, MainPhone, "
+    "shippingAddress1, shippingAddress2, shippingAddress3, shippingCity, shippingState, shippingZipCode, "
+    "AltAreaCode, AltPhone, email";
 
 }  // namespace
 
