@@ -50,9 +50,9 @@ constexpr const char* kHeaderWrites[] = {
     "storeName, pickupTime, prepayEnabled) values (1100, '1100', '2026-11-24 10:30:00', '2026-11-24 10:30:00', 1, "
     "'D', 'AC', 1, 0, 1, 1, '2026-11-30 10:30:00', 1, 0, 1, 0.00, 40.49, 3.17, 0.32, 1, 24.19, 0.00, 0.00, 40.47, "
     "0.00, 0.00, 'Dora Quill', 'Fernhill Cleaners', '5:00 PM', 0)",
-    "insert into TicketCustomer (ticketNumber, customerID, firstName, lastName, billingAddress1, billingCity, "
-    "customername) select 1100, customerID, firstName, lastName, billingAddress1, billingCity, customername from "
-    "Customer where customerSequenceNumber = 1"};
+    "insert into TicketCustomer (ticketNumber, customerID, firstName, lastName, billingAddress1, billingCity) "
+    "select 1100, customerID, firstName, lastName, billingAddress1, billingCity from Customer where "
+    "customerSequenceNumber = 1"};
 constexpr const char* kStockRead =
     "select lineItemID, sum(quantity * ifnull(packagedQuantity, 1)) as pieces from TicketLineItem where ticketNumber = "
     "1100 and ticketLineType = 'IT' and saleOnly = 1 group by lineItemID";

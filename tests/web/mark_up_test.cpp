@@ -53,7 +53,7 @@ class MarkUp : public PanelTest {
     execute("update descriptor set name = '" + sql + "' where descriptorid in (3, 31)");
     execute("update Discount set discountName = '" + sql + "' where discountID = 1");
     execute("update customerpreferencetype set options = 'None|" + sql + "' where name = 'Finish'");
-    execute("update TicketCustomer set customerName = '" + sql + "'");
+    execute("update TicketCustomer set firstName = null, lastName = '" + sql + "'");
     startTicket();
     pants = invoice.addItem2(101, 2).toLong();
     invoice.addUpcharge2(pants, name, 1);
