@@ -13,6 +13,10 @@ using enum PaymentColumn;
 
 constexpr std::int32_t kNoSignature = -1;
 
+std::int32_t signatureNumber(const Variant& signatureid) {
+  return trim(signatureid.joined()).empty() ? kNoSignature : signatureid.toLong();
+}
+
 }  // namespace
 
 // | step | prepay                                      | pickup                              | committed      |
@@ -25,7 +29,6 @@ constexpr std::int32_t kNoSignature = -1;
 // |      | a payment                                   | releases the tickets, in any case   |                |
 void Pickup::applyPayments(const Variant& employeeid, const Variant& terminalID, const Variant& ticketNos,
                            const Variant& signatureid) {
-  const std::int32_t signature = trim(signatureid.joined()).empty() ? kNoSignature : signatureid.toLong();
   if (userAction == "prepay") {
     if (isGreater(getAmountPaid(), 0)) {
       Variant employee = employeeid, terminal = terminalID;
@@ -33,9 +36,9 @@ void Pickup::applyPayments(const Variant& employeeid, const Variant& terminalID,
     }
     payments->clearFilter();
     if (payments->recordCount() > 0)
-      applyPrepayPayments(employeeid, terminalID, ticketNos.joined(), signature);
+      applyPrepayPayments(employeeid, terminalID, ticketNos.joined(), signatureNumber(signatureid));
   } else if (userAction == "pickup") {
-    applyPickupPayments(employeeid, terminalID, signature);
+    applyPickupPayments(employeeid, terminalID, signatureNumber(signatureid));
   }
 }
 

@@ -111,6 +111,7 @@ RecordsetRef Pickup::couponsOf(const std::vector<PickupInvoiceRef>& chosen) cons
           {{CouponColumn::discountId, id}, {CouponColumn::discountName, offers->value("discountName")}});
     }
   }
+  result->clearFilter();  // on its first row
   return result;
 }
 

@@ -102,7 +102,8 @@ void Pickup::initDisplayRst() {
 
 void Pickup::populateLineItemsToDisplay() {
   initDisplayRst();
-  const std::string numbers = constructTicketNosStrForInvDetails();
+  std::string numbers;
+  passedOver([&] { numbers = constructTicketNosStrForInvDetails(); });
   if (numbers.empty()) return;
   RecordsetRef rows;
   passedOver([&] {
@@ -146,13 +147,15 @@ void Pickup::addDisplayLine(Recordset& row) {
 }
 
 void Pickup::addDisplayCoupon(const Recordset& row, double total) {
-  displayRst->setFilter(fmt::format("ticketNumber={} And lineItemId={} And itemType='CU'",
-                                    row.integer("ticketNumber"), sqlNumber(row.value("lineItemId"))));
-  if (displayRst->eof())
-    addDisplayRow(row, total, "");
-  else
-    displayRst->setValue(DisplayColumn::lineItemTotal,
-                         displayRst->number(DisplayColumn::lineItemTotal) + total);
+  passedOver([&] {
+    displayRst->setFilter(fmt::format("ticketNumber={} And lineItemId={} And itemType='CU'",
+                                      row.integer("ticketNumber"), sqlNumber(row.value("lineItemId"))));
+    if (displayRst->eof())
+      addDisplayRow(row, total, "");
+    else
+      displayRst->setValue(DisplayColumn::lineItemTotal,
+                           displayRst->number(DisplayColumn::lineItemTotal) + total);
+  });
   displayRst->clearFilter();
 }
 

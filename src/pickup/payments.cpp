@@ -64,7 +64,6 @@ void Pickup::addPayment(const Variant& amtPaid, const Variant& paymentType, cons
   amtToBeApplied.toDouble();  // must be a number and is not used
   const std::string type = paymentType.joined();
   const PaymentKind* kind = kindOf(type);
-  if (kind && kind->isCard) creditCardTranExists = true;
   if (kind && !(kind->merges && addToExistingPayment(type, amtPaid))) {
     std::vector<Column> columns = {paymentNumber, amountPaid, PaymentColumn::paymentType};
     std::vector<Variant> values = {nextPaymentNumber_, amtPaid, type};
@@ -80,6 +79,7 @@ void Pickup::addPayment(const Variant& amtPaid, const Variant& paymentType, cons
       add(transactionNo, transactionId);
     }
     payments->addNew(columns, values);
+    if (kind->isCard) creditCardTranExists = true;
     ++nextPaymentNumber_;
   }
   if (!openCashDrawer) setOpenCashDrawerFlag(type);

@@ -31,8 +31,14 @@ namespace ondrel {
 // | call                                | repeated                                                         |
 // |-------------------------------------|------------------------------------------------------------------|
 // | adding tickets, reading, displaying | safe                                                             |
-// | markLinePickedUp, ...PickedUp       | safe                                                             |
-// | enableTicketsPrepayDiscount         | safe: a ticket that has its discount is passed over              |
+// | addInvoiceObjToPickup               | not safe: error 457, and its minimum prepayment counts twice     |
+// | reloadInvoices                      | not safe: the tickets behind the one that failed are gone        |
+// | markInvoicePickedUp                 | safe                                                             |
+// | markLinePickedUp                    | safe on a fresh apartment or after a read; without one it joins  |
+// |                                     | what failed and is never committed                               |
+// | enableTicketsPrepayDiscount         | safe for the money: a ticket that has its discount is passed     |
+// |                                     | over. Stock and log of a save that broke off behind its commit   |
+// |                                     | are not made good                                                |
 // | applyPayments that failed           | safe on a fresh apartment, and on the same one: what failed is   |
 // |                                     | dropped by the next read or transaction. A claim receipt is      |
 // |                                     | stored again                                                     |
@@ -73,7 +79,7 @@ class Pickup : public Object {
   // The same for a ticket that is paid ahead. Within 120 minutes of its writing it earns the prepay discount.
   void addInvoiceToPrepay(const Variant& ticketNumber);
   // An invoice that is not saved yet, at its price with the prepay discount; it stays without it itself. Error
-  // 457 for a second one.
+  // 457 for a second one, whose minimum prepayment counts all the same.
   void addInvoiceObjToPickup(const std::shared_ptr<Invoice>& invoiceObj);
   // Reads the tickets anew; payments stay. Does nothing while an unsaved invoice is in the session.
   void reloadInvoices();
@@ -145,14 +151,15 @@ class Pickup : public Object {
   // A failed call may be repeated, one that succeeded may not; see above.
   void applyPayments(const Variant& employeeid, const Variant& terminalID, const Variant& ticketNos,
                      const Variant& signatureid);
-  // Saves the prepay discount on every stored ticket that earns one and does not have it. Safe to repeat.
+  // Saves the prepay discount on every stored ticket that earns one and does not have it. Safe to repeat as far
+  // as money goes.
   Variant enableTicketsPrepayDiscount(Variant& employeeid, Variant& terminalID);
 
   // ---------------------------------------------------------------- coupons (coupons.cpp)
   // 1 for a flat discount, 2 for a percentage, -1 for none of that id.
   Variant getDiscountType(const Variant& discountID) const;
   // Puts the coupon on every ticket that takes it and saves them; a flat one on the first only. After an error
-  // the tickets saved up to there stay saved.
+  // the tickets saved up to there stay saved; it leaves at once, with displayRst as it was before.
   void addCoupon(const Variant& id, const Variant& oneDiscount, const Variant& employeeid,
                  const Variant& terminalID, const Variant& empName, const Variant& storeName);
   // The same for the tickets of one invoice number.

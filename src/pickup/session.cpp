@@ -78,7 +78,7 @@ void Pickup::addPrepaidTicket(const Variant& ticketNumber, const Recordset& row)
   invoice->amountPaid = row.number("amountPaid");
   invoice->invoiceTotal = row.number("nettotal");
   loadStoreTables(*invoice);
-  const bool earnsDiscount = row.integer("age") <= kPrepayMinutes;
+  const bool earnsDiscount = !row.isNull("age") && row.integer("age") <= kPrepayMinutes;
   if (earnsDiscount) setPrepay(*invoice, true);
   invoice->invoiceDone2();
 

@@ -7,8 +7,10 @@
 namespace ondrel {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 using PickupPayments = PickupTest;
 
@@ -33,13 +35,9 @@ TEST_F(PickupPayments, WhatIsTenderedIsSharedAndChangeIsGiven) {
       {1014, {{25, "Check"}, {20, "Cash"}}, 0, 5, true, {"1014 Check | 25", "1014 Cash | 15"}},
       {1014, {{30, "GiftCard"}, {10, "Check"}}, 0, 0, true, {"1014 GiftCard | 30", "1014 Check | 10"}},
       {1014, {{40, "On Account"}}, 0, 0, false, {"1014 On Account | 40"}},
-      {1014,
-       {{15, "Gift Certificate"}, {5, "Trade"}},
-       20,
-       0,
-       true,
-       {"1014 Gift Certificate | 15", "1014 Trade | 5"}},
-      {1014, {{5, "Coupon Payment"}, {9, "cash"}, {9, "Prepay"}}, 35, 0, true, {"1014 Coupon Payment | 5"}},
+      {1014, {{15, "Gift Certificate"}}, 25, 0, true, {"1014 Gift Certificate | 15"}},
+      {1014, {{5, "Trade"}}, 35, 0, false, {"1014 Trade | 5"}},
+      {1014, {{5, "Coupon Payment"}, {9, "Prepay"}}, 35, 0, false, {"1014 Coupon Payment | 5"}},
       // 25.00 to pay; the 20.00 paid before can be given back
       {1010, {{50, "Credit Card"}}, 0, 20, false, {"1010 Credit Card | 25"}},
   };
@@ -94,12 +92,30 @@ TEST_F(PickupPayments, TypesAreKeptApartAndTakenBack) {
   EXPECT_EQ(session.getPaymentByType("Cash"), 0);
   session.deletePaymentByName(" -Trade ");
   EXPECT_EQ(session.getPaymentByType(""), 14);
+  EXPECT_NE(errorOf([&] { session.addPayment("x", "Credit Card", "", "", "", 0, "", ""); }), 0);
+  EXPECT_FALSE(session.creditCardTranExists);
   pay(session, 1, "Credit Card");
   EXPECT_EQ(session.payments->clone()->recordCount(), 3);
   EXPECT_TRUE(session.creditCardTranExists);
   session.initPickupObject();
   EXPECT_EQ(session.payments->recordCount(), 0);
   EXPECT_FALSE(session.creditCardTranExists || session.openCashDrawer);
+}
+
+TEST_F(PickupPayments, AWordThatIsNoTenderMayOpenTheDrawer) {
+  const struct {
+    const char* closed;
+    bool drawer;
+  } cases[] = {{"0", true}, {"1", false}, {"null", false}};
+  for (const auto& row : cases) {
+    execute(std::string("update StorePaymentType set doNotOpenCashDrawer = ") + row.closed +
+            " where storeId = 1 and paymentTypeName = 'Cash'");
+    Pickup at;
+    start(at);
+    pay(at, 9, "cash");
+    EXPECT_EQ(at.openCashDrawer, row.drawer) << row.closed;
+    EXPECT_EQ(at.payments->recordCount(), 0);
+  }
 }
 
 TEST_F(PickupPayments, RoutinesForPages) {
@@ -119,8 +135,7 @@ TEST_F(PickupPayments, ASignatureIsPassedOnWhereTheStoreAsks) {
     const char *payment, *procedure;
   } cases[] = {{"77", false, "77)", " ,1 ,-1 ,0 ,NULL"},
                {"77", true, "77)", " ,1 ,77 ,0 ,NULL"},
-               {"  ", true, "-1)", " ,1 ,-1 ,0 ,NULL"},
-               {"", false, "-1)", " ,1 ,-1 ,0 ,NULL"}};
+               {"  ", true, "-1)", " ,1 ,-1 ,0 ,NULL"}};
   for (const auto& row : cases) {
     Pickup at;
     start(at);
@@ -196,15 +211,19 @@ TEST_F(PickupPayments, APrepaymentSavesTheDiscountFirst) {
   EXPECT_EQ(ticket(1007), "AC | 30 | 39.74 | NULL");
   EXPECT_EQ(reads().back(), "ApplyPrePayPayment '1007',15,1,4,3, 'Pre pay'");
 
-  // Paid before, nothing tendered: the discount is looked at, and no procedure runs.
-  Pickup again;
-  start(again, 15, "prepay");
-  again.addInvoiceToPrepay(1007);
-  EXPECT_NEAR(again.getAmountDue().toDouble(), 9.74, 1e-9);
-  statements();
-  again.applyPayments(4, 3, "'1007'", "");
-  for (const std::string& statement : reads())
-    EXPECT_FALSE(statement.starts_with("UpdateTicket")) << statement;
+  // Paid before, nothing tendered: the discount is saved where it is missing, and no payment is booked.
+  for (const int enabled : {1, 0}) {
+    execute("update Ticket set prepayEnabled = " + std::to_string(enabled) + " where ticketNumber = 1007");
+    Pickup again;
+    start(again, 15, "prepay");
+    again.addInvoiceToPrepay(1007);
+    EXPECT_NEAR(again.getAmountDue().toDouble(), 9.74, 1e-9);
+    statements();
+    again.applyPayments(4, 3, "'1007'", "no number");
+    const std::vector<std::string> sent = reads();
+    EXPECT_THAT(sent, Contains(StartsWith("UpdateTicket")).Times(1 - enabled));
+    EXPECT_THAT(sent, Not(Contains(StartsWith("ApplyPrePayPayment"))));
+  }
 }
 
 // ---------------------------------------------------------------- faults
@@ -221,11 +240,11 @@ class PickupFaults : public PickupTest {
     }
     return all;
   }
-  // Lets the n-th statement of a session's applyPayments fail, then repeats the call: with an odd n on a fresh
-  // apartment and with a new session, with an even one on the same. Both must leave what a call without a
-  // failure leaves; `ready` makes the session. Statements of the first call.
+  // Lets the n-th statement of a session's applyPayments fail, then repeats the call, on a fresh apartment with
+  // a new session or on the same. It must leave what a call without a failure leaves; `ready` makes the
+  // session. Statements of the first call.
   template <class Ready>
-  int repeatAfterFault(int n, const Ready& ready, const char* tickets, std::string& after) {
+  int repeatAfterFault(int n, bool fresh, const Ready& ready, const char* tickets, std::string& after) {
     const EmbeddedStore at = store.clone();
     const auto failing = apartmentOn(at, clock);
     StatementFaults faults;
@@ -242,9 +261,9 @@ class PickupFaults : public PickupTest {
       // Pricing passes over some of its reads.
       EXPECT_EQ(moneyAt(at).find("Cash|31|") == std::string::npos, failed) << "all of the payment or nothing";
       if (!failed) return 0;
-      if (n % 2 == 0) first->applyPayments(4, 3, tickets, "");
+      if (!fresh) first->applyPayments(4, 3, tickets, "");
     }
-    if (n % 2 != 0) {
+    if (fresh) {
       failing->sharedConnection = nullptr;  // the page's end
       const ApartmentScope scope(apartmentOn(at, clock));
       ready()->applyPayments(4, 3, tickets, "");
@@ -255,11 +274,12 @@ class PickupFaults : public PickupTest {
   template <class Ready>
   int repeatAfterEveryFault(const Ready& ready, const char* tickets) {
     std::string after;
-    const int count = repeatAfterFault(0, ready, tickets, after);
-    for (int n = 1; n <= count; ++n) {
-      SCOPED_TRACE(n);
-      repeatAfterFault(n, ready, tickets, after);
-    }
+    const int count = repeatAfterFault(0, false, ready, tickets, after);
+    for (int n = 1; n <= count; ++n)
+      for (const bool fresh : {false, true}) {
+        SCOPED_TRACE(n);
+        repeatAfterFault(n, fresh, ready, tickets, after);
+      }
     return count;
   }
 };
@@ -308,6 +328,9 @@ TEST_F(PickupFaults, WhatWasCommittedStaysAndWhatFollowsJoins) {
   EXPECT_TRUE(apartment->sharedConnection) << "open, with the payment in it";
   session.markLinePickedUp("", 1);
   EXPECT_EQ(scalar("select count(*) from TicketLineItem where pickedup = 1").toLong(), 0) << "joined it";
+  session.getEmployeeName(4);
+  session.markLinePickedUp("", 1);
+  EXPECT_EQ(scalar("select count(*) from TicketLineItem where pickedup = 1").toLong(), 1) << "after a read";
 }
 
 // ---------------------------------------------------------------- the ledger

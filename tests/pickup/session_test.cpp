@@ -6,7 +6,9 @@
 namespace ondrel {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 
 class PickupSession : public PickupTest {
  protected:
@@ -33,6 +35,7 @@ TEST_F(PickupSession, LinesOfAllTicketsStandUnderDisplayNumbers) {
   execute(
       "update TicketLineItem set itemNotes = 'left cuff', quantity = 2 where ticketNumber = 1011 and "
       "lineItemName = 'Navy'");
+  EXPECT_EQ(session.getLineItemsGroupDetails()->recordCount(), 0);
   add({1011, 1010, 1010, 4711});
   // The store gives the lines by ticket. Coupon 1 of 4.00 and 1.00 shows once; a brand is a modifier, and a
   // modifier has no invoice number.
@@ -42,21 +45,14 @@ TEST_F(PickupSession, LinesOfAllTicketsStandUnderDisplayNumbers) {
                           "2 1 CO 2 Navy 0 no bleach  ", "3 1 BR 1 Ardenvale 0   ",
                           "4 -1 SU 1 Environmental Fee 0.18  5011 ", "5 -1 TA 1 State Sales Tax 0.55  5011 ",
                           "6 -1 TA 1 City Tax 0.23  5011 "));
-}
-
-TEST_F(PickupSession, AReceiptNamesBrandsBesideColors) {
-  execute(
-      "update TicketLineItem set itemNotes = 'left cuff', quantity = 2 where ticketNumber = 1011 and "
-      "lineItemName = 'Navy'");
-  EXPECT_EQ(session.getLineItemsGroupDetails()->recordCount(), 0);
-  add({1011, 1014});
+  // On a receipt a brand stands beside the colors.
   const RecordsetRef groups = session.getLineItemsGroupDetails();
-  EXPECT_EQ(groups->text("itemDesc"), "Jacket");
-  EXPECT_EQ(groups->text("colorPatternDesc"), "2 Navy left cuff, Ardenvale");
-  EXPECT_EQ(groups->number("total"), 9);
-  groups->moveNext();
-  EXPECT_EQ(groups->text("itemDesc"), "Wash and Fold Bag fold in thirds");
   EXPECT_EQ(groups->integer("quantity"), 2);
+  groups->moveNext();
+  groups->moveNext();
+  EXPECT_EQ(groups->text("itemDesc"), "Jacket press flat");
+  EXPECT_EQ(groups->text("colorPatternDesc"), "2 Navy no bleach left cuff, Ardenvale");
+  EXPECT_EQ(groups->number("total"), 9);
 }
 
 TEST_F(PickupSession, PiecesCountByPackUnlessSold) {
@@ -78,6 +74,14 @@ TEST_F(PickupSession, WhatCannotBeReadIsNotShown) {
   faults.failStatement(2);  // the note of the color
   session.populateLineItemsToDisplay();
   EXPECT_EQ(shown().size(), all);
+  // A line that does not fit takes no other with it, nor does an entry that is no ticket.
+  execute("update TicketLineItem set quantity = null where ticketNumber = 1010 and ticketLineType = 'CU'");
+  session.initPickupObject();
+  add({1010});
+  EXPECT_EQ(session.displayRst->recordCount(), 2) << "the garments";
+  session.pickupInvoices->add(1, "no ticket");
+  session.populateLineItemsToDisplay();
+  EXPECT_EQ(session.displayRst->recordCount(), 0);
 }
 
 TEST_F(PickupSession, MarksTheLinesThatGoOut) {
@@ -126,13 +130,16 @@ TEST_F(PickupSession, TheReleaseIsLoggedWithTheEmployeesName) {
 // Written at 09:30. The age counts minutes begun, so the seconds of the hour make no difference.
 TEST_F(PickupSession, ATicketEarnsThePrepayDiscountForTwoHours) {
   const struct {
+    const char* written;
     Date now;
     double total, discount;
-  } cases[] = {{Date::of(2026, 11, 24, 10, 30), 43.91, 2},
-               {Date::of(2026, 11, 24, 11, 30, 59), 43.91, 2},
-               {Date::of(2026, 11, 24, 11, 31), 41.91, 0}};
+  } cases[] = {{"'2026-11-24 09:30'", Date::of(2026, 11, 24, 10, 30), 43.91, 2},
+               {"'2026-11-24 09:30'", Date::of(2026, 11, 24, 11, 30, 59), 43.91, 2},
+               {"'2026-11-24 09:30'", Date::of(2026, 11, 24, 11, 31), 41.91, 0},
+               {"null", Date::of(2026, 11, 24, 10, 30), 41.91, 0}};
   for (const auto& row : cases) {
     clock->set(row.now);
+    execute(std::string("update Ticket set createdDate = ") + row.written + " where ticketNumber = 1007");
     Pickup prepay;
     start(prepay, 1, "prepay");
     prepay.addInvoiceToPrepay(1007);
@@ -190,7 +197,9 @@ TEST_F(PickupSession, AFlatCouponGoesOnOneTicketAPercentageOnAll) {
   EXPECT_EQ(session.getDiscountType(1).toLong(), 1);
   EXPECT_EQ(session.getDiscountType(3).toLong(), 2);
   EXPECT_EQ(session.getDiscountType(99).toLong(), -1);
+  statements();
   session.addCoupon(99, false, 4, 3, "Pat O'Dell", "Fernhill");
+  EXPECT_THAT(reads(), Contains(HasSubstr("as lotid, prepayEnabled FROM")).Times(3)) << "all were looked at";
   EXPECT_THAT(totals(), ElementsAre("20 | 0", "40 | 0", "28 | 0"));
   session.addCoupon(1, false, 4, 3, "Pat O'Dell", "Fernhill");
   EXPECT_THAT(totals(), ElementsAre("20 | 0", "35 | 5", "28 | 0"));
@@ -201,7 +210,7 @@ TEST_F(PickupSession, AFlatCouponGoesOnOneTicketAPercentageOnAll) {
   session.addCoupon(3, true, 4, 3, "Pat O'Dell", "Fernhill");
   EXPECT_THAT(totals(), ElementsAre("16 | 4", "27 | 13", "16.8 | 11.2"));
   session.reloadInvoices();
-  EXPECT_THAT(shown(), testing::Contains("3 -1 CU 1 20 Percent, At Most 10 4  5013 "));
+  EXPECT_THAT(shown(), Contains("3 -1 CU 1 20 Percent, At Most 10 4  5013 "));
 }
 
 TEST_F(PickupSession, AfterAnErrorTheTicketsBeforeItHaveTheCoupon) {
@@ -219,8 +228,7 @@ TEST_F(PickupSession, CouponsToChooseFromStandOnce) {
   add({1013, 1014});
   const auto names = [](const RecordsetRef& coupons) {
     std::vector<int> ids;
-    for (coupons->moveFirst(); !coupons->eof(); coupons->moveNext())
-      ids.push_back(coupons->integer("discountId"));
+    for (; !coupons->eof(); coupons->moveNext()) ids.push_back(coupons->integer("discountId"));
     return ids;
   };
   // 2, 3 and 17 are percentages, 10 and 15 ask for nothing; 1 wants 25.00, 8 two pieces.

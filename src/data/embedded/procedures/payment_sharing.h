@@ -29,8 +29,10 @@ struct SharedTicket {
 std::vector<SharedTicket> readTickets(ProcedureCall& call, std::string_view list);
 
 // Shares out the payments of the terminal in the order in which they were tendered, each over the tickets in
-// their order up to what is still open on them; every part is a row of the ledger. What is left over went
-// back over the counter as change and is booked nowhere. The terminal is empty afterwards.
+// their order up to what is still open on them; every part is a row of the ledger. What is left over is
+// booked nowhere: of cash and checks it went back over the counter as change, but a card or a gift card has been
+// charged in full by then (cardpayment.amountapplied, GIFTCARD.giftValue) and its excess is in no row of the
+// ledger. The terminal is empty afterwards.
 void bookTerminalPayments(ProcedureCall& call, std::vector<SharedTicket>& tickets,
                           const BookingDetails& details);
 
