@@ -81,7 +81,8 @@ int serve(ServeArguments& arguments) {
     host.journals = usualJournals(host.connectionString);
   PageHost pages(host);
   const int port = pages.start();
-  std::printf("http://%s:%d/\n", host.address.c_str(), port);
+  const bool isIpv6 = host.address.find(':') != std::string::npos;
+  std::printf(isIpv6 ? "http://[%s]:%d/\n" : "http://%s:%d/\n", host.address.c_str(), port);
   std::fflush(stdout);
   int signal = 0;
   sigwait(&signals, &signal);

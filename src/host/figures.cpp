@@ -66,6 +66,7 @@ std::string Figures::text(const HostState& state) const {
   figure(text, "ondrel_sessions", "gauge", "Open sessions.", state.sessions);
   figure(text, "ondrel_script_memory_bytes", "gauge", "Memory of the sessions' scripts.", state.scriptMemory);
   figure(text, "ondrel_connections", "gauge", "Open connections of browsers.", state.connections);
+  figure(text, "ondrel_database_connections", "gauge", "Connections to the database in use.", state.databaseConnections);
   figure(text, "ondrel_runners", "gauge", "Threads that run pages.", state.runners);
   figure(text, "ondrel_runners_busy", "gauge", "Of them at work.", state.busyRunners);
   figure(text, "ondrel_runners_lost", "gauge", "Threads held by pages that passed their time.", state.lostRunners);

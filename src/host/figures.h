@@ -16,6 +16,7 @@ struct HostState {
   size_t sessions = 0;
   size_t scriptMemory = 0;  // bytes
   size_t connections = 0;
+  size_t databaseConnections = 0;
   size_t runners = 0;
   size_t busyRunners = 0;
   size_t lostRunners = 0;

@@ -83,7 +83,8 @@ PageEngine::PageEngine(std::shared_ptr<const PageSurroundings> surroundings, Pag
           surroundings_->scriptMemory) {
   apartment_->clock = usualClock_;
   apartment_->connect = [this](const ConnectionSettings& settings) -> std::unique_ptr<Connection> {
-    return std::make_unique<WatchedConnection>(connectToDatabase(settings), database_, writing_,
+    return std::make_unique<WatchedConnection>(connectToDatabase(settings), database_,
+                                               surroundings_->openConnections, writing_,
                                                [this] { owner_.beforeCommit(); });
   };
   engine_.define("Database",

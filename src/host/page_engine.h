@@ -28,6 +28,7 @@ struct PageSurroundings {
   std::optional<Date> now;  // fixes the clock
   size_t scriptMemory = 0;  // bytes
   size_t answerSize = 0;    // bytes
+  OpenConnections openConnections = std::make_shared<std::atomic<size_t>>(0);
 };
 
 // What the pages of a session ask their host. Runs on the thread that runs the page.

@@ -220,9 +220,14 @@ class PageHost::Work {
 
   PageAnswer metrics(const HttpRequest& request) const {
     if (!isLoopback(request.address)) return plainAnswer(403, "Figures are for this machine.");
-    const HostState state{sessions_.size(),           sessions_.scriptMemory(), server_.connections(),
-                          runnersOf(options_.limits), runners_->busy(),         runners_->lost(),
-                          runners_->waiting()};
+    const HostState state{.sessions = sessions_.size(),
+                          .scriptMemory = sessions_.scriptMemory(),
+                          .connections = server_.connections(),
+                          .databaseConnections = *surroundings_->pages->openConnections,
+                          .runners = runnersOf(options_.limits),
+                          .busyRunners = runners_->busy(),
+                          .lostRunners = runners_->lost(),
+                          .waitingRequests = runners_->waiting()};
     return {200, "text/plain; version=0.0.4; charset=utf-8", {}, figures_.text(state)};
   }
 
@@ -248,7 +253,7 @@ class PageHost::Work {
     if (!session) session = sessions_.findInJournal(incoming.sessionId);
     if (!session) {
       if (incoming.page.isChanging()) return plainAnswer(403, "The session has ended: load the page again.");
-      session = sessions_.create();
+      session = newSession();
       isNew = true;
     }
     if (!session) return fullAnswer();
@@ -265,6 +270,14 @@ class PageHost::Work {
     entry.session = digestOf("log", session->id()).substr(0, 8);
     entry.clerk = session->clerk().id;
     return answer;
+  }
+
+  PageSessionRef newSession() {
+    PageSessionRef ousted;
+    PageSessionRef session =
+        sessions_.create(std::chrono::steady_clock::now() - options_.limits.looking, ousted);
+    if (ousted) endSession(ousted);
+    return session;
   }
 
   std::string cookie(std::string_view value, std::string_view more) const {

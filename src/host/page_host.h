@@ -21,6 +21,8 @@ struct HostLimits {
   size_t scriptMemory = size_t{64} << 20;         // bytes of a session's script values
   size_t answerSize = size_t{8} << 20;            // bytes of an answer
   std::chrono::milliseconds idle{8 * 3'600'000};  // after which a session ends
+  // After which a session that has only looked may lose its place to a new one on a full host.
+  std::chrono::milliseconds looking{60'000};
 };
 
 struct HostOptions {

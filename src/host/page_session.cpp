@@ -57,6 +57,7 @@ PageAnswer PageSession::serve(const PageRequest& request, PageRun& run) {
 
 // 1. a known number: the answer that it had   2. journal   3. page   4. journal, before the answer leaves
 PageAnswer PageSession::serveChanging(const PageRequest& request, PageRun& run) {
+  hasWork_ = true;
   const bool isNumbered = !request.number.empty();
   if (isNumbered)
     if (const PageAnswer* known = numbers_.find(request)) return *known;
@@ -111,6 +112,7 @@ bool PageSession::prepareRestoring() {
   if (!toRestore_) return false;
   clerk_ = toRestore_->clerk;
   isRestoring_ = true;
+  hasWork_ = !toRestore_->calls.empty() || !clerk_.id.empty();
   return true;
 }
 

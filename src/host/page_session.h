@@ -40,6 +40,8 @@ class PageSession : private PageOwner {
   Clerk clerk() override;
   const LaneRef& lane() const { return lane_; }
   bool isSignedOut() const { return isSignedOut_; }
+  // False as long as the browser has only looked: nothing is lost with the session then.
+  bool hasWork() const { return hasWork_; }
   bool isJournalBroken() const { return isJournalBroken_; }
   size_t scriptMemory() const { return scriptMemory_; }
 
@@ -83,6 +85,7 @@ class PageSession : private PageOwner {
   std::atomic<bool> isGivenUp_ = false;
   std::atomic<bool> isRestoring_ = false;
   std::atomic<bool> isSignedOut_ = false;
+  std::atomic<bool> hasWork_ = false;
   std::atomic<bool> isJournalBroken_ = false;
   std::atomic<size_t> scriptMemory_ = 0;
   std::atomic<std::chrono::steady_clock::time_point> lastUsed_ = std::chrono::steady_clock::now();

@@ -23,9 +23,23 @@ PageSessionRef SessionTable::findInJournal(std::string_view id) {
   return session;
 }
 
-PageSessionRef SessionTable::create() {
+PageSessionRef SessionTable::takeIdler(std::chrono::steady_clock::time_point moment) {
+  auto idler = sessions_.end();
+  for (auto entry = sessions_.begin(); entry != sessions_.end(); ++entry) {
+    const PageSession& session = *entry->second;
+    if (session.hasWork() || session.lastUsed() > moment) continue;
+    if (idler == sessions_.end() || session.lastUsed() < idler->second->lastUsed()) idler = entry;
+  }
+  if (idler == sessions_.end()) return nullptr;
+  PageSessionRef session = idler->second;
+  sessions_.erase(idler);
+  return session;
+}
+
+PageSessionRef SessionTable::create(std::chrono::steady_clock::time_point moment, PageSessionRef& ousted) {
   auto session = std::make_shared<PageSession>(surroundings_, randomId());
   const std::lock_guard lock(mutex_);
+  if (sessions_.size() >= most_) ousted = takeIdler(moment);
   if (sessions_.size() >= most_) return nullptr;
   sessions_.emplace(session->id(), session);
   return session;

@@ -23,8 +23,9 @@ class SessionTable {
   // A session for an id that an earlier run of the host left a journal of. Nothing without one, or when the host
   // is full.
   PageSessionRef findInJournal(std::string_view id);
-  // With a new id; nothing when the host is full.
-  PageSessionRef create();
+  // With a new id. When the host is full it takes the place of one that has only looked and was not used since
+  // `moment`, the longest unused first, which is given back in `ousted`; nothing when there is none.
+  PageSessionRef create(std::chrono::steady_clock::time_point moment, PageSessionRef& ousted);
   // Enters a session under the id that it has now.
   void rename(const std::string& from, const PageSessionRef& session);
   void remove(const PageSessionRef& session);
@@ -36,6 +37,8 @@ class SessionTable {
 
  private:
   std::shared_ptr<const SessionSurroundings> surroundings_;
+  PageSessionRef takeIdler(std::chrono::steady_clock::time_point moment);
+
   size_t most_;
   mutable std::mutex mutex_;
   std::map<std::string, PageSessionRef, std::less<>> sessions_;

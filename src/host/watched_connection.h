@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -15,6 +16,9 @@ struct DatabaseAccount {
   std::uint64_t statements = 0;
 };
 
+// Connections of a host that are open at the moment.
+using OpenConnections = std::shared_ptr<std::atomic<size_t>>;
+
 enum class Writing {
   Real,
   Discarded,  // what is written is seen by the connection itself and gone when it closes
@@ -24,15 +28,19 @@ enum class Writing {
 // raises prevents it.
 class WatchedConnection : public Connection {
  public:
-  WatchedConnection(std::unique_ptr<Connection> connection, DatabaseAccount& use, Writing writing,
-                    std::function<void()> beforeCommit)
+  WatchedConnection(std::unique_ptr<Connection> connection, DatabaseAccount& use, OpenConnections open,
+                    Writing writing, std::function<void()> beforeCommit)
       : connection_(std::move(connection)),
         use_(use),
+        open_(std::move(open)),
         writing_(writing),
-        beforeCommit_(std::move(beforeCommit)) {}
+        beforeCommit_(std::move(beforeCommit)) {
+    ++*open_;
+  }
   ~WatchedConnection() override {
     const Timer timer(use_);
     connection_.reset();
+    --*open_;
   }
 
   void setCommandTimeout(int seconds) override { connection_->setCommandTimeout(seconds); }
@@ -79,6 +87,7 @@ class WatchedConnection : public Connection {
 
   std::unique_ptr<Connection> connection_;
   DatabaseAccount& use_;  // outlives the connection
+  OpenConnections open_;
   Writing writing_;
   std::function<void()> beforeCommit_;
 };

@@ -284,6 +284,20 @@ TEST_F(PageHostTest, FullHostSaysSoAtOnce) {
   EXPECT_THAT(sent(""), StartsWith("HTTP/1.1 503"));
 }
 
+TEST_F(PageHostTest, OnlookersMakeRoomForOthersButNobodyWithWorkDoes) {
+  page("work.js", "Session.n = (Session.n || 0) + 1; Response.write(Session.n);");
+  options.limits.sessions = 2;
+  options.limits.looking = std::chrono::milliseconds(0);
+  start();
+  Browser worker = visitor(), onlooker = visitor();
+  EXPECT_EQ(worker.post("/work", "").body, "1");
+  const std::string id = onlooker.cookie;
+  EXPECT_EQ(visitor().get("/token").status, 200);
+  EXPECT_EQ(onlooker.get("/token").status, 200);
+  EXPECT_NE(onlooker.cookie, id);
+  EXPECT_EQ(worker.post("/work", "").body, "2");
+}
+
 TEST_F(PageHostTest, IdleSessionsEnd) {
   page("index.js", "Session.n = (Session.n || 0) + 1; Response.write(Session.n);");
   options.limits.sessions = 1;
