@@ -9,7 +9,7 @@ namespace ondrel {
 namespace {
 
 struct KeywordRow {
-  std::string_view name;  // without blanks and underscores
+  std::string_view name;  // blanks and underscores do not count
   Keyword keyword;
   bool oleDb = false;  // no driver of ODBC knows it
 };
@@ -69,20 +69,25 @@ constexpr KeywordRow kKeywords[] = {
     {"dumpfile",                  Keyword::DumpsData},
     {"dumpfileappend",            Keyword::DumpsData},
     {"debugflags",                Keyword::DumpsData},
-    {"querylogon",                Keyword::DumpsData},
+    {"querylog_on",               Keyword::DumpsData},
     {"querylogfile",              Keyword::DumpsData},
-    {"statslogon",                Keyword::DumpsData},
+    {"statslog_on",               Keyword::DumpsData},
     {"statslogfile",              Keyword::DumpsData},
     {"trace",                     Keyword::DumpsData},
     {"tracefile",                 Keyword::DumpsData},
 };
 // clang-format on
 
-const KeywordRow* rowOf(std::string_view name) {
+std::string bareName(std::string_view name) {
   std::string bare = toLower(name);
   std::erase_if(bare, [](char c) { return c == ' ' || c == '_'; });
-  const auto* row =
-      std::find_if(std::begin(kKeywords), std::end(kKeywords), [&](auto& each) { return each.name == bare; });
+  return bare;
+}
+
+const KeywordRow* rowOf(std::string_view name) {
+  const std::string bare = bareName(name);
+  const auto* row = std::find_if(std::begin(kKeywords), std::end(kKeywords),
+                                 [&](const KeywordRow& each) { return bareName(each.name) == bare; });
   return row == std::end(kKeywords) ? nullptr : row;
 }
 

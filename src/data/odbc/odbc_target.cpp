@@ -32,7 +32,7 @@ Family familyOf(std::string_view driver) {
 // ---- values
 
 bool isYes(std::string_view value) {
-  for (const std::string_view word : {"yes", "true", "1", "sspi", "mandatory", "require", "required"})
+  for (const std::string_view word : {"yes", "true", "on", "1", "sspi", "mandatory", "require", "required"})
     if (equalsIgnoringCase(value, word)) return true;
   return false;
 }

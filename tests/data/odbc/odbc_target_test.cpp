@@ -12,7 +12,7 @@ OdbcMachine machineWith(std::vector<std::string> drivers) {
             if (key == "Driver")
               return source == "shop" || source == "dumping" ? "/usr/lib/libtdsodbc.so" : "x";
             if (source == "shop" && key == "PWD") return "of the source";
-            return source == "dumping" && key == "dumpfile" ? "/tmp/x" : "";
+            return source == "dumping" && key == "querylog_on" ? "/tmp/x" : "";
           }};
 }
 
@@ -95,7 +95,7 @@ TEST(OdbcTarget, TellsErrorsWithoutValues) {
       {"Driver=FreeTDS;Server=x;Max Pool Size=secret", ErrorNumber::InvalidArgument, "Max Pool Size"},
       {"Driver=FreeTDS;Server=x;DumpFile=/secret", ErrorNumber::ConnectionFailed, "DumpFile is refused"},
       {"Driver=x;QueryLog_On=yes;PWD=secret", ErrorNumber::ConnectionFailed, "QueryLog_On is refused"},
-      {"DSN=dumping;PWD=secret", ErrorNumber::ConnectionFailed, "dumpfile of the data source dumping"},
+      {"DSN=dumping;PWD=secret", ErrorNumber::ConnectionFailed, "querylog_on of the data source dumping"},
   };
   // clang-format on
   for (const Refusal& each : cases) {
