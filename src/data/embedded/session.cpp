@@ -71,11 +71,34 @@ void bindText(sqlite3_stmt* statement, int index, std::string_view text) {
   sqlite3_bind_text(statement, index, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
 }
 
+// A text is bound where it stands.
+void bindValue(sqlite3_stmt* statement, int index, const SqlValue& value) {
+  switch (value.kind) {
+    case SqlValue::Kind::Null:
+      sqlite3_bind_null(statement, index);
+      return;
+    case SqlValue::Kind::Integer:
+      sqlite3_bind_int64(statement, index, value.integer);
+      return;
+    case SqlValue::Kind::Real:
+      sqlite3_bind_double(statement, index, value.real);
+      return;
+    case SqlValue::Kind::Text:
+      bindText(statement, index, value.text);
+  }
+}
+
 void finalize(sqlite3_stmt* statement) {
   sqlite3_finalize(statement);
 }
 
 }  // namespace
+
+// What a parameter holds from the last run: the literal as it stood, and what a conversion made of it.
+struct Session::Parameter {
+  std::string literal, made;
+  bool isBound = false;
+};
 
 struct Session::Prepared {
   Translation translation;
@@ -83,6 +106,7 @@ struct Session::Prepared {
   std::vector<ColumnSpec> layout;  // of the result
   bool unsettled = false;          // a column of it takes its type from its values
   std::uint64_t lastUse = 0;
+  std::vector<Parameter> parameters;
   StatementPattern pattern;
   std::array<Prepared*, 2> followers{};  // what came after it, the latest first
 
@@ -221,6 +245,7 @@ Session::Prepared& Session::enter(std::string_view key, std::string_view sql) {
     if (code != SQLITE_OK) fail(code);
     prepared->statement.reset(statement);
   }
+  prepared->parameters.resize(translation.parameters.size());
   for (const OutputColumn& column : translation.columns) {
     const int size = column.type.category == Category::Text ? column.type.declared.size : 0;
     prepared->layout.push_back({column.name, resultType(column.type), size, true});
@@ -245,13 +270,25 @@ void Session::trim() {
   for (const auto& [key, prepared] : prepared_) prepared->followers = {};
 }
 
-void Session::bind(const Prepared& prepared) {
-  const std::vector<BoundLiteral>& parameters = prepared.translation.parameters;
-  if (texts_.size() < parameters.size()) texts_.resize(parameters.size());
-  for (size_t k = 0; k < parameters.size(); ++k) bindParameter(prepared.statement.get(), k, parameters[k]);
+// A parameter that is to hold what it holds from the last run is left alone: of the lines of a ticket most
+// values are those of the line before.
+void Session::bind(Prepared& prepared) {
+  const std::vector<BoundLiteral>& places = prepared.translation.parameters;
+  for (size_t k = 0; k < places.size(); ++k) {
+    const Token& literal = shape_.literals()[static_cast<size_t>(places[k].literal)];
+    Parameter& parameter = prepared.parameters[k];
+    if (parameter.isBound && parameter.literal == literal.text) continue;
+    parameter.isBound = false;
+    parameter.literal = literal.text;
+    Token kept = literal;
+    kept.text = parameter.literal;
+    bindValue(prepared.statement.get(), static_cast<int>(k) + 1,
+              literalValue(kept, places[k].conversion, parameter.made));
+    parameter.isBound = true;
+  }
 }
 
-// The value of a literal; what a conversion makes of a text is put in `made`.
+// The value of a literal; a text views the literal or `made`, where a conversion puts what it makes.
 SqlValue Session::literalValue(const Token& literal, const ValueConversion& conversion, std::string& made) {
   const Conversion kind = conversion.kind;
   if (literal.kind == TokenKind::Number && kind != Conversion::ToText && kind != Conversion::CutText) {
@@ -260,7 +297,6 @@ SqlValue Session::literalValue(const Token& literal, const ValueConversion& conv
   }
   if (literal.doubled) return doubledValue(literal, conversion, made);
   if (kind == Conversion::None) return SqlValue::of(literal.text);
-  if (kind == Conversion::ToDate) return momentValue(literal.text, conversion, made);
   return converted(SqlValue::of(literal.text), conversion, made);
 }
 
@@ -271,37 +307,6 @@ SqlValue Session::doubledValue(const Token& literal, const ValueConversion& conv
   if (value.kind == SqlValue::Kind::Text && value.text.data() != made.data())
     value = SqlValue::of(std::string_view(made = value.text));
   return value;
-}
-
-// The lines of a ticket are mostly promised for one moment, which is read once.
-SqlValue Session::momentValue(std::string_view text, const ValueConversion& conversion, std::string& made) {
-  if (text != momentText_ || text.empty()) {
-    momentNormal_ = converted(SqlValue::of(text), conversion, made).text;
-    momentText_ = text;
-  }
-  made = momentNormal_;
-  return SqlValue::of(std::string_view(made));
-}
-
-// A text is bound where it stands: in the statement, or in a text of the session when a conversion made it.
-void Session::bindParameter(sqlite3_stmt* statement, size_t index, const BoundLiteral& parameter) {
-  const Token& literal = shape_.literals()[static_cast<size_t>(parameter.literal)];
-  const SqlValue value = literalValue(literal, parameter.conversion, texts_[index]);
-  const int place = static_cast<int>(index) + 1;
-  switch (value.kind) {
-    case SqlValue::Kind::Null:
-      sqlite3_bind_null(statement, place);
-      return;
-    case SqlValue::Kind::Integer:
-      sqlite3_bind_int64(statement, place, value.integer);
-      return;
-    case SqlValue::Kind::Real:
-      sqlite3_bind_double(statement, place, value.real);
-      return;
-    case SqlValue::Kind::Text:
-      sqlite3_bind_text(statement, place, value.text.data(), static_cast<int>(value.text.size()),
-                        SQLITE_STATIC);
-  }
 }
 
 RecordsetRef Session::step(Prepared& prepared, bool fetch) {

@@ -71,6 +71,7 @@ class Session {
   sqlite3* handle() const { return handle_; }
 
  private:
+  struct Parameter;
   struct Prepared;
   struct KeyHash {
     using is_transparent = void;
@@ -83,11 +84,9 @@ class Session {
   Prepared& find(std::string_view sql);
   Prepared& enter(std::string_view key, std::string_view sql);
   void trim();
-  void bind(const Prepared& prepared);
-  SqlValue literalValue(const Token& literal, const ValueConversion& conversion, std::string& made);
+  void bind(Prepared& prepared);
+  static SqlValue literalValue(const Token& literal, const ValueConversion& conversion, std::string& made);
   static SqlValue doubledValue(const Token& literal, const ValueConversion& conversion, std::string& made);
-  SqlValue momentValue(std::string_view text, const ValueConversion& conversion, std::string& made);
-  void bindParameter(sqlite3_stmt* statement, size_t index, const BoundLiteral& parameter);
   RecordsetRef step(Prepared& prepared, bool fetch);
   RecordsetRef fetchRows(Prepared& prepared);
   RecordsetRef call(const Translation& translation, bool fetch);
@@ -102,8 +101,6 @@ class Session {
   std::string fixedKey_;
   std::unordered_map<std::string, std::unique_ptr<Prepared>, KeyHash, std::equal_to<>> prepared_;
   Prepared* last_ = nullptr;
-  std::vector<std::string> texts_;         // of the parameters, for as long as a statement runs
-  std::string momentText_, momentNormal_;  // the moment that was read last, and its normal form
   std::uint64_t uses_ = 0;
   std::shared_ptr<const Schema> schema_;
   bool definedInTransaction_ = false;
