@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kNoLimitSeconds = 14 * 86'400;  // what a time limit of 0 comes to: two weeks
 constexpr size_t kKeptShapes = 1000;
+constexpr size_t kRowsExpected = 1000;       // at most, of a statement that gave as many the last time
 constexpr int kStepsBetweenChecks = 50'000;  // of the engine, before the clock is looked at
 
 // Leaves a statement ready for its next run, whatever happens.
@@ -40,31 +41,36 @@ bool isUnsettled(const ResolvedType& type) {
 }
 
 FieldType resultType(const ResolvedType& type) {
-  return type.category == Category::Null || isUnsettled(type) ? FieldType::Long : fieldTypeOf(type.declared);
+  if (type.category == Category::Null) return FieldType::Long;
+  return isUnsettled(type) ? FieldType::Double : fieldTypeOf(type.declared);
 }
 
-Variant columnValue(sqlite3_stmt* statement, int column, Category category) {
+// Puts a column of the row that the statement stands on into a new cell. Gives whether a column that takes its
+// type from its values must hold Doubles for this one.
+bool takeValue(sqlite3_stmt* statement, int column, Category category, ColumnStore& cells, size_t row) {
   const int stored = sqlite3_column_type(statement, column);
-  if (stored == SQLITE_NULL) return Variant::null();
   const auto text = [&] {
     const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
     return std::string_view(bytes, static_cast<size_t>(sqlite3_column_bytes(statement, column)));
   };
-  switch (category) {
-    case Category::Text:
-      return text();
-    case Category::Bit:
-      return sqlite3_column_int(statement, column) != 0;
-    case Category::Date:
-      return dateOfText(text());
-    case Category::Number:
-      return sqlite3_column_double(statement, column);
-    default:
-      break;
+  if (stored == SQLITE_NULL) return false;  // as a new cell is
+  if (category == Category::Text) {
+    cells.write(row, text());
+  } else if (category == Category::Bit) {
+    cells.write(row, sqlite3_column_int(statement, column) != 0);
+  } else if (category == Category::Date) {
+    cells.write(row, dateOfText(text()));
+  } else if (category == Category::Number || stored == SQLITE_FLOAT) {
+    cells.write(row, sqlite3_column_double(statement, column));
+    return true;
+  } else if (stored == SQLITE_INTEGER) {
+    const std::int64_t whole = sqlite3_column_int64(statement, column);
+    cells.write(row, whole);
+    return !std::in_range<std::int32_t>(whole);
+  } else {
+    cells.write(row, text());
   }
-  if (stored == SQLITE_FLOAT) return sqlite3_column_double(statement, column);
-  return stored == SQLITE_INTEGER ? Variant(std::int64_t{sqlite3_column_int64(statement, column)})
-                                  : Variant(text());
+  return false;
 }
 
 void bindText(sqlite3_stmt* statement, int index, std::string_view text) {
@@ -104,7 +110,7 @@ struct Session::Prepared {
   Translation translation;
   std::unique_ptr<sqlite3_stmt, void (*)(sqlite3_stmt*)> statement{nullptr, finalize};
   std::vector<ColumnSpec> layout;  // of the result
-  bool unsettled = false;          // a column of it takes its type from its values
+  size_t rows = 0;                 // of the last one
   std::uint64_t lastUse = 0;
   std::vector<Parameter> parameters;
   StatementPattern pattern;
@@ -249,7 +255,6 @@ Session::Prepared& Session::enter(std::string_view key, std::string_view sql) {
   for (const OutputColumn& column : translation.columns) {
     const int size = column.type.category == Category::Text ? column.type.declared.size : 0;
     prepared->layout.push_back({column.name, resultType(column.type), size, true});
-    prepared->unsettled = prepared->unsettled || isUnsettled(column.type);
   }
   trim();
   prepared->lastUse = ++uses_;
@@ -325,27 +330,22 @@ RecordsetRef Session::step(Prepared& prepared, bool fetch) {
 RecordsetRef Session::fetchRows(Prepared& prepared) {
   sqlite3_stmt* statement = prepared.statement.get();
   const std::vector<OutputColumn>& columns = prepared.translation.columns;
-  std::vector<ColumnSpec> layout;
-  std::vector<Variant> cells;
-  cells.reserve(columns.size());
+  RecordsetRef table = Recordset::create(prepared.layout);
+  table->reserveRows(prepared.rows);
+  std::vector<bool> isReal(columns.size());
+  size_t rows = 0;
   int code = 0;
-  while ((code = sqlite3_step(statement)) == SQLITE_ROW)
-    for (size_t k = 0; k < columns.size(); ++k)
-      cells.push_back(columnValue(statement, static_cast<int>(k), columns[k].type.category));
+  for (; (code = sqlite3_step(statement)) == SQLITE_ROW; ++rows)
+    table->appendRowBy([&](Table& cells, size_t row) {
+      for (int k = 0; k < cells.columnCount(); ++k)
+        if (takeValue(statement, k, columns[static_cast<size_t>(k)].type.category, cells.column(k), row))
+          isReal[static_cast<size_t>(k)] = true;
+    });
   if (code != SQLITE_DONE) fail(code);
-  context_.rowCount = static_cast<std::int64_t>(cells.size() / columns.size());
-
-  std::span<const ColumnSpec> shown = prepared.layout;
-  if (prepared.unsettled) {
-    layout = prepared.layout;
-    for (size_t k = 0; k < cells.size(); ++k)
-      if (isUnsettled(columns[k % columns.size()].type) && cells[k].kind() == Variant::Kind::Double)
-        layout[k % columns.size()].type = FieldType::Double;
-    shown = layout;
-  }
-  RecordsetRef table = Recordset::create(shown);
-  for (size_t row = 0; row < cells.size(); row += columns.size())
-    table->appendRow(std::span<const Variant>(cells).subspan(row, columns.size()));
+  context_.rowCount = static_cast<std::int64_t>(rows);
+  prepared.rows = std::min(rows, kRowsExpected);
+  for (size_t k = 0; k < columns.size(); ++k)
+    if (isUnsettled(columns[k].type) && !isReal[k]) table->makeLong(Column(static_cast<int>(k)));
   table->moveFirst();
   return table;
 }

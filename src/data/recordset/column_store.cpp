@@ -63,6 +63,14 @@ void ColumnStore::resize(size_t rows) {
   if (!keys_.isEmpty()) keys_.resize(rows);
 }
 
+void ColumnStore::becomeLong() {
+  type = FieldType::Long;
+  storage = Storage::Integer;
+  integers.resize(numbers.size());
+  for (size_t row = 0; row < numbers.size(); ++row) integers[row] = toLong(numbers[row]);
+  numbers = {};
+}
+
 Variant ColumnStore::read(size_t row) const {
   if (!present[row]) return Variant::null();
   switch (storage) {

@@ -85,6 +85,31 @@ struct ColumnStore {
     else
       convertAndWrite(row, value);
   }
+  // Shorter ways for values that need no conversion.
+  void write(size_t row, std::string_view text) {
+    if (storage == Storage::Text && (size <= 0 || text.size() <= static_cast<size_t>(size))) [[likely]]
+      putText(row, text);
+    else
+      convertAndWrite(row, Variant(text));
+  }
+  void write(size_t row, std::int64_t value) {
+    if (type == FieldType::Long && value == static_cast<std::int32_t>(value)) [[likely]]
+      put(integers, row, static_cast<std::int32_t>(value));
+    else
+      write(row, Variant(value));
+  }
+  void write(size_t row, bool value) {
+    if (storage == Storage::Flag) [[likely]]
+      put(flags, row, std::uint8_t{value});
+    else
+      convertAndWrite(row, Variant(value));
+  }
+  void write(size_t row, Date value) {
+    if (storage == Storage::Date) [[likely]]
+      put(numbers, row, value.serial());
+    else
+      convertAndWrite(row, Variant(value));
+  }
   Variant read(size_t row) const;
   // Error 94 for Null.
   std::int32_t readInteger(size_t row) const {
@@ -99,6 +124,8 @@ struct ColumnStore {
       return integers[row];
     return convertToNumber(row);
   }
+  // Turns a column of Doubles, which hold whole numbers, into one of Longs.
+  void becomeLong();
   // Back to the state of a cell that nobody wrote.
   void reset(size_t row);
   void move(size_t from, size_t to);

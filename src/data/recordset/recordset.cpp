@@ -93,19 +93,6 @@ RecordsetRef Recordset::clone() const {
   return result;
 }
 
-template <class Fill>
-size_t Recordset::addRow(const View* maker, Fill fill) {
-  const size_t row = table_->prepareRow();
-  try {
-    fill(row);
-  } catch (...) {
-    table_->abandonRow();
-    throw;
-  }
-  table_->completeRow(maker);
-  return row;
-}
-
 void Recordset::addNew() {
   View& rows = view();
   rows.moveToNew(addRow(&rows, [](size_t) {}));

@@ -120,6 +120,16 @@ class Recordset : public Object {
   // Appends a complete row, one value a column, and leaves view and position alone until the next
   // assignment or moveFirst: for filling a table.
   void appendRow(std::span<const Variant> values);
+  // The same with a row whose cells `fill` writes: it is given the table and the row.
+  template <class Fill>
+  void appendRowBy(Fill fill) {
+    view();
+    addRow(nullptr, [&](size_t row) { fill(*table_, row); });
+  }
+  // Makes room for so many more rows at once.
+  void reserveRows(size_t rows) { table_->reserveRows(rows); }
+  // Turns a column of Doubles, which hold whole numbers, into one of Longs.
+  void makeLong(Column column) { cells(column).becomeLong(); }
   // Removes the current row; the position stays on its place and the next move goes on from there.
   void deleteRow();
   // Removes all rows that pass the filter.
@@ -193,7 +203,17 @@ class Recordset : public Object {
     table_->noteWrite(row, column.index);
   }
   template <class Fill>
-  size_t addRow(const View* maker, Fill fill);
+  size_t addRow(const View* maker, Fill fill) {
+    const size_t row = table_->prepareRow();
+    try {
+      fill(row);
+    } catch (...) {
+      table_->abandonRow();
+      throw;
+    }
+    table_->completeRow(maker);
+    return row;
+  }
   [[noreturn]] void failClosed() const;
   [[noreturn]] static void failNoRow();
   [[noreturn]] static void failPosition(Column column);

@@ -40,6 +40,10 @@ class Table {
   // 1 for each place with a row, 0 for the others, up to the end of the last block.
   const std::uint8_t* alive() const { return alive_.data(); }
 
+  // Makes room for so many more rows at once.
+  void reserveRows(size_t rows) {
+    if (places_ + rows > alive_.size()) resize((places_ + rows + kBlock - 1) / kBlock * kBlock);
+  }
   // A row is made in two steps, so that one whose values do not fit never becomes part of the table:
   // the place that the next row will take, to be written to, and its completion.
   size_t prepareRow();

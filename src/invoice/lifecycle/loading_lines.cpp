@@ -162,6 +162,7 @@ void Invoice::loadLines(const std::string& statement, std::span<const LineLoader
   const RecordsetRef rows = queryDatabase(*apartment_, statement);
   if (rows->eof()) return;
   StoredLines lines(rows);
+  lineItems->reserveRows(static_cast<size_t>(rows->recordCount()));
   std::vector<LoadStep> steps;
   for (; !lines.atEnd(); lines.next()) {
     const std::string type = toUpper(lines.type());
