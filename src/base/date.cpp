@@ -170,26 +170,25 @@ int Date::weekday() const {
 std::string Date::text() const {
   const DateParts now = parts();
   const bool atMidnight = now.hour == 0 && now.minute == 0 && now.second == 0, withDay = day() != 0;
-  std::string result;
-  const auto add = [&](int number, char after) {
-    appendNumber(result, number);
-    result += after;
-  };
-  const auto addTwoDigits = [&](int number, char after) {
-    if (number < 10) result += '0';
-    add(number, after);
+  std::array<char, 64 + kShortNumber> text;
+  char* end = text.data();
+  const auto add = [&](int number, char after, bool inTwoDigits = false) {
+    if (inTwoDigits && number < 10) *end++ = '0';
+    end = writeNumber(end, number);
+    *end++ = after;
   };
   if (withDay) {
     add(now.month, '/');
     add(now.day, '/');
-    appendNumber(result, now.year);
-    if (atMidnight) return result;
-    result += ' ';
+    add(now.year, ' ');
+    if (atMidnight) return {text.data(), end - 1};
   }
   add(now.hour % 12 == 0 ? 12 : now.hour % 12, ':');
-  addTwoDigits(now.minute, ':');
-  addTwoDigits(now.second, ' ');
-  return result += now.hour < 12 ? "AM" : "PM";
+  add(now.minute, ':', true);
+  add(now.second, ' ', true);
+  *end++ = now.hour < 12 ? 'A' : 'P';
+  *end++ = 'M';
+  return {text.data(), end};
 }
 
 long long daysBetween(Date from, Date to) {

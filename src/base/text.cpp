@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 
 namespace ondrel {
 namespace {
@@ -200,14 +201,13 @@ std::optional<long long> nearestUnits(double value, int places) {
 }
 
 // Units of so many places with a point; trailing zeros behind it only when asked for.
-void appendUnits(std::string& text, long long units, int places, bool withZeros) {
-  std::array<char, 24> buffer{};
-  char* const end = buffer.data() + buffer.size();
+char* writeUnits(char* to, long long units, int places, bool withZeros) {
+  std::array<char, 2 * kShortNumber> buffer;
+  char* const end = buffer.data() + kShortNumber;
   char* first = end;
-  bool shown = withZeros;
-  unsigned long long rest =
-      units < 0 ? 0ULL - static_cast<unsigned long long>(units) : static_cast<unsigned long long>(units);
   char* last = end;
+  bool shown = withZeros;
+  auto rest = static_cast<unsigned long long>(units < 0 ? -units : units);
   for (int place = 0; place < places; ++place, rest /= 10) {
     shown = shown || rest % 10 != 0;
     *--first = static_cast<char>('0' + rest % 10);
@@ -217,7 +217,8 @@ void appendUnits(std::string& text, long long units, int places, bool withZeros)
   do *--first = static_cast<char>('0' + rest % 10);
   while ((rest /= 10) != 0);
   if (units < 0) *--first = '-';
-  text.append(first, static_cast<size_t>(last - first));
+  std::memcpy(to, first, kShortNumber);  // in one block, which is quicker than one of the right size
+  return to + (last - first);
 }
 
 // Of a finite value, without its sign.
@@ -400,14 +401,20 @@ std::string numberText(double value) {
 }
 
 void appendNumber(std::string& text, double value) {
-  if (const auto units = tenThousandths(value))
-    appendUnits(text, *units, kShortPlaces, false);
+  std::array<char, kShortNumber> buffer;
+  if (char* end = writeShortNumber(buffer.data(), value))
+    text.append(buffer.data(), static_cast<size_t>(end - buffer.data()));
   else
     text += longNumberText(value);
 }
 
-void appendNumber(std::string& text, std::int32_t value) {
-  appendUnits(text, value, 0, false);
+char* writeNumber(char* to, std::int32_t value) {
+  return writeUnits(to, value, 0, false);
+}
+
+char* writeShortNumber(char* to, double value) {
+  const auto units = tenThousandths(value);
+  return units ? writeUnits(to, *units, kShortPlaces, false) : nullptr;
 }
 
 double shownValue(double value) {
@@ -434,11 +441,20 @@ std::string fixedText(double value, int digits) {
 }
 
 void appendFixed(std::string& text, double value, int digits) {
-  if (const auto units = nearestUnits(value, digits)) return appendUnits(text, *units, digits, true);
+  std::array<char, kShortNumber> buffer;
+  if (char* end = writeShortFixed(buffer.data(), value, digits)) {
+    text.append(buffer.data(), static_cast<size_t>(end - buffer.data()));
+    return;
+  }
   if (!std::isfinite(value)) return appendNumber(text, value);
   const std::string magnitude = fixedMagnitude(value, digits);
   if (value < 0 && !isAllZero(magnitude)) text += '-';
   text += magnitude;
+}
+
+char* writeShortFixed(char* to, double value, int digits) {
+  const auto units = nearestUnits(value, digits);
+  return units ? writeUnits(to, *units, digits, true) : nullptr;
 }
 
 }  // namespace ondrel

@@ -52,7 +52,11 @@ std::optional<double> parseNumber(std::string_view text);
 // Shortest of the forms with up to 15 significant digits, no trailing zeros: 1.5, 0.001, 1E+20.
 std::string numberText(double value);
 void appendNumber(std::string& text, double value);
-void appendNumber(std::string& text, std::int32_t value);
+// Writes the number to a place with room for kShortNumber characters and gives the end; nothing, and nothing
+// written, for one that takes the long way of appendNumber.
+inline constexpr size_t kShortNumber = 24;
+char* writeNumber(char* to, std::int32_t value);
+char* writeShortNumber(char* to, double value);
 // What that text reads as: `value` without what its digits do not show.
 double shownValue(double value);
 
@@ -63,5 +67,7 @@ std::string currencyText(double value);
 // that the value shows.
 std::string fixedText(double value, int digits);
 void appendFixed(std::string& text, double value, int digits);
+// As writeShortNumber.
+char* writeShortFixed(char* to, double value, int digits);
 
 }  // namespace ondrel

@@ -36,9 +36,7 @@ double powerOfTen(int exponent) {
 }
 
 std::string quoted(std::string_view text) {
-  std::string result;
-  appendSqlQuoted(result, text);
-  return result;
+  return "'" + replaceAll(text, "'", "''") + "'";
 }
 
 std::string_view entityOf(int code) {
@@ -142,13 +140,6 @@ std::string sqlQuotedOrNull(const Variant& value) {
 std::string sqlString(const Variant& value) {
   const std::string text = value.joined();
   return text.empty() ? "NULL" : quoted(text);
-}
-
-void appendSqlQuoted(std::string& sql, std::string_view text) {
-  sql += '\'';
-  for (size_t quote = 0; (quote = text.find('\'')) != std::string_view::npos; text.remove_prefix(quote + 1))
-    sql.append(text, 0, quote + 1).append(1, '\'');
-  sql.append(text).append(1, '\'');
 }
 
 std::string sqlNumber(const Variant& value) {

@@ -24,8 +24,6 @@ std::string jsEscapeSimple(const Variant& value);
 std::string htmlEncode(const Variant& value);
 // 'value' with quotes doubled; null when the value is Null or has no text form.
 std::string sqlQuotedOrNull(const Variant& value);
-// Adds the text in quotes, its own doubled.
-void appendSqlQuoted(std::string& sql, std::string_view text);
 // 'value' with quotes doubled; NULL for Null and for the empty text. Blanks are content.
 std::string sqlString(const Variant& value);
 // The value's bare text; NULL for Null.

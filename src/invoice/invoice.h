@@ -714,7 +714,7 @@ class Invoice : public Object {
   std::string sealCustomerFault(const std::string& seal);
   std::string sealDisabledFault(const std::string& seal);
   void saveTaggedItems();
-  void saveTaggedItem(std::int32_t lineNumber);
+  void saveTaggedItem(const Recordset& garment);  // the current line, which has a seal
   // Number of the garment that the seal is known for, whose item becomes `priceListItem`; a new one for an
   // unknown seal. Both arguments are SQL text.
   std::string findTaggedItem(const std::string& seal, const std::string& priceListItem);

@@ -116,6 +116,7 @@ void registerFunctions(sqlite3* handle, FunctionContext& context) {
 }
 
 int compareStoreText(std::string_view a, std::string_view b) {
+  if (a == b) return 0;
   return compareIgnoringCase(withoutTrailingBlanks(a), withoutTrailingBlanks(b));
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "data/query_database.h"
+#include "data/statement_text.h"
 #include "data/values.h"
 #include "invoice/invoice.h"
 #include "invoice/line_kinds.h"
@@ -33,112 +34,115 @@ enum class As {
   quoted,      // between quotes, which are doubled inside
   bareQuoted,  // between quotes, as it stands
   textOrNull,  // quoted, an empty one as NULL
+  date,
   garmentFlag,
   garmentMoney,  // of garments alone, of others 0 and NULL
 };
 
+enum class Separator { none, comma, commaAndBlank };
+
 struct LineValue {
-  std::string_view separator;  // before it
+  Separator before;
   As as;
   Column column{0};
 };
 
+using enum Separator;
+
 // clang-format off
 constexpr LineValue kLineValues[] = {
-  {"",   As::ticket},
-  {",",  As::whole,        lineNumber},
-  {",",  As::employee},                       // who created it
-  {",",  As::employee},                       // who changed it last
-  {",",  As::whole,        parentLineNumber},
-  {",",  As::whole,        lineNumber},       // the place in the display
-  {",",  As::whole,        deptId},
-  {",",  As::quoted,       deptName},
-  {",",  As::bareQuoted,   itemType},
-  {",",  As::whole,        lineItemId},
-  {",",  As::garmentFlag,  saleOnly},
-  {",",  As::quoted,       itemName},
-  {",",  As::money,        originalUnitPrice},
-  {",",  As::money,        unitPrice},
-  {",",  As::whole,        quantity},
-  {",",  As::money,        lineItemTotal},
-  {",",  As::money,        totalTax},
-  {",",  As::money,        totalSurcharge},
-  {",",  As::money,        taxableAmt},
-  {", ", As::textOrNull,   notes},
-  {", ", As::flag,         outsideService},
-  {", ", As::garmentMoney, upchargeTotal},
-  {", ", As::whole,        chargeTaxCode},
-  {", ", As::whole,        pkgQuantity},
-  {",",  As::whole,        daysToProcess},
-  {",",  As::bareQuoted,   dueDate},
-  {", ", As::flag,         priceLater},
-  {", ", As::textOrNull,   promptResponse},
-  {", ", As::flag,         redo},
-  {", ", As::number,       prepay},
-  {", ", As::quoted,       invoiceNumber},
-  {", ", As::flag,         pickedUp},
-  {", ", As::textOrNull,   heatSeal},
+  {none,          As::ticket},
+  {comma,         As::whole,        lineNumber},
+  {comma,         As::employee},                       // who created it
+  {comma,         As::employee},                       // who changed it last
+  {comma,         As::whole,        parentLineNumber},
+  {comma,         As::whole,        lineNumber},       // the place in the display
+  {comma,         As::whole,        deptId},
+  {comma,         As::quoted,       deptName},
+  {comma,         As::bareQuoted,   itemType},
+  {comma,         As::whole,        lineItemId},
+  {comma,         As::garmentFlag,  saleOnly},
+  {comma,         As::quoted,       itemName},
+  {comma,         As::money,        originalUnitPrice},
+  {comma,         As::money,        unitPrice},
+  {comma,         As::whole,        quantity},
+  {comma,         As::money,        lineItemTotal},
+  {comma,         As::money,        totalTax},
+  {comma,         As::money,        totalSurcharge},
+  {comma,         As::money,        taxableAmt},
+  {commaAndBlank, As::textOrNull,   notes},
+  {commaAndBlank, As::flag,         outsideService},
+  {commaAndBlank, As::garmentMoney, upchargeTotal},
+  {commaAndBlank, As::whole,        chargeTaxCode},
+  {commaAndBlank, As::whole,        pkgQuantity},
+  {comma,         As::whole,        daysToProcess},
+  {comma,         As::date,         dueDate},
+  {commaAndBlank, As::flag,         priceLater},
+  {commaAndBlank, As::textOrNull,   promptResponse},
+  {commaAndBlank, As::flag,         redo},
+  {commaAndBlank, As::number,       prepay},
+  {commaAndBlank, As::quoted,       invoiceNumber},
+  {commaAndBlank, As::flag,         pickedUp},
+  {commaAndBlank, As::textOrNull,   heatSeal},
 };
 // clang-format on
 
-constexpr std::size_t kLineLength = 1024;  // of most statements
-
-// Writes the values of lines behind the head of their statement, over the ones of the line before.
+// Writes the statements of lines, one after the other.
 class LineWriter {
  public:
   LineWriter(const Recordset& lines, std::int32_t ticket, std::int32_t employee)
-      : line_(lines), ticket_(ticket), employee_(employee) {
-    text_.reserve(kLineLength);
-    text_ = kLineInsert;
-  }
+      : line_(lines), ticket_(ticket), employee_(employee) {}
 
   // The statement for the current line, until the next one.
   std::string_view statement() {
-    text_.resize(kLineInsert.size());
+    statement_.restart();
     isGarment_ = line_.textView(itemType) == kind::garment;
     for (const LineValue& value : kLineValues) {
-      text_ += value.separator;
-      write(value);
+      if (value.before != none) statement_.add(',');
+      if (value.before == commaAndBlank) statement_.add(' ');
+      write(value.as, value.column);
     }
-    return text_ += ')';
+    statement_.add(')');
+    return statement_.text();
   }
 
  private:
-  void write(const LineValue& value) {
-    const Column column = value.column;
-    switch (value.as) {
+  void write(As as, Column column) {
+    switch (as) {
       case As::ticket:
-        return appendNumber(text_, ticket_);
+        return statement_.addNumber(ticket_);
       case As::employee:
-        return appendNumber(text_, employee_);
+        return statement_.addNumber(employee_);
       case As::whole:
-        return line_.isNull(column) ? writeNull() : appendNumber(text_, line_.integer(column));
+        return line_.isNull(column) ? writeNull() : statement_.addNumber(line_.integer(column));
       case As::number:
-        return appendNumber(text_, line_.number(column));
+        return statement_.addNumber(line_.number(column));
       case As::money:
-        return appendFixed(text_, line_.number(column), 2);
+        return statement_.addFixed(line_.number(column), 2);
       case As::flag:
         return writeFlag(line_.flag(column));
       case As::quoted:
-        return appendSqlQuoted(text_, line_.textView(column));
+        return statement_.addQuoted(line_.textView(column));
       case As::bareQuoted:
-        text_.append(1, '\'').append(line_.value(column).joined()).append(1, '\'');
-        return;
+        statement_.add('\'');
+        statement_.add(line_.textView(column));
+        return statement_.add('\'');
       case As::textOrNull:
-        return line_.textView(column).empty() ? writeNull() : appendSqlQuoted(text_, line_.textView(column));
+        return line_.textView(column).empty() ? writeNull() : statement_.addQuoted(line_.textView(column));
+      case As::date:
+        return statement_.addQuoted(line_.text(column));
       case As::garmentFlag:
         return writeFlag(isGarment_ && line_.flag(column));
       case As::garmentMoney:
-        return isGarment_ && !line_.isNull(column) ? appendFixed(text_, line_.number(column), 2)
-                                                   : writeNull();
+        return isGarment_ && !line_.isNull(column) ? write(As::money, column) : writeNull();
     }
   }
-  void writeNull() { text_ += "NULL"; }
-  void writeFlag(bool flag) { text_ += flag ? '1' : '0'; }
+  void writeNull() { statement_.add("NULL"); }
+  void writeFlag(bool flag) { statement_.add(flag ? '1' : '0'); }
 
   const Recordset& line_;
   std::int32_t ticket_, employee_;
-  std::string text_;
+  StatementText statement_{kLineInsert};
   bool isGarment_ = false;
 };
 

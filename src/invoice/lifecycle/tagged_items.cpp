@@ -29,7 +29,8 @@ TicketTag& tagOf(const Variant& item) {
 
 void Invoice::saveTaggedItems() {
   lineItems->setFilter("itemType='IT'");
-  for (; !lineItems->eof(); lineItems->moveNext()) saveTaggedItem(lineItems->integer(lineNumber));
+  for (; !lineItems->eof(); lineItems->moveNext())
+    if (!lineItems->textView(heatSeal).empty()) saveTaggedItem(*lineItems);
   lineItems->clearFilter();
 }
 
@@ -38,17 +39,15 @@ void Invoice::saveTaggedItems() {
 // | 1    | the garment of the seal | follows a change of its item; made, with its seal, when unknown     |
 // | 2    | its descriptors         | forgotten, then those of the line remembered, one-shots left out    |
 // | 3    | the ticket              | linked to the garment                                               |
-void Invoice::saveTaggedItem(std::int32_t line) {
-  const RecordsetRef lines = lineItems->clone();
-  lines->setFilter(fmt::format("lineNumber={}", line));
-  if (lines->eof() || lines->text(heatSeal).empty()) return;
-
+void Invoice::saveTaggedItem(const Recordset& garment) {
+  const std::int32_t line = garment.integer(lineNumber);
   const std::string taggedItem =
-      findTaggedItem(escapeSqlValue(lines->value(heatSeal)), sqlNumber(lines->value(lineItemId)));
+      findTaggedItem(escapeSqlValue(garment.value(heatSeal)), sqlNumber(garment.value(lineItemId)));
   if (taggedItem.empty()) return;
 
   executeInTransaction(*apartment_,
                        fmt::format(" delete from taggeditemdescriptor where taggeditemid = {}", taggedItem));
+  const RecordsetRef lines = lineItems->clone();
   lines->setFilter(fmt::format("parentLineNumber={}", line));
   for (; !lines->eof(); lines->moveNext()) {
     if (!kind::isDescriptor(toUpper(lines->text(itemType))) || lines->flag(oneShot)) continue;
