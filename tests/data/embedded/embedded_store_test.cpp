@@ -224,6 +224,28 @@ TEST_P(Connections, KeepTheTransactionWhenAStatementFails) {
   EXPECT_THROW(connection->commit(), Error);
 }
 
+// Values stay bound from one run of a statement to the next: one that failed must not pass for bound.
+TEST_P(Connections, SendTheValuesOfEachStatement) {
+  const auto connection = connect();
+  const auto insert = [&](std::string_view values) {
+    connection->execute("insert into StoreHoliday (storeId, firstDay, duration) values (" +
+                        std::string(values) + ")");
+  };
+  insert("81, '12/24/2026', 1");
+  insert("81, '12/24/2026', 2");
+  EXPECT_THROW(insert("82, 'never', 2"), Error);
+  insert("82, '12/24/2026', 2");
+  EXPECT_THROW(insert("82, 'never', 2"), Error);
+  insert("83, '2026-12-24', '2'");
+  insert("83, '12/24/2026', 2");
+  const RecordsetRef rows = connection->query(
+      "select storeId, firstDay, duration from StoreHoliday where storeId > 80 order by storeId, duration");
+  std::string told;
+  for (; !rows->eof(); rows->moveNext())
+    told += rows->text("storeId") + " " + rows->text("firstDay") + " " + rows->text("duration") + "; ";
+  EXPECT_EQ(told, "81 12/24/2026 1; 81 12/24/2026 2; 82 12/24/2026 2; 83 12/24/2026 2; 83 12/24/2026 2; ");
+}
+
 TEST_P(Connections, WaitForAWriterUpToTheirTimeLimit) {
   const auto first = connect();
   const auto second = connect(1);

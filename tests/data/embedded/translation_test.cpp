@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "base/error.h"
 #include "data/embedded/schema_reader.h"
 #include "data/embedded/shape.h"
@@ -110,6 +112,44 @@ TEST(Translation, ValuesAreNotPartOfTheShape) {
   EXPECT_EQ(translate("select convert(varchar(5), name) as 'n' from Item order by 1", smallSchema())
                 .fixedLiterals.size(),
             3U);
+}
+
+// What a pattern lets pass has the shape of the statement that it was made from, and the same literals are found.
+TEST(Translation, APatternLetsNothingElsePass) {
+  constexpr std::string_view kStatements[] = {
+      "insert into Tag (itemId, label, note) values (-1,'a', N'it''s')",
+      "select top 5 [a b], x - 1 from t where d='' and e>.5 -- and 7",
+      "update t set a = a+1, b = -2.5e3 where c in ( 1,2 ) and n <> 'x' /* 'y' */"};
+  constexpr std::string_view kPieces = "0123456789.-'',eEN() /*=<a\n";
+  std::mt19937 random(20261124);
+  int passed = 0;
+  for (const std::string_view statement : kStatements) {
+    const StatementPattern pattern(statement, {});
+    for (int round = 0; round < 20'000; ++round) {
+      std::string changed(statement);
+      for (auto edits = random() % 3; edits-- > 0;)
+        changed.replace(random() % changed.size(), random() % 2, 1, kPieces[random() % kPieces.size()]);
+      std::vector<Token> literals;
+      if (!pattern.fits(changed, literals)) continue;
+      ++passed;
+      StatementShape before, after;
+      before.assign(statement);
+      after.assign(changed);
+      ASSERT_EQ(after.key(), before.key()) << changed;
+      ASSERT_EQ(after.literals().size(), literals.size()) << changed;
+      for (size_t k = 0; k < literals.size(); ++k) {
+        EXPECT_EQ(after.literals()[k].text, literals[k].text) << changed;
+        EXPECT_EQ(after.literals()[k].doubled, literals[k].doubled) << changed;
+      }
+    }
+  }
+  EXPECT_GT(passed, 20'000);
+  std::vector<Token> literals;
+  constexpr int kFixed[] = {0};
+  EXPECT_TRUE(StatementPattern("select top 5 a from t where b = 1", kFixed)
+                  .fits("select top 5 a from t where b = -22.5", literals));
+  EXPECT_FALSE(StatementPattern("select top 5 a from t where b = 1", kFixed)
+                   .fits("select top 6 a from t where b = 1", literals));
 }
 
 }  // namespace
