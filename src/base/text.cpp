@@ -6,7 +6,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdint>
 #include <cstring>
 
 namespace ondrel {
@@ -75,28 +74,6 @@ std::string changeEach(std::string_view text, Change change) {
     }
   }
   return result;
-}
-
-// The cents of a value that is a whole number of them: its digits are theirs, with no need to work them out.
-std::optional<std::int64_t> wholeCents(double value) {
-  constexpr double kMost = 1e9;  // 13 of the 15 digits
-  if (!(std::fabs(value) < kMost)) return {};
-  const double cents = std::round(value * 100);
-  if (cents / 100 != value) return {};
-  return static_cast<std::int64_t>(cents);
-}
-
-// "12.50", or with all zeros behind the point left out.
-std::string centsText(std::int64_t cents, bool zeros) {
-  std::array<char, 24> buffer{};
-  char* end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), cents / 100).ptr;
-  const auto fraction = static_cast<int>(cents % 100);
-  if (zeros || fraction != 0) {
-    *end++ = '.';
-    *end++ = static_cast<char>('0' + fraction / 10);
-    if (zeros || fraction % 10 != 0) *end++ = static_cast<char>('0' + fraction % 10);
-  }
-  return {buffer.data(), end};
 }
 
 // Significant digits of |value| without trailing zeros, and the power of ten of the first of them.
@@ -223,8 +200,6 @@ char* writeUnits(char* to, long long units, int places, bool withZeros) {
 
 // Of a finite value, without its sign.
 std::string fixedMagnitude(double value, int digits) {
-  if (digits == 2)
-    if (const auto cents = wholeCents(std::fabs(value))) return centsText(*cents, true);
   return positional(roundedBehind(decimalOf(value), -digits), digits);
 }
 
@@ -429,7 +404,7 @@ double shownValue(double value) {
 
 std::string currencyText(double value) {
   if (!std::isfinite(value)) return numberText(value);
-  std::string amount = fixedMagnitude(value, 2);
+  std::string amount = fixedText(std::fabs(value), 2);
   for (size_t comma = amount.size() - 3; comma > 3;) amount.insert(comma -= 3, ",");
   return value < 0 && !isAllZero(amount) ? "($" + amount + ")" : "$" + amount;
 }
