@@ -1,17 +1,13 @@
 #include "web/html_writer.h"
 
-#include <array>
-#include <charconv>
-
 #include "base/text.h"
 #include "data/values.h"
 
 namespace ondrel {
 
 HtmlWriter& HtmlWriter::raw(std::int32_t number) {
-  std::array<char, 12> digits;
-  const char* end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-  return raw(std::string_view(digits.data(), end));
+  appendNumber(text_, number);
+  return *this;
 }
 
 HtmlWriter& HtmlWriter::encoded(std::string_view text) {

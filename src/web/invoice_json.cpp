@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "base/text.h"
 #include "data/values.h"
 #include "invoice/invoice.h"
 #include "web/line_views.h"
@@ -9,9 +10,13 @@ namespace {
 
 using enum LineColumn;
 
+constexpr size_t kExpectedLineSize = 192;
+
 // Writes JSON to one text that grows. Every value is a text, numbers too; Null is the empty text.
 class JsonWriter {
  public:
+  explicit JsonWriter(size_t expectedSize) { text_.reserve(expectedSize); }
+
   JsonWriter& raw(std::string_view text) {
     text_ += text;
     return *this;
@@ -22,11 +27,18 @@ class JsonWriter {
     appendJsonEscaped(text_, value);
     return raw("\"");
   }
-  JsonWriter& field(std::string_view name, const Variant& value) {
-    return value.isText() ? field(name, std::string_view(value.text())) : field(name, value.joined());
+  JsonWriter& field(std::string_view name, std::int32_t value) {
+    raw("\"").raw(name).raw("\":\"");
+    appendNumber(text_, value);
+    return raw("\"");
   }
+  JsonWriter& field(std::string_view name, double value) { return field(name, numberText(value)); }
   JsonWriter& field(std::string_view name, const std::string& value) {
     return field(name, std::string_view(value));
+  }
+  // A column of the current row.
+  JsonWriter& number(std::string_view name, const Recordset& line, Column column) {
+    return line.isNull(column) ? field(name, std::string_view()) : field(name, line.integer(column));
   }
   std::string take() { return std::move(text_); }
 
@@ -35,8 +47,11 @@ class JsonWriter {
 };
 
 // A line lacks its sum of upcharges until it has one, and then its price is not told.
-Variant priceOf(const Recordset& line) {
-  return line.value(lineItemTotal) + line.value(upchargeTotal);
+void writePrice(JsonWriter& json, const Recordset& line) {
+  if (line.isNull(upchargeTotal))
+    json.field("price", std::string_view());
+  else
+    json.field("price", line.number(lineItemTotal) + line.number(upchargeTotal));
 }
 
 void writeDescriptors(JsonWriter& json, std::span<const ChildLine> children) {
@@ -45,7 +60,10 @@ void writeDescriptors(JsonWriter& json, std::span<const ChildLine> children) {
   for (const ChildLine& child : children) {
     json.raw(separator).raw("{").field("lineid", child.number).raw(",").field("name", child.name).raw(",");
     json.field("type", child.type).raw(",");
-    json.field("quantity", child.quantity ? Variant(*child.quantity) : Variant()).raw(",");
+    if (child.quantity)
+      json.field("quantity", *child.quantity).raw(",");
+    else
+      json.field("quantity", std::string_view()).raw(",");
     json.field("price", child.total).raw("}");
     separator = ", ";
   }
@@ -54,13 +72,14 @@ void writeDescriptors(JsonWriter& json, std::span<const ChildLine> children) {
 
 // What both views of a line begin with.
 void writeLineHead(JsonWriter& json, const Recordset& line) {
-  json.raw("{").field("lineid", line.value(lineNumber)).raw(",");
-  json.field("deptid", line.value(deptId)).raw(",");
-  json.field("id", line.value(lineItemId)).raw(",");
+  json.raw("{").number("lineid", line, lineNumber).raw(",");
+  json.number("deptid", line, deptId).raw(",");
+  json.number("id", line, lineItemId).raw(",");
   json.field("name", line.text(itemName)).raw(",");
   json.field("type", line.text(itemType)).raw(",");
-  json.field("quantity", line.value(quantity)).raw(",");
-  json.field("price", priceOf(line)).raw(",");
+  json.number("quantity", line, quantity).raw(",");
+  writePrice(json, line);
+  json.raw(",");
 }
 
 void writeLineEnd(JsonWriter& json, const Recordset& line, const ChildLines& children,
@@ -77,18 +96,18 @@ Variant Invoice::toJSON() {
   lineItems->clearFilter();
   const ChildLines children(*lineItems);
   const RecordsetRef lines = lineItems->clone();  // in table order, whatever the last panel sorted by
-  JsonWriter json;
+  JsonWriter json(kExpectedLineSize * static_cast<size_t>(lines->recordCount()));
   json.raw("{").field("id", ticketNo).raw(", ").field("invoice", invoiceNo).raw(", ");
-  json.field("datecreated", createdDate).raw(", \"departments\": [");
+  json.field("datecreated", createdDate.text()).raw(", \"departments\": [");
   std::string_view betweenDepartments;
   for (const LineDepartment& department : departmentsOf(*lines)) {
     if (department.id.isNull()) continue;
     json.raw(betweenDepartments)
         .raw("{")
-        .field("deptid", department.id)
+        .field("deptid", department.id.toLong())
         .raw(",")
-        .field("name", department.name);
-    json.raw(",").field("datedue", getDeptDueDate(department.name)).raw(",\"items\": [");
+        .field("name", department.name.joined());
+    json.raw(",").field("datedue", getDeptDueDate(department.name).toText()).raw(",\"items\": [");
     std::string_view betweenLines;
     lines->setFilter(fmt::format("deptID = {} and parentLineNumber < 0", department.id.toLong()));
     for (; !lines->eof(); lines->moveNext()) {
@@ -107,12 +126,12 @@ Variant Invoice::toJSON() {
 Variant Invoice::jsonItem(const Variant& line) {
   Variant result;
   if (!line.joined().empty() && findLine(line)) {
-    JsonWriter json;
+    JsonWriter json(kExpectedLineSize);
     writeLineHead(json, *lineItems);
-    json.field("baseprice", lineItems->value(lineItemTotal)).raw(",");
+    json.field("baseprice", lineItems->number(lineItemTotal)).raw(",");
     json.field("heatseal", lineItems->text(heatSeal)).raw(",");
     json.field("notes", lineItems->text(notes)).raw(",");
-    json.field("datedue", lineItems->value(dueDate)).raw(",");
+    json.field("datedue", lineItems->value(dueDate).joined()).raw(",");
     writeLineEnd(json, *lineItems, ChildLines(*lineItems), selectedLineNumber);
     result = json.take();
   }

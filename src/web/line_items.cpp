@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "base/text.h"
 #include "invoice/invoice.h"
 #include "invoice/line_kinds.h"
