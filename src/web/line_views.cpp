@@ -17,8 +17,9 @@ ChildLines::ChildLines(const Recordset& lines) {
                          each->isNull(quantity) ? std::nullopt : std::optional(each->integer(quantity)),
                          each->number(lineItemTotal)});
   }
-  std::stable_sort(children_.begin(), children_.end(),
-                   [](const ChildLine& a, const ChildLine& b) { return a.parent < b.parent; });
+  const auto byParent = [](const ChildLine& a, const ChildLine& b) { return a.parent < b.parent; };
+  if (!std::is_sorted(children_.begin(), children_.end(), byParent))  // as the clerk enters them they are
+    std::stable_sort(children_.begin(), children_.end(), byParent);
 }
 
 std::span<const ChildLine> ChildLines::of(std::int32_t parent) const {

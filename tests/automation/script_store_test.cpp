@@ -201,5 +201,23 @@ TEST(Console, OtherDriversAreRefusedWithoutTheirPassword) {
   EXPECT_THROW(runScriptFile("/nowhere/at/all.js", options), Error);
 }
 
+TEST_F(StoreScriptTest, PanelsAreCalledByName) {
+  EXPECT_EQ(printed(R"(
+    var invoice = CreateObject("OndrelCorpComponents.invoice");
+    invoice.DBConnectionString = Database.connectionString;
+    invoice.storeNumber = invoice.priceListId = 1;
+    invoice.setStoreDays(1);
+    invoice.addItem2(301, 1);
+    var page = ByRef("");
+    print(invoice.htmldeptduedate(3, page).substring(0, 16), page.value);
+    page.value = 2;
+    invoice.htmlDeptDueDate(3, page);
+    print(page.value, invoice.htmlLineItems().length === invoice.htmlLineItems("").length);
+    print(JSON.parse(invoice.toJSON()).departments[0].items[0].name, invoice.jsonItem(9));
+    print(invoice.getLineItemsGroupDetails().Fields("itemDesc").Value);
+  )"),
+            "<div page=\"0\"><d 0\n2 true\nWash and Fold Bag undefined\nWash and Fold Bag\n");
+}
+
 }  // namespace
 }  // namespace ondrel
