@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <utility>
+
 #include "data/query_database.h"
 #include "invoice/ticket_store.h"
 #include "support/error_of.h"
@@ -44,15 +46,18 @@ class TicketFaults : public TicketTest {
     invoice.starchPref = invoice.finishPref = "";
     save(invoice, action);
   }
-  // Number of the statement that makes the ticket permanent.
-  static int commitOf(Run& run) {
+  // Numbers of the statements that make a ticket permanent.
+  static std::vector<int> commitsOf(Run& run) {
+    std::vector<int> commits;
     int number = 0;
+    bool isTicket = false;
     for (const std::string& entry : run.apartment->trace.take()) {
       if (entry == "<begin>" || entry == "<close>") continue;
       ++number;
-      if (entry == "<commit>") break;
+      if (entry.starts_with("InsertTicket ") || entry.starts_with("UpdateTicket ")) isTicket = true;
+      if (entry == "<commit>" && std::exchange(isTicket, false)) commits.push_back(number);
     }
-    return number;
+    return commits;
   }
 
   std::string look(const EmbeddedStore& at, const std::string& sql) {
@@ -96,7 +101,7 @@ TEST_F(TicketFaults, ANewTicketIsThereWholeOrNotAtAll) {
     EXPECT_EQ(run.apartment->sharedConnection != nullptr, outside);
     if (n == 0) {
       total = run.faults.seen();
-      commit = commitOf(run);
+      commit = commitsOf(run).at(0);
       whole = ticketAt(at, 1100);
       continue;
     }
@@ -139,7 +144,7 @@ TEST_F(TicketFaults, AFailedEditStaysOpenUntilItIsDropped) {
       EXPECT_EQ(fails(run, *invoice, "edit", n), n > 0);
       if (n == 0) {
         total = run.faults.seen();
-        commit = commitOf(run);
+        commit = commitsOf(run).at(0);
         after = ticketAt(at, 1011);
         continue;
       }
@@ -157,6 +162,34 @@ TEST_F(TicketFaults, AFailedEditStaysOpenUntilItIsDropped) {
   }
   EXPECT_GT(commit, 8);
   EXPECT_GT(total, commit + 20);
+}
+
+// A split order of two departments, whose parent keeps nothing.
+TEST_F(TicketFaults, OfASplitOrderTheTicketsAlreadyWrittenStay) {
+  std::vector<std::string> whole;
+  std::vector<int> commits;
+  for (int n = 0, total = 1; n <= total; ++n) {
+    SCOPED_TRACE(n);
+    const EmbeddedStore at = store.clone();
+    Run run(at, clock);
+    const auto invoice = invoiceOf(10);
+    invoice->addItem2(103, 1);
+    const Variant shirt = invoice->addItem2(201, 3);
+    Variant seal = "AA00100";
+    invoice->addHeatSeal(shirt, seal);
+    invoice->splitInvoice("add");
+    ASSERT_EQ(invoice->invoicesDictionary->count(), 2);
+    run.faults.attachTo(*run.apartment);
+    EXPECT_EQ(fails(run, *invoice, "add", n), n > 0);
+    if (n == 0) {
+      total = run.faults.seen();
+      commits = commitsOf(run);
+      ASSERT_EQ(commits.size(), 2u);
+      whole = {ticketAt(at, 1100), ticketAt(at, 1101)};
+    }
+    for (size_t k = 0; k < 2; ++k)
+      EXPECT_EQ(ticketAt(at, 1100 + static_cast<int>(k)), n == 0 || n > commits[k] ? whole[k] : "") << k;
+  }
 }
 
 TEST_F(TicketFaults, WhatFollowsAFailedEditJoinsIt) {
