@@ -28,8 +28,10 @@ class ButtonPanel {
   }
 
  private:
+  static constexpr size_t kExpectedSize = 8192;
+
   std::string chosen_;
-  HtmlWriter buttons_;
+  HtmlWriter buttons_{kExpectedSize};
 };
 
 inline void writeImage(HtmlWriter& html, const std::string& icon) {

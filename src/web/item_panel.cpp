@@ -10,6 +10,8 @@ namespace {
 
 using enum LineColumn;
 
+constexpr size_t kHeadSize = 256;
+
 // Without a department the common items of the price list.
 std::string itemsOf(std::int32_t priceList, const std::string& department) {
   return fmt::format(
@@ -71,7 +73,7 @@ Variant Invoice::htmlItems(const Variant& departmentID, const Variant& line) {
   const std::string title = rows->text("departmentname");
   ButtonPanel panel;
   writeButtons(panel, *rows, chosen, !garmentSearch);
-  HtmlWriter html;
+  HtmlWriter html(panel.buttons().text().size() + kHeadSize);
   html.raw("<div class=\"items collapsed collapsible panel\" group=\"it\">");
   panel.writeTo(html, "items", title, "it");
   return html.take();
