@@ -197,6 +197,7 @@ class Invoice : public Object {
   void setLineDueDate(const Variant& lineNumber, const Variant& datedue);
   // A department without lines remembers the date's days for its first garment.
   void setDeptIdDueDate(const Variant& deptID, const Variant& datedue);
+  // By name. A quote in it is the caller's to double, error 3001 otherwise.
   void setDeptDueDate(const Variant& dept, const Variant& datedue);
   // Extra days of a late drop-off by the hour of createdDate; 0 when they cannot be read.
   Variant getAdditionalDeptDays(Variant& departmentID);

@@ -3,7 +3,7 @@
 namespace ondrel {
 
 bool findLine(Recordset& lines, const Variant& number) {
-  lines.setFilter("lineNumber=" + number.toText());
+  lines.setFilter("lineNumber=" + std::to_string(number.toLong()));
   return !lines.eof();
 }
 

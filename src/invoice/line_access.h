@@ -11,7 +11,7 @@ namespace ondrel {
 // One line of a table with a column lineNumber, and sums over some: for the lines of every class that has
 // them.
 
-// The lines that the number names pass the filter afterwards; whether there is one.
+// The line of the number passes the filter afterwards; whether there is one. Error 13 for what is no number.
 bool findLine(Recordset& lines, const Variant& number);
 // Deletes every line that passes the filter, which stays.
 void deleteLines(Recordset& lines, std::string_view filter);

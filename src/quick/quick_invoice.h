@@ -15,7 +15,8 @@ namespace ondrel {
 // A quick drop-off: how many pieces of each department came in. It has no prices; those come when the ticket
 // is itemised as an invoice.
 //
-// Operations clear the filter of the lines. `deptID` and `lineNo` are numbers; error 13 for anything else.
+// Operations clear the filter of the lines. `deptID` and `lineNo` are numbers; error 13 for other text, 94 for
+// Null.
 class QuickInvoice : public Object {
  public:
   QuickInvoice();
@@ -45,7 +46,8 @@ class QuickInvoice : public Object {
   // ---------------------------------------------------------------- the object and its lines (quick_invoice.cpp)
   // Starts a new drop-off, written now.
   void initInvoice();
-  // Takes the lines away; the moment of writing stays.
+  // Takes the lines away. The moment of writing stays, and so do the ticket's numbers and the children of a
+  // split.
   void clearInvoice();
   // Pieces of a department: onto its line, or a new one with the department's days. A department that is not
   // there adds nothing.
@@ -67,7 +69,7 @@ class QuickInvoice : public Object {
   void calculateInvDueDate();
   void recalculateInvDueDate();
   // The next three promise the first working day that is not before `datedue`, to all lines or to those of a
-  // department by name, and work out InvDueDate again.
+  // department by name (its quotes doubled), and work out InvDueDate again.
   void setInvoiceDueDate(const Variant& datedue);
   void setAllDepartmentDueDates(const Variant& datedue);
   void setDeptDueDate(const Variant& dept, const Variant& datedue);
@@ -81,7 +83,7 @@ class QuickInvoice : public Object {
   // invoicesDictionary, which is returned. Without need of a split it is returned as it stands. Error 3021
   // for a line of a department that the store does not have.
   DictionaryRef splitInvoice();
-  // Tickets that this drop-off makes. For a loaded ticket: those beside its own.
+  // Tickets that this drop-off makes. For a loaded ticket: those beside its own. Errors as splitInvoice.
   Variant getNoOfInvoices();
   // The ticket numbers of this and of its children, joined by commas.
   Variant getTicketNosForPrinting();

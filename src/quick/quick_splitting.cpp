@@ -2,8 +2,8 @@
 
 #include <set>
 
-#include "data/values.h"
 #include "invoice/lifecycle/department_groups.h"
+#include "invoice/lifecycle/split_children.h"
 #include "quick/quick_invoice.h"
 
 namespace ondrel {
@@ -26,13 +26,14 @@ bool QuickInvoice::isSplitInvoice() {
 Variant QuickInvoice::getNoOfInvoices() {
   std::int32_t count = isNewQuickInvoice_ ? 0 : -1;
   bool others = false;
-  const RecordsetRef lines = lineItems->clone();
-  for (; !lines->eof(); lines->moveNext()) {
-    const Variant split = departmentValue(*apartment_, lines->value(deptId), "splitInvoice");
-    if (!split.isNull() && split.toBoolean())
+  Recordset& departments = loadedDepartments(*apartment_, className());
+  for (const RecordsetRef lines = lineItems->clone(); !lines->eof(); lines->moveNext()) {
+    departments.setFilter("departmentId=" + lines->value(deptId).toText());
+    if (const Variant split = departments.value("splitInvoice"); !split.isNull() && split.toBoolean())
       ++count;
     else
       others = true;
+    departments.clearFilter();
   }
   return count + (others ? 1 : 0);
 }
@@ -99,20 +100,17 @@ void QuickInvoice::splitQuickDepartment(const Variant& department) {
   if (found) invoicesDictionary->add(invoicesDictionary->count() + 1, ObjectRef(child));
 }
 
+// The child knows the ticket that was loaded, since its save asks whether garments of that were to be sealed; but
+// it is a new ticket, and its invoice number is given by the save.
 std::shared_ptr<QuickInvoice> QuickInvoice::createChild() const {
   const ApartmentScope scope(apartment_);
   const auto child = std::make_shared<QuickInvoice>();
   child->currentLineNumber = currentLineNumber;
-  child->custSeqNumber = custSeqNumber;
-  child->starchPref = starchPref;
-  child->finishPref = finishPref;
-  child->priceListId = priceListId;
-  child->storeNumber = storeNumber;
-  child->routeNumber = routeNumber;
+  handDownTicket(*this, *child);
+  child->ticketNo = ticketNo;
   child->createdByEmployeeId = createdByEmployeeId;
   child->createdDate = createdDate;
   child->ticketReadyTime = ticketReadyTime;
-  child->preferences = preferences;
   return child;
 }
 
@@ -129,15 +127,7 @@ std::shared_ptr<QuickInvoice> QuickInvoice::moveFilteredLines() {
 }
 
 std::vector<std::shared_ptr<QuickInvoice>> QuickInvoice::children() const {
-  std::vector<std::shared_ptr<QuickInvoice>> result;
-  if (!invoicesDictionary) return result;
-  for (const Variant& item : invoicesDictionary->items()) {
-    result.push_back(std::dynamic_pointer_cast<QuickInvoice>(item.toObject()));
-    if (!result.back())
-      throw Error(ErrorNumber::ObjectRequired, className(),
-                  "invoicesDictionary holds something that is no quick invoice");
-  }
-  return result;
+  return childTickets<QuickInvoice>(invoicesDictionary, className());
 }
 
 }  // namespace ondrel

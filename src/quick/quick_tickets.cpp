@@ -174,7 +174,8 @@ void QuickInvoice::loadHeader(const Recordset& ticket) {
 }
 
 void QuickInvoice::loadLine(const Recordset& line) {
-  // A store keeps its printed note beside the department's note, or only a mark that the note prints.
+  // A store keeps its printed note beside the department's note, or only a mark that the note prints; a
+  // mark is no note.
   const Variant note = line.value("notes"), printed = line.value("Printnotes");
   lineItems->addNew({{lineNumber, line.value("lineItemNumber")},
                      {lineItemId, line.value("lineItemID")},

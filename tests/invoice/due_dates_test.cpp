@@ -71,6 +71,14 @@ TEST_F(DueDates, ByHandForOneDepartment) {
   EXPECT_EQ(invoice.getDeptIDDaysToProcess(2).toLong(), 2);
   EXPECT_TRUE(filterIsClear());
   invoice.lineItems->setFilter("lineNumber=3");
+  invoice.lineItems->setValue(deptName, "Men's");
+  EXPECT_EQ(errorOf([&] { invoice.setDeptDueDate("Men's", "12/5/2026"); }), 3001)
+      << "quotes are the caller's";
+  invoice.setDeptDueDate("Men''s", "12/5/2026");
+  EXPECT_EQ(due(3), "12/5/2026");
+  invoice.setLineDueDate(3, "12/7/2026");
+  EXPECT_EQ(due(3), "12/7/2026");
+  invoice.lineItems->setFilter("lineNumber=3");
   invoice.lineItems->setValue(dueDate, Variant::null());
   EXPECT_EQ(invoice.getDeptIDDaysToProcess(2).toLong(), 0) << "a garment without a date";
 }

@@ -60,5 +60,37 @@ TEST_F(FromBagToTicket, ItemisedToTheLastPiece) {
   EXPECT_EQ(scalar("select invoiceNumber from Ticket where ticketNumber = 1100").toText(), "5100");
 }
 
+// Six pieces of cleaning and three of laundry: some garments are written up, the bag keeps its ticket and they
+// get their own. Unlike a new garment, more pieces of one that is written up come on top of the bag.
+TEST_F(FromBagToTicket, GarmentsLeaveTheBag) {
+  save(*dropOff({{1, 6}, {3, 3}}));
+  const auto invoice = opened(1100);
+  const Variant pants = invoice->addItem2(101, 1);
+  invoice->addItem2(302, 1);
+  const std::string cleaning = ",11/30/2026 10:30:00 AM", laundry = "\r\n3,2,11/28/2026 10:30:00 AM";
+  for (const auto& [worn, left] : {std::pair{1, "1,5"}, {3, "1,7"}, {2, "1,6"}}) {
+    invoice->changeQuantity(worn, pants);
+    EXPECT_EQ(invoice->exportQuickItems().toText(), left + cleaning + laundry);
+  }
+  Variant bags = invoice->exportQuickItems();
+  invoice->removeAllQuickItems();
+  EXPECT_TRUE(invoice->exportQuickItems().isEmpty());
+  invoice->importQuickItems(bags);
+  EXPECT_EQ(invoice->exportQuickItems().toText(), bags.toText());
+
+  invoice->invoiceDone2();
+  const DictionaryRef parts = invoice->splitInvoice("edit");
+  ASSERT_EQ(parts->count(), 3);
+  EXPECT_EQ(std::dynamic_pointer_cast<Invoice>(parts->item(1).toObject())->exportQuickItems().toText(),
+            bags.toText());
+  invoice->saveInvoice("edit", 4, 3, "0", "Ann O'Hara", "Fernhill", true);
+  EXPECT_THAT(
+      rows("select l.ticketNumber, t.invoiceNumber, ticketLineType, l.departmentName, quantity from Ticket "
+           "t join TicketLineItem l on l.ticketNumber = t.ticketNumber where t.ticketNumber > 1099 and "
+           "ticketLineType in ('IT', 'DE') order by l.ticketNumber, l.departmentName"),
+      ElementsAre("1100 | 5100 | DE | Dry Cleaning | 6", "1100 | 5100 | DE | Laundry | 2",
+                  "1101 | 5101 | IT | Laundry | 1", "1102 | 5102 | IT | Dry Cleaning | 2"));
+}
+
 }  // namespace
 }  // namespace ondrel

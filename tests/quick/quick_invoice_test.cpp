@@ -30,6 +30,8 @@ TEST_F(DropOffs, HaveOneLineADepartment) {
   EXPECT_EQ(quick->getTotalItemCount().toLong(), 9);
   EXPECT_EQ(quick->getDepartmentPieceCount(7).toLong(), 4);
   EXPECT_EQ(errorOf([&] { quick->addLineItem(1, "1 or 1=1"); }), 13);
+  EXPECT_EQ(errorOf([&] { quick->deleteLineItem("9 or lineNumber > 0"); }), 13);
+  EXPECT_EQ(errorOf([&] { quick->deleteLineItem(Variant::null()); }), 94);
 
   quick->attachNotes(1, "by the bag");
   quick->updateNotes(2, "again");
@@ -111,6 +113,7 @@ TEST_F(DropOffs, AreSplitBeyondTheLimitButNotCut) {
   quick->addLineItem(1, 2);
   EXPECT_EQ(quick->splitInvoice()->count(), 1);
   EXPECT_EQ(errorOf([&] { dropOff({{8, 1}})->splitInvoice(); }), 3021) << "a disabled department";
+  EXPECT_EQ(errorOf([&] { dropOff({{8, 1}})->getNoOfInvoices(); }), 3021);
 }
 
 // ---------------------------------------------------------------- tickets
@@ -172,6 +175,7 @@ TEST_F(DropOffs, AreLoadedAndSavedAgainAsNew) {
   const RecordsetRef last = quick.lineItems->clone();
   last->moveLast();
   EXPECT_EQ(last->text(peNotes), "Count the hangers");
+  EXPECT_EQ(errorOf([&] { quick.getNoOfInvoices(); }), 91) << "no departments yet";
   quick.priceListId = 1;
   quick.setStoreDays(1);
   EXPECT_EQ(day(quick.InvDueDate), "11/30/2026") << "as it was promised";
@@ -183,6 +187,27 @@ TEST_F(DropOffs, AreLoadedAndSavedAgainAsNew) {
   EXPECT_THAT(rows("select action, ticketNumber, queuedDate from ConveyorQueue"),
               ElementsAre("TICKET_CREATE | 1100 | 11/24/2026 10:30:00 AM"));
   EXPECT_EQ(scalar("select invoiceNumber from Ticket where ticketNumber = 1100").joined(), "5100");
+}
+
+// Both parts of 1009 are new tickets out of one with departments to be sealed; the store's conveyor is changed
+// before each save.
+TEST_F(DropOffs, AreToldToOneKindOfConveyor) {
+  for (const char* conveyor : {"'WH'", "'wh'", "null"}) {
+    execute(std::string("update miscsetup set conveyorType = ") + conveyor + " where storeid = 1");
+    QuickInvoice quick;
+    quick.priceListId = 1;
+    quick.getExistingDetails(1009);
+    quick.setStoreDays(1);
+    quick.splitInvoice();
+    save(quick);
+  }
+  EXPECT_THAT(rows("select action, ticketNumber from ConveyorQueue"),
+              ElementsAre("TICKET_CREATE | 1100", "TICKET_CREATE | 1101"));
+  EXPECT_THAT(
+      rows("select ticketNumber, invoiceNumber from Ticket where ticketNumber = 1009 or ticketNumber > "
+           "1099 order by ticketNumber"),
+      ElementsAre("1009 | 5009", "1100 | 5100", "1101 | 5101", "1102 | 5102", "1103 | 5103", "1104 | 5104",
+                  "1105 | 5105"));
 }
 
 TEST_F(DropOffs, ThatFailLeaveTheirTransactionOpen) {

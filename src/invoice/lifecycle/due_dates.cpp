@@ -132,7 +132,7 @@ void Invoice::setAllDepartmentDueDates(const Variant& datedue) {
 
 void Invoice::setDeptDueDate(const Variant& dept, const Variant& datedue) {
   const Date due = datedue.toDate();
-  setDates("deptName='" + escapeSqlValue(dept.joined()) + "'", due, daysUntilDate(due));
+  setDates("deptName='" + dept.joined() + "'", due, daysUntilDate(due));
 }
 
 void Invoice::setDeptIdDueDate(const Variant& deptID, const Variant& datedue) {
@@ -144,7 +144,8 @@ void Invoice::setDeptIdDueDate(const Variant& deptID, const Variant& datedue) {
 void Invoice::setLineDueDate(const Variant& line, const Variant& datedue) {
   findLine(line);
   const std::string kindOfLine = toUpper(lineItems->text(itemType));  // fails on a line that is not there
-  if (kindOfLine == "AC" || kindOfLine == "IT") setDeptDueDate(lineItems->value(deptName), datedue);
+  if (kindOfLine == "AC" || kindOfLine == "IT")
+    setDeptDueDate(escapeSqlValue(lineItems->text(deptName)), datedue);
   lineItems->clearFilter();
 }
 

@@ -61,7 +61,7 @@ void Invoice::rollOverDepartment(const std::string& department) {
   const Date promised = getDeptDueDate(department).toDate();
   Date date = promised;
   while (getPiecesDue(department, date) > threshold) date = date.addDays(1);
-  if (date != promised) setDeptDueDate(department, date);
+  if (date != promised) setDeptDueDate(escapeSqlValue(department), date);
 }
 
 }  // namespace ondrel

@@ -4,6 +4,7 @@
 
 #include "invoice/invoice.h"
 #include "invoice/lifecycle/department_groups.h"
+#include "invoice/lifecycle/split_children.h"
 #include "invoice/line_kinds.h"
 
 // What goes on which ticket. Every child is an invoice like its parent; the three ways of making one differ:
@@ -109,12 +110,7 @@ DictionaryRef Invoice::splitInvoice(const Variant&) {
 std::shared_ptr<Invoice> Invoice::createSplitChild() const {
   const ApartmentScope scope(apartment_);
   const auto child = std::make_shared<Invoice>();
-  child->custSeqNumber = custSeqNumber;
-  child->finishPref = finishPref;
-  child->starchPref = starchPref;
-  child->priceListId = priceListId;
-  child->storeNumber = storeNumber;
-  child->routeNumber = routeNumber;
+  handDownTicket(*this, *child);
   child->custVisitCount = custVisitCount;
   child->tagsSameAsInvNos = tagsSameAsInvNos;
   child->invoiceType = invoiceType;
@@ -125,7 +121,6 @@ std::shared_ptr<Invoice> Invoice::createSplitChild() const {
   child->invoiceOnDelivery = invoiceOnDelivery;
   child->excludeSurcharges = excludeSurcharges;
   child->excludeTaxes = excludeTaxes;
-  child->preferences = preferences;
   child->isAdd = true;
   return child;
 }
@@ -136,15 +131,7 @@ void Invoice::addSplitChild(const std::shared_ptr<Invoice>& child) {
 }
 
 std::vector<std::shared_ptr<Invoice>> Invoice::splitChildren() const {
-  std::vector<std::shared_ptr<Invoice>> children;
-  if (!invoicesDictionary) return children;
-  for (const Variant& item : invoicesDictionary->items()) {
-    children.push_back(std::dynamic_pointer_cast<Invoice>(item.toObject()));
-    if (!children.back())
-      throw Error(ErrorNumber::ObjectRequired, className(),
-                  "invoicesDictionary holds something that is no invoice");
-  }
-  return children;
+  return childTickets<Invoice>(invoicesDictionary, className());
 }
 
 // Line numbers stay those of the parent; only what hangs on the marked lines raises the child's next number.
