@@ -282,7 +282,9 @@ void Session::bind(Prepared& prepared) {
   for (size_t k = 0; k < places.size(); ++k) {
     const Token& literal = shape_.literals()[static_cast<size_t>(places[k].literal)];
     Parameter& parameter = prepared.parameters[k];
-    if (parameter.isBound && parameter.literal == literal.text) continue;
+    if (parameter.isBound && parameter.literal.size() == literal.text.size() &&
+        isSame(parameter.literal.data(), literal.text.data(), literal.text.size()))
+      continue;
     parameter.isBound = false;
     parameter.literal = literal.text;
     Token kept = literal;

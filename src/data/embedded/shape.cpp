@@ -16,15 +16,6 @@ char* append(char* end, std::string_view piece, const char* statementEnd) {
   return end + piece.size();
 }
 
-// Between two values there is mostly a comma.
-bool isSame(const char* a, const char* b, size_t length) {
-  constexpr size_t kShort = 4;
-  if (length > kShort) return std::memcmp(a, b, length) == 0;
-  for (size_t k = 0; k < length; ++k)
-    if (a[k] != b[k]) return false;
-  return true;
-}
-
 bool isLiteral(const Token& token) {
   return token.kind == TokenKind::Number || token.kind == TokenKind::Text;
 }

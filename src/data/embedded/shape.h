@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstring>
 #include <span>
 #include <string>
 #include <string_view>
@@ -8,6 +9,16 @@
 #include "data/embedded/lexer.h"
 
 namespace ondrel {
+
+// Whether two pieces of a length are the same. Between two values there is mostly a comma, and most values are of
+// a few characters.
+inline bool isSame(const char* a, const char* b, size_t length) {
+  constexpr size_t kShort = 8;
+  if (length > kShort) return std::memcmp(a, b, length) == 0;
+  for (size_t k = 0; k < length; ++k)
+    if (a[k] != b[k]) return false;
+  return true;
+}
 
 // A statement with its literals left open, by which another one that differs in them alone is known at once:
 // what stands between them is compared byte for byte, blanks and case included.
