@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
+
+#include "base/text.h"
 
 namespace ondrel {
 namespace {
@@ -11,11 +14,39 @@ namespace {
 constexpr auto kTimeoutExpired = static_cast<ErrorNumber>(-2147217871);  // the platform's number
 constexpr size_t kMessageLength = 4096;
 
-// "[vendor][driver][server]text"
+// "[vendor][driver][server]text", and the text itself may begin with a bracket.
 std::string withoutNames(std::string_view text) {
-  while (text.starts_with('[') && text.find(']') != std::string_view::npos)
-    text.remove_prefix(text.find(']') + 1);
+  constexpr int kMostNames = 3;
+  for (int k = 0; k < kMostNames && text.starts_with('['); ++k) {
+    const size_t end = text.find(']');
+    if (end == std::string_view::npos) break;
+    const bool isServer = text.substr(0, end) == "[SQL Server";
+    text.remove_prefix(end + 1);
+    if (isServer) break;
+  }
   return std::string(text);
+}
+
+bool isOfWord(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte >= 0x80 || std::isalnum(byte);
+}
+
+bool hasWord(std::string_view text, std::string_view word) {
+  for (size_t at = 0; (at = text.find(word, at)) != std::string_view::npos; ++at) {
+    const size_t end = at + word.size();
+    const bool begins = at == 0 || !isOfWord(text[at - 1]) || !isOfWord(word.front());
+    const bool ends = end == text.size() || !isOfWord(text[end]) || !isOfWord(word.back());
+    if (begins && ends) return true;
+  }
+  return false;
+}
+
+std::string withoutPassword(std::string text, std::string_view password) {
+  constexpr size_t kShort = 6;
+  if (password.empty()) return text;
+  if (password.size() >= kShort) return replaceAll(text, password, "***");
+  return hasWord(text, password) ? "(a text that holds the password)" : text;
 }
 
 bool readRecord(const OdbcHandle& handle, SQLSMALLINT record, OdbcDiagnosis& diagnosis) {
@@ -48,10 +79,11 @@ void OdbcHandle::release() {
   if (handle_) SQLFreeHandle(kind_, handle_);
 }
 
-OdbcDiagnosis diagnosisOf(const OdbcHandle& handle) {
+OdbcDiagnosis diagnosisOf(const OdbcHandle& handle, std::string_view password) {
   OdbcDiagnosis first{0, "HY000", "The driver does not say why"};
   OdbcDiagnosis each;
   for (SQLSMALLINT record = 1; readRecord(handle, record, each); ++record) {
+    each.text = withoutPassword(std::move(each.text), password);
     if (!each.state.starts_with("01")) return each;
     if (record == 1) first = each;
   }

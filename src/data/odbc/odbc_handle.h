@@ -47,11 +47,14 @@ struct OdbcDiagnosis {
   bool isTimeout() const { return state == "HYT00" || state == "HYT01"; }
   bool isConnectionLoss() const { return state.starts_with("08"); }
   // The server has ended the transaction, as for the victim of a deadlock.
-  bool endsTransaction() const { return number == 1205 || state.starts_with("40"); }
+  bool endsTransaction() const { return isDeadlock() || state.starts_with("40"); }
+  bool isDeadlock() const { return number == 1205 || state == "40001"; }
 };
 
-// The first record of a handle that is an error, or the first at all: a driver may put notes before it.
-OdbcDiagnosis diagnosisOf(const OdbcHandle& handle);
+// The first record of a handle that is an error, or the first at all: a driver may put notes before it. The
+// password does not stand in its text: a long one is replaced; where a short one is a word of the text, the
+// text is withheld, since what is left would tell it.
+OdbcDiagnosis diagnosisOf(const OdbcHandle& handle, std::string_view password);
 
 // The error of a diagnosis, its number that of the server where there is one, the SQLSTATE behind the text.
 Error odbcError(const OdbcDiagnosis& diagnosis, std::string_view before = "");

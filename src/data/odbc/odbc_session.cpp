@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include "base/text.h"
 #include "data/odbc/this_machine.h"
 
 namespace ondrel {
@@ -44,9 +43,9 @@ OdbcSession::OdbcSession(SQLHANDLE environment, const OdbcTarget& target)
   const SQLRETURN code = SQLDriverConnect(connection_.get(), nullptr, characters(target.text), SQL_NTS,
                                           nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
   if (!succeeded(code)) {
-    const OdbcDiagnosis said = diagnosisOf(connection_);
+    const OdbcDiagnosis said = diagnosisOf(connection_, password_);
     throw Error(ErrorNumber::ConnectionFailed, kOdbcSource,
-                withoutPassword(odbcError(said, "Cannot connect: ").description()));
+                odbcError(said, "Cannot connect: ").description());
   }
   try {
     statement_ = OdbcHandle(SQL_HANDLE_STMT, connection_.get());
@@ -149,7 +148,12 @@ void OdbcSession::begin() {
   if (state_ == State::InTransaction)
     throw Error(ErrorNumber::StatementFailed, kOdbcSource,
                 "Only one transaction can be active on this connection");
-  check(setAutocommit(false), connection_);
+  try {
+    check(setAutocommit(false), connection_);
+  } catch (const Error&) {
+    state_ = State::Lost;  // nobody knows whether autocommit is off now
+    throw;
+  }
   state_ = State::InTransaction;
   open_ = beginsAtOnce_;
 }
@@ -160,13 +164,11 @@ void OdbcSession::commit() {
   if (state_ != State::InTransaction)
     throw Error(ErrorNumber::StatementFailed, kOdbcSource, "No transaction is active");
   if (!succeeded(endTransaction(SQL_COMMIT))) {
-    const OdbcDiagnosis said = diagnosisOf(connection_);
+    const OdbcDiagnosis said = diagnosisOf(connection_, password_);
+    const bool lost = said.isConnectionLoss() || isLost();
     state_ = State::Over;
     reason_ = "it is not known whether it was committed";
-    throw Error(
-        odbcError(said).code(), kOdbcSource,
-        withoutPassword(odbcError(said, "The commit failed, and it is not known whether the server made it: ")
-                            .description()));
+    raise(said, lost, "The commit failed, and it is not known whether the server made it: ");
   }
   state_ = State::Free;
   if (!succeeded(setAutocommit(true))) state_ = State::Lost;
@@ -206,23 +208,24 @@ void OdbcSession::check(SQLRETURN code, const OdbcHandle& handle) {
 
 // A lost connection comes as a general error first, so the driver is asked after each.
 void OdbcSession::fail(const OdbcHandle& handle) {
-  const OdbcDiagnosis said = diagnosisOf(handle);
+  const OdbcDiagnosis said = diagnosisOf(handle, password_);
   const bool lost = said.isConnectionLoss() || isLost();
   const bool inTransaction = state_ == State::InTransaction;
   if (inTransaction && (lost || said.endsTransaction())) {
     state_ = State::Over;
-    reason_ = lost ? "the connection to the server was lost" : "the server ended it to resolve a deadlock";
+    reason_ = lost                ? "the connection to the server was lost"
+              : said.isDeadlock() ? "the server ended it to resolve a deadlock"
+                                  : "the server rolled it back";
   } else if (lost) {
     state_ = State::Lost;
   }
-  const Error error = odbcError(said, lost ? "The connection to the server is lost: " : "");
-  const bool keepsNumber = !lost || said.isTimeout();
-  throw Error(keepsNumber ? error.code() : ErrorNumber::ConnectionFailed, kOdbcSource,
-              withoutPassword(error.description()));
+  raise(said, lost, lost ? "The connection to the server is lost: " : "");
 }
 
-std::string OdbcSession::withoutPassword(std::string text) const {
-  return replaceAll(text, password_, "***");
+void OdbcSession::raise(const OdbcDiagnosis& said, bool lost, std::string_view before) const {
+  const Error error = odbcError(said, before);
+  const bool keepsNumber = !lost || said.isTimeout();
+  throw Error(keepsNumber ? error.code() : ErrorNumber::ConnectionFailed, kOdbcSource, error.description());
 }
 
 }  // namespace ondrel

@@ -48,12 +48,13 @@ class OdbcSession {
   void requireUse() const;
   void check(SQLRETURN code, const OdbcHandle& handle);
   [[noreturn]] void fail(const OdbcHandle& handle);
+  // Of a lost connection the number is ConnectionFailed, unless it is lost to a time-out.
+  [[noreturn]] void raise(const OdbcDiagnosis& said, bool lost, std::string_view before) const;
   SQLRETURN setAutocommit(bool on);
   SQLRETURN endTransaction(SQLSMALLINT how);
   RecordsetRef runOnce(std::string_view sql, bool fetch);
   RecordsetRef readResults(SQLRETURN executed, bool fetch);
   void noteRollback();
-  std::string withoutPassword(std::string text) const;
 
   std::string password_;
   OdbcHandle connection_;

@@ -20,9 +20,20 @@ bool contains(std::string_view text, std::string_view part) {
   return toLower(text).find(part) != std::string::npos;
 }
 
-Family familyOf(std::string_view driver) {
-  if (contains(driver, "freetds") || contains(driver, "tdsodbc")) return Family::FreeTds;
-  return contains(driver, "sql server") || contains(driver, "msodbcsql") ? Family::Maker : Family::Other;
+std::string withoutBraces(std::string_view name) {
+  const bool braced = name.size() > 1 && name.front() == '{' && name.back() == '}';
+  return std::string(braced ? name.substr(1, name.size() - 2) : name);
+}
+
+// Anybody may give a driver any name, so its library counts first. A driver may be named by its library, too.
+Family familyOf(std::string_view driver, const OdbcMachine& machine) {
+  const std::string name = withoutBraces(driver);
+  const bool isLibrary = name.empty() || name.find('/') != std::string::npos;
+  const std::string library = isLibrary ? name : machine.driverLibrary(name);
+  if (contains(library, "tdsodbc")) return Family::FreeTds;
+  if (contains(library, "msodbcsql") || contains(library, "sqlncli")) return Family::Maker;
+  if (contains(name, "freetds") || contains(name, "tdsodbc")) return Family::FreeTds;
+  return contains(name, "sql server") ? Family::Maker : Family::Other;
 }
 
 [[noreturn]] void fail(ErrorNumber number, std::string_view description) {
@@ -144,13 +155,12 @@ struct ChosenDriver {
 ChosenDriver chosenDriver(const Parts& parts, const OdbcMachine& machine) {
   const std::string provider = parts.value(Keyword::Provider);
   checkProvider(provider);
-  std::string driver = parts.value(Keyword::Driver);
+  std::string driver = withoutBraces(parts.value(Keyword::Driver));
   std::string source = parts.value(Keyword::DataSource);
   const bool isOdbc = contains(provider, "msdasql");
   if (isOdbc && source.empty()) source = parts.value(Keyword::OleServer);
-  if (driver.empty() && !source.empty()) return {"", source, familyOf(machine.sourceValue(source, "Driver"))};
-  if (driver.size() > 1 && driver.front() == '{' && driver.back() == '}')
-    driver = driver.substr(1, driver.size() - 2);
+  if (driver.empty() && !source.empty())
+    return {"", source, familyOf(machine.sourceValue(source, "Driver"), machine)};
   const bool isForeign = std::any_of(std::begin(kForeignDrivers), std::end(kForeignDrivers),
                                      [&](std::string_view name) { return equalsIgnoringCase(name, driver); });
   const bool namesServer = parts.find(Keyword::OleServer) || parts.find(Keyword::Server);
@@ -158,7 +168,7 @@ ChosenDriver chosenDriver(const Parts& parts, const OdbcMachine& machine) {
     fail(ErrorNumber::ProviderFailure,
          "The connection string names neither a driver, nor a data source, nor a server");
   if (driver.empty() || (isForeign && installed(machine, driver).empty())) driver = serverDriver(machine);
-  return {driver, "", familyOf(driver)};
+  return {driver, "", familyOf(driver, machine)};
 }
 
 // ---- the string for the driver manager
@@ -202,16 +212,20 @@ void writeServer(Writer& out, const Parts& parts, const ChosenDriver& chosen) {
   if (instance.empty()) out.add("Port", port.empty() ? kServerPort : port);
 }
 
-void writeEncryption(Writer& out, const Parts& parts, Family family) {
-  const std::string encrypt = parts.value(Keyword::Encrypt);
-  if (family == Family::Maker) {
+// FreeTDS knows no keyword Encrypt, in the string or in a data source, and would send in the clear.
+void writeEncryption(Writer& out, const Parts& parts, const ChosenDriver& chosen,
+                     const OdbcMachine& machine) {
+  std::string encrypt = parts.value(Keyword::Encrypt);
+  if (chosen.family == Family::Maker) {
     out.addUnlessEmpty("Encrypt", encrypt);
     out.addUnlessEmpty("TrustServerCertificate", parts.value(Keyword::TrustCertificate));
-  } else if (equalsIgnoringCase(encrypt, "strict")) {
-    fail(ErrorNumber::ProviderFailure, "FreeTDS has no strict encryption");
-  } else if (isYes(encrypt)) {
-    out.add("Encryption", "require");  // it knows no keyword Encrypt and would send in the clear
+    return;
   }
+  if (!parts.find(Keyword::Encrypt) && !chosen.source.empty())
+    encrypt = machine.sourceValue(chosen.source, "Encrypt");
+  if (equalsIgnoringCase(encrypt, "strict"))
+    fail(ErrorNumber::ProviderFailure, "FreeTDS has no strict encryption");
+  if (isYes(encrypt)) out.add("Encryption", "require");
 }
 
 // For the two drivers of a SQL Server:
@@ -224,7 +238,8 @@ void writeEncryption(Writer& out, const Parts& parts, Family family) {
 // | encryption                        | Encryption=require  | Encrypt, TrustServerCertificate      |
 // | application, workstation, language| APP, WSID, Language | the same                             |
 // |                                   | ClientCharset=UTF-8 |                                      |
-void writeServerParts(Writer& out, const Parts& parts, const ChosenDriver& chosen) {
+void writeServerParts(Writer& out, const Parts& parts, const ChosenDriver& chosen,
+                      const OdbcMachine& machine) {
   if (chosen.family == Family::FreeTds) out.add("ClientCharset", "UTF-8");
   writeServer(out, parts, chosen);
   out.addUnlessEmpty("Database", parts.value(Keyword::Database));
@@ -234,7 +249,7 @@ void writeServerParts(Writer& out, const Parts& parts, const ChosenDriver& chose
     out.addUnlessEmpty("UID", parts.value(Keyword::User));
     out.addUnlessEmpty("PWD", parts.value(Keyword::Password));
   }
-  writeEncryption(out, parts, chosen.family);
+  writeEncryption(out, parts, chosen, machine);
   out.addUnlessEmpty("APP", parts.value(Keyword::Application));
   out.addUnlessEmpty("WSID", parts.value(Keyword::Workstation));
   out.addUnlessEmpty("Language", parts.value(Keyword::Language));
@@ -259,14 +274,14 @@ bool isOurs(Keyword keyword) {
   }
 }
 
-std::string targetText(const Parts& parts, const ChosenDriver& chosen) {
+std::string targetText(const Parts& parts, const ChosenDriver& chosen, const OdbcMachine& machine) {
   Writer out(chosen.family);
   if (chosen.source.empty())
     out.add("Driver", chosen.driver);
   else
     out.add("DSN", chosen.source);
   if (chosen.family != Family::Other) {
-    writeServerParts(out, parts, chosen);
+    writeServerParts(out, parts, chosen, machine);
   } else {
     for (const ConnectionPart& part : parts.all())
       if (!isOurs(part.keyword)) out.add(part.name, part.value);
@@ -306,7 +321,7 @@ OdbcTarget odbcTarget(const ConnectionSettings& settings, const OdbcMachine& mac
   const ChosenDriver chosen = chosenDriver(parts, machine);
   refuseDumps(parts, chosen, machine);
   OdbcTarget target;
-  target.text = targetText(parts, chosen);
+  target.text = targetText(parts, chosen, machine);
   target.password = parts.value(Keyword::Password);
   target.beginsAtOnce = chosen.family == Family::FreeTds;
   if (target.password.empty() && !chosen.source.empty())

@@ -33,6 +33,8 @@ struct OdbcMachine {
   std::vector<std::string> drivers;  // installed, by name
   // Value of a key of a data source; empty when there is none.
   std::function<std::string(std::string_view source, std::string_view key)> sourceValue;
+  // Library of an installed driver; empty when there is none.
+  std::function<std::string(std::string_view driver)> driverLibrary;
 };
 
 // What a connection string comes to, as shops have them: of OLE DB ("Provider=SQLOLEDB;Data Source=..;Initial

@@ -15,13 +15,22 @@ namespace {
 constexpr size_t kSettingLength = 1024;
 
 // The driver manager reads its files in a buffer that all threads share.
-std::string sourceSetting(std::string_view source, std::string_view key) {
+std::string setting(const char* file, std::string_view section, std::string_view key) {
   static std::mutex mutex;
   const std::scoped_lock guard(mutex);
   std::array<char, kSettingLength> value{};
-  SQLGetPrivateProfileString(std::string(source).c_str(), std::string(key).c_str(), "", value.data(),
-                             static_cast<int>(value.size()), "odbc.ini");
+  SQLGetPrivateProfileString(std::string(section).c_str(), std::string(key).c_str(), "", value.data(),
+                             static_cast<int>(value.size()), file);
   return value.data();
+}
+
+std::string sourceSetting(std::string_view source, std::string_view key) {
+  return setting("odbc.ini", source, key);
+}
+
+std::string driverLibrary(std::string_view driver) {
+  const std::string library = setting("odbcinst.ini", driver, "Driver64");
+  return library.empty() ? setting("odbcinst.ini", driver, "Driver") : library;
 }
 
 // The names stand one after the other, each with a zero behind it.
@@ -53,7 +62,7 @@ bool dumps(const std::string& configuration) {
 }  // namespace
 
 const OdbcMachine& thisMachine() {
-  static const OdbcMachine machine{installedDrivers(), sourceSetting};
+  static const OdbcMachine machine{installedDrivers(), sourceSetting, driverLibrary};
   return machine;
 }
 

@@ -191,6 +191,8 @@ TEST_F(OdbcConnections, TellNumberStateAndText) {
       {failure("HYT00", 0, "Timeout expired"), -2147217871, "Timeout expired (SQLSTATE HYT00)"},
       {failure("42000", 0, "no"), -2147217900, "no (SQLSTATE 42000)"},
       {failure("42000", 50000, "login of s3cret"), 50000, "login of *** (SQLSTATE 42000)"},
+      {failure("42000", 50000, "[M][D][SQL Server][Bin 4] is full"), 50000, "[Bin 4] is full (SQLSTATE 42000)"},
+      {failure("42000", 50000, "[a][b][c][Bin 4] is full"), 50000, "[Bin 4] is full (SQLSTATE 42000)"},
   };
   // clang-format on
   const auto connection = open(";PWD=s3cret");
@@ -206,6 +208,11 @@ TEST_F(OdbcConnections, SayWhyTheyCannotConnectWithoutThePassword) {
   EXPECT_EQ(descriptionOf([&] { open(";UID=sa;PWD={s3cret}"); }),
             "Cannot connect: Login failed for 'sa' with *** (SQLSTATE 28000)");
   EXPECT_EQ(errorOf([&] { open(); }), static_cast<int>(ErrorNumber::ConnectionFailed));
+  server.refuseConnections(ServerMessage{"28000", 18456, "Database of a sack: 'a' is no good"});
+  for (const char* shown : {"a", "'a'", "is no"})
+    EXPECT_EQ(descriptionOf([&] { open(";PWD=" + std::string(shown)); }),
+              "Cannot connect: (a text that holds the password) (SQLSTATE 28000)");
+  EXPECT_THAT(descriptionOf([&] { open(";PWD=ack"); }), HasSubstr("of a sack: 'a'")) << "part of a word";
   server.refuseConnections({});
   setenv("TDSDUMP", "/tmp/dump", 1);
   EXPECT_THAT(descriptionOf([&] { open(); }), HasSubstr("TDSDUMP is refused"));
@@ -281,6 +288,26 @@ TEST_F(OdbcConnections, SendNothingMoreOnceATransactionIsOver) {
   closeTransaction(page);
   EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "insert a", "insert f", "select @@trancount",
                                   "<rollback>", "<disconnect>"));
+}
+
+TEST_F(OdbcConnections, GiveUpOneThatCannotBegin) {
+  const auto connection = open();
+  server.failAutocommit(ServerMessage{"HY000", 0, "no"});
+  EXPECT_THROW(connection->begin(), Error);
+  server.failAutocommit({});
+  connection->execute("insert a");
+  EXPECT_THAT(seen(), ElementsAre("<connect>", "<autocommit off>", "<disconnect>", "<connect>", "insert a"))
+      << "autocommit may be off on the first";
+}
+
+TEST_F(OdbcConnections, TellALossAtCommitFromARefusal) {
+  for (const bool lost : {false, true}) {
+    const auto connection = open();
+    server.failCommits(ServerMessage{lost ? "08S01" : "23000", 547, "no"});
+    connection->begin();
+    EXPECT_EQ(errorOf([&] { connection->commit(); }),
+              lost ? static_cast<int>(ErrorNumber::ConnectionFailed) : 547);
+  }
 }
 
 TEST_F(OdbcConnections, ReportAFailedCommitAsInDoubt) {

@@ -8,11 +8,17 @@ namespace ondrel {
 namespace {
 
 OdbcMachine machineWith(std::vector<std::string> drivers) {
-  return {std::move(drivers), [](std::string_view source, std::string_view key) -> std::string {
+  return {std::move(drivers),
+          [](std::string_view source, std::string_view key) -> std::string {
             if (key == "Driver")
-              return source == "shop" || source == "dumping" ? "/usr/lib/libtdsodbc.so" : "x";
+              return source == "other" ? "x" : source == "named" ? "TDS" : "/usr/lib/libtdsodbc.so";
+            if (key == "Encrypt") return source == "secret" ? "strict" : source == "named" ? "yes" : "";
             if (source == "shop" && key == "PWD") return "of the source";
             return source == "dumping" && key == "querylog_on" ? "/tmp/x" : "";
+          },
+          [](std::string_view driver) {
+            const bool isFreeTds = driver == "TDS" || driver == "SQL Server";
+            return isFreeTds ? "/usr/lib/libtdsodbc.so" : driver == "Till" ? "/opt/libmsodbcsql-18.so" : "";
           }};
 }
 
@@ -53,6 +59,11 @@ TEST(OdbcTarget, WithFreeTds) {
        "Driver=/opt/libtdsodbc.so;ClientCharset=UTF-8;Server=till;Port=1433;PWD=\xE4;"},
       // data sources
       {"shop", "DSN=shop;ClientCharset=UTF-8;"},
+      {"named", "DSN=named;ClientCharset=UTF-8;Encryption=require;"},
+      {"DSN=named;Encrypt=no", "DSN=named;ClientCharset=UTF-8;"},
+      // drivers under names of the shop's own
+      {"Driver={TDS};Server=till;Encrypt=yes", "Driver=TDS;ClientCharset=UTF-8;Server=till;Port=1433;Encryption=require;"},
+      {"Driver={Till};Server=till,1500;Encrypt=yes", "Driver=Till;Server=till,1500;Encrypt=yes;"},
       {"Provider=MSDASQL.1;Data Source=shop;User ID=sa", "DSN=shop;ClientCharset=UTF-8;UID=sa;"},
       {"Provider=MSDASQL;Extended Properties=\"DSN=shop;Database=S;UID=sa\"", "DSN=shop;ClientCharset=UTF-8;Database=S;UID=sa;"},
       // of another store: as they stand, but for what is ours
@@ -60,6 +71,11 @@ TEST(OdbcTarget, WithFreeTds) {
       {"DSN=other;Server=tcp:a,1", "DSN=other;Server=tcp:a,1;"},
   };
   for (const Case& each : cases) EXPECT_EQ(textOf(each.given), each.text) << each.given;
+}
+
+TEST(OdbcTarget, WithFreeTdsUnderTheMakersName) {
+  EXPECT_EQ(textOf("Driver={SQL Server};Server=till;Encrypt=yes", machineWith({"SQL Server"})),
+            "Driver=SQL Server;ClientCharset=UTF-8;Server=till;Port=1433;Encryption=require;");
 }
 
 TEST(OdbcTarget, WithTheMakersDriver) {
@@ -87,6 +103,7 @@ TEST(OdbcTarget, TellsErrorsWithoutValues) {
       {"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=secret", ErrorNumber::ProviderFailure, "Provider cannot be found"},
       {"Provider=SQLOLEDB;Data Source=np:secret", ErrorNumber::ProviderFailure, "by TCP only"},
       {"Driver=FreeTDS;Server=x;Encrypt=strict", ErrorNumber::ProviderFailure, "no strict"},
+      {"DSN=secret", ErrorNumber::ProviderFailure, "no strict"},
       {"UID=secret;PWD=secret", ErrorNumber::ProviderFailure, "neither a driver"},
       {"Driver={FreeTDS;PWD=secret", ErrorNumber::InvalidArgument, "value of Driver"},
       {"Provider=SQLOLEDB;Data Source=x;Password='secret", ErrorNumber::InvalidArgument, "value of Password"},

@@ -23,6 +23,7 @@ class ScriptedServer : public ServerDouble {
   }
   void refuseConnections(Failure reason) { refusal_ = std::move(reason); }
   void failCommits(Failure failure) { commitFailure_ = std::move(failure); }
+  void failAutocommit(Failure failure) { autocommitFailure_ = std::move(failure); }
   // The connections that are there break; it shows when they are used next.
   void breakConnections() { broken_.insert(connections_.begin(), connections_.end()); }
   // The sessions fail at this statement as if the server went away.
@@ -42,7 +43,7 @@ class ScriptedServer : public ServerDouble {
 
   std::mutex mutex_;
   std::map<std::string, std::vector<ServerResult>, std::less<>> answers_;
-  Failure refusal_, commitFailure_;
+  Failure refusal_, commitFailure_, autocommitFailure_;
   std::string breakingStatement_;
   std::set<const ServerSession*> connections_, broken_;
   size_t mostConnections_ = 0;
@@ -71,7 +72,9 @@ class ScriptedSession : public ServerSession {
     const auto found = server_.answers_.find(sql);
     return found == server_.answers_.end() ? std::vector<ServerResult>(1) : found->second;
   }
-  Failure setAutocommit(bool on) override { return step(on ? "<autocommit on>" : "<autocommit off>", {}); }
+  Failure setAutocommit(bool on) override {
+    return step(on ? "<autocommit on>" : "<autocommit off>", server_.autocommitFailure_);
+  }
   Failure endTransaction(bool commit) override {
     return step(commit ? "<commit>" : "<rollback>", commit ? server_.commitFailure_ : std::nullopt);
   }
