@@ -1,2 +1,0 @@
-// Gives the browser its token.
-Response.write(Request.token);
