@@ -7,7 +7,7 @@ var receipts = Server.include("shared/receipts.js");
 
 var invoice = Session.invoice;
 if (Request.method !== "POST" || !invoice) return Response.redirect(invoice ? "/ticket" : "/");
-if (!invoice.lineItems.RecordCount && !invoice.isQuickInvoice()) return layout.notice("Finish", "Nothing is on the ticket.", "/ticket", "Back to the ticket");
+if (!invoice.lineItems.Clone().RecordCount && !invoice.isQuickInvoice()) return layout.notice("Finish", "Nothing is on the ticket.", "/ticket", "Back to the ticket");
 
 if (!Session.finished) {
   invoice.invoiceDone2();

@@ -409,17 +409,20 @@ class Invoice : public Object {
   Variant htmlNewHeatSeals();
   // Price and notes of a line, as buttons. The filter stays on the line.
   Variant htmlLineFunctions(const Variant& lineNumber);
+  // The edit form of a line; the filter stays on its upcharges.
   Variant htmlLineProperties(const Variant& departmentID, const Variant& lineNumber = "");
-  // A quantity above 10 selects nothing.
+  // The form of a charge line; a quantity above 10 selects nothing. The filter stays on the line.
   Variant htmlAddChargeDetail(const Variant& lineNumber = "");
 
   // ---------------------------------------------------------------- the invoice as a whole (src/web)
-  // As JSON, every value a text. jsonItem is Empty for an unknown line.
+  // As JSON, every value a text. jsonItem is Empty for an unknown line. Quotes, backslashes and line ends are
+  // escaped, other control characters go out as they are: a page that takes a tab in a note cleans it first.
   Variant toJSON();
   Variant jsonItem(const Variant& lineNumber);
   // A stored ticket in three lines, Empty for an unknown one.
   Variant htmlSummary(const Variant& ticketNumber);
   // Tickets of the last half year with the same garments and descriptors, in case this is a double entry.
+  // The filter stays on the garments.
   Variant htmlSimilarInvoices();
   // Reads all lines, those of the children too, for a developer who watches.
   void debugLineItems();

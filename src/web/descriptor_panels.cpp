@@ -45,7 +45,7 @@ RecordsetRef readUpcharges(Apartment& apartment, const std::string& item) {
 constexpr std::int32_t kMostBrands = 30;
 
 std::string descriptorsOf(const Recordset& group, const std::string& filter) {
-  const bool isShortened = filter.empty() && equalsIgnoringCase(group.text("type"), "BR");
+  const bool isShortened = filter.empty() && equalsIgnoringCase(trim(group.text("type")), "BR");
   return fmt::format(
       " select {}descriptorid, name, isnull(color, '') as color, isnull(icon, '') as icon, preview, maxquantity from "
       "descriptor where descriptorgroupid = '{}'{} order by displayorder, name ",
@@ -114,6 +114,9 @@ Variant Invoice::htmlDescriptor(const Variant& group, const Variant& line, const
                            .filter = filter.joined()});
 }
 
+// The filter goes off with the first button that asks what the line has of it; without a line, or without a
+// button, it stays as it was set.
+//
 // | panel           | groups          | upcharges            | descriptors                          |
 // |-----------------|-----------------|----------------------|--------------------------------------|
 // | htmlDescriptors | all             | always, in front     | all, the first 30 brands             |
@@ -124,7 +127,6 @@ std::string Invoice::descriptorPanels(const std::string& groupsStatement, const 
   Variant item = "";
   const bool hasLine = !line.joined().empty();
   if (hasLine && findLine(line)) item = lineItems->value(lineItemId);
-  lineItems->clearFilter();
   HtmlWriter html;
   if (choice.withUpcharges)
     html.raw("<div class=\"upcharge-section\">").raw(htmlUpcharges(item, line)).raw("</div>");
@@ -135,6 +137,7 @@ std::string Invoice::descriptorPanels(const std::string& groupsStatement, const 
   for (; !groups->eof(); groups->moveNext()) {
     const RecordsetRef rows = queryDatabase(*apartment_, descriptorsOf(*groups, choice.filter));
     if (rows->eof() && choice.filter.empty()) continue;
+    if (hasLine && !rows->eof()) lineItems->clearFilter();
     const std::string title = groups->text("name"), name = toLower(title), type = groups->text("type");
     const std::string shortType = toLower(trim(type));
     ButtonPanel panel;
@@ -164,6 +167,7 @@ Variant Invoice::htmlUpcharges(const Variant& priceListItemId, const Variant& li
     const ChildLines children(*lineItems);
     const std::span<const ChildLine> chosen =
         hasLine ? children.of(line.toLong()) : std::span<const ChildLine>();
+    if (hasLine && !rows->eof()) lineItems->clearFilter();
     for (; !rows->eof(); rows->moveNext()) {
       const std::string name = rows->text(columns.name), icon = rows->text(columns.icon);
       const std::int32_t pieces = childQuantity(chosen, name, "UP");

@@ -51,6 +51,7 @@ Invoice::IdGroupSelection Invoice::getIdGroupSelection(const Variant& line, std:
     if (!lineItems->isNull(quantity) && lineItems->integer(quantity) > pieces)
       selection.name += " (" + numberText(static_cast<double>(lineItems->integer(quantity)) / pieces) + ") ";
     if (selection.image.empty() && selection.color.empty()) {
+      // With the count if there is one, which no descriptor's name has: more than one a piece shows no picture.
       const DescriptorDisplay display = getDescriptorDisplay(selection.name, group);
       selection.image = display.icon.joined();
       selection.color = display.color.joined();

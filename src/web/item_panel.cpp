@@ -50,7 +50,8 @@ void writeButtons(ButtonPanel& panel, Recordset& rows, const ChosenItem& chosen,
     }
     const bool isChosen = isGreater(chosen.id, 0) && isEqual(id, chosen.id);
     if (isChosen) panel.choose(name);
-    if (isChosen && !isEqual(chosen.pieces, 1)) html.attribute("quantity", chosen.pieces);
+    if (isChosen && !chosen.pieces.isNull() && !isEqual(chosen.pieces, 1))
+      html.attribute("quantity", chosen.pieces);
     html.raw(isChosen ? " class=\"button pli li-it plisel" : " class=\"button pli li-it");
     if (!rows.flag(promptForUpcharge)) html.raw(" fin");
     if (wantsHeatSeals && rows.flag(useHeatSeals)) html.raw(" uhs");

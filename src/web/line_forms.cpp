@@ -66,7 +66,6 @@ Variant Invoice::htmlLineProperties(const Variant&, const Variant& line) {
     }
     lineItems->setFilter("parentLineNumber=" + line.toText() + " and itemType='UP'");
     writeUpcharges(upcharges, *lineItems);
-    lineItems->clearFilter();
   }
   // clang-format off
   //                 id                    label             fixed
@@ -91,7 +90,6 @@ Variant Invoice::htmlAddChargeDetail(const Variant& line) {
       pieces = lineItems->value(quantity);
       description = lineItems->value(itemName);
     }
-    lineItems->clearFilter();
   }
   HtmlWriter html;
   html.raw("<div class=\"charge\"><label for=\"description\">Description</label>");

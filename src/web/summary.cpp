@@ -67,7 +67,6 @@ Variant Invoice::htmlSimilarInvoices() {
     if (!query.empty()) query += " intersect ";
     query += ticketsWith(*lineItems, *children, garment, descriptor);
   }
-  lineItems->clearFilter();
   HtmlWriter html;
   html.raw("<div class=\"si_list\">");
   if (!query.empty()) writeSimilarTickets(html, query);

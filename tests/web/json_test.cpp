@@ -62,6 +62,10 @@ TEST_F(JsonDocument, HoldsWhatTheClerkTyped) {
   EXPECT_EQ(line["price"], "") << "a sum with Null";
   EXPECT_EQ(line["baseprice"], "18");
   EXPECT_EQ(line["heatseal"], "AA00009");
+  invoice.attachNotes(suit, "a\tb");
+  const std::string tab = invoice.jsonItem(suit).toText();
+  EXPECT_NE(tab.find("\"notes\":\"a\tb\""), std::string::npos) << "as it is, which no reader of JSON takes";
+  EXPECT_FALSE(nlohmann::json::accept(tab));
 }
 
 TEST_F(JsonDocument, ALookAtTheLinesChangesNothing) {

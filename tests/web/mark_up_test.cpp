@@ -50,14 +50,24 @@ class MarkUp : public PanelTest {
     execute("update PriceListItem set itemName = '" + sql + "' where priceListItemId in (101, 401)");
     execute("update Department set name = '" + sql + "' where departmentID = 1");
     execute("update ItemDescriptorPrice set descriptorName = '" + sql + "' where itemDescriptorPriceID = 40");
-    execute("update descriptor set name = '" + sql + "' where descriptorid in (3, 31)");
+    execute("update descriptor set name = '" + sql +
+            "', displayorder = -1 where descriptorid in (3, 31, 102)");
     execute("update Discount set discountName = '" + sql + "' where discountID = 1");
     execute("update customerpreferencetype set options = 'None|" + sql + "' where name = 'Finish'");
     execute("update TicketCustomer set firstName = null, lastName = '" + sql + "'");
+    execute("update employee set employeename = '" + sql + "'");
+    execute("update Customer set customername = '" + sql + "' where customerSequenceNumber = 1");
+    // Ticket 1007 is made the same as the invoice, its surcharge a brand.
+    execute("update TicketLineItem set lineItemID = 125 where ticketNumber = 1007 and lineItemNumber = 4");
+    execute(
+        "update TicketLineItem set ticketLineType = 'BR', parentLineNumber = 1 where ticketNumber = 1007 and lineItemNumber = 5");
+    execute("update TicketLineItem set lineItemName = '" + sql +
+            "' where ticketNumber = 1007 and lineItemNumber in (2, 3, 5)");
     startTicket();
     pants = invoice.addItem2(101, 2).toLong();
     invoice.addUpcharge2(pants, name, 1);
     invoice.addDescriptor(pants, name, "CO", 2);
+    invoice.addDescriptor(pants, name, "BR", 1);
     suit = invoice.addItem2(125, 1).toLong();
     invoice.attachNotes(suit, name);
     invoice.pushNewHeatSeal(name);
@@ -83,11 +93,20 @@ TEST_F(MarkUp, HostileNamesStayWords) {
   rename(hostile);
   const auto made = panels();
   for (size_t k = 0; k < made.size(); ++k) {
-    const Reading before = readingOf(plain[k].second), after = readingOf(made[k].second);
-    // The upcharges' names in the form go in plain, and of the notes the button has the first ten characters.
-    if (plain[k].first == "htmlLineProperties pants" || plain[k].first == "htmlLineFunctions suit") continue;
-    EXPECT_EQ(after.shape, before.shape) << made[k].first;
-    EXPECT_EQ(after.words, replaceAll(before.words, "Plain", hostile)) << made[k].first;
+    const std::string& name = made[k].first;
+    std::string panel = made[k].second, word = hostile;
+    if (name == "htmlLineProperties pants") {  // its table takes the upcharges' names plain
+      EXPECT_NE(panel.find("<td>" + hostile), std::string::npos);
+      panel = replaceAll(panel, "<td>" + hostile, "<td>Plain");
+      word = "Plain";
+    }
+    if (name == "htmlLineFunctions suit") word = leftCharacters(hostile, 10);  // what the button has of notes
+    const Reading before = readingOf(plain[k].second), after = readingOf(panel);
+    EXPECT_EQ(after.shape, before.shape) << name;
+    EXPECT_EQ(after.words, replaceAll(before.words, "Plain", word)) << name;
+    if (name == "htmlSimilarInvoices") {
+      EXPECT_NE(after.words.find("5007" + hostile + hostile), std::string::npos) << "customer and employee";
+    }
   }
 }
 

@@ -65,6 +65,17 @@ TEST_F(Panels, TheDayPickerTurnsElevenDaysAPage) {
   }
 }
 
+TEST_F(Panels, ADayPickerForEachDepartmentAndForAll) {
+  fillTicket();
+  EXPECT_THAT(invoice.htmlInvoiceDueDate().toText(),
+              testing::StartsWith("<div class=\"dept-details\"><h3>Invoice</h3><div page=\"0\">"));
+  const std::string pickers = invoice.htmlDeptsDueDate().toText();
+  EXPECT_THAT(found(pickers, "<div class=\"dept-details\"><h3>([^<]*)</h3><div page=\"0\">"),
+              ElementsAre("Dry Cleaning", "Shirts", "Laundry"));
+  EXPECT_THAT(found(pickers, "date=\"prev\" deptid=\"([0-9]+)\""), ElementsAre("1", "2", "3"));
+  EXPECT_THAT(pickers, testing::EndsWith("<span class=\"note\">Next</span></div></div></div>"));
+}
+
 TEST_F(Panels, ADayPickerDayByDay) {
   setDays("0");
   Variant page = 1;
@@ -202,6 +213,44 @@ TEST_F(Panels, ButtonsOfTheIdBar) {
       HasSubstr("<div class=\"sel-br id-group-button\" group=\"brands\"><div class=\"icon\" style=\"\"></div>"
                 "<div class=\"label\">Brand</div><div class=\"name\">Arbelline</div></div>"));
   EXPECT_THAT(invoice.htmlIdGroups("", "co").toText(), HasSubstr("sel-it id-group-button id-group-selected"));
+}
+
+// Without pieces a button says no quantity. A group's type may come with blanks.
+TEST_F(Panels, ButtonsOfGapsInTheTables) {
+  addLine("IT", Variant::null(), 1);
+  invoice.lineItems->setValue(lineItemId, 301);
+  const std::string items = invoice.htmlItems("", 1).toText();
+  EXPECT_THAT(items, HasSubstr("li-it plisel"));
+  EXPECT_THAT(items, Not(HasSubstr(" quantity=")));
+  execute("update descriptorgroup set type = 'BR ' where type = 'BR'");
+  const std::string brands = invoice.htmlDescriptors("").toText();
+  EXPECT_EQ(found(brands, "<div id=\"br([0-9]+)\" class=\"button pli li-br\"").size(), 30U);
+}
+
+TEST_F(Panels, TheFilterThatAPanelLeaves) {
+  fillTicket();
+  const std::string found = "itemType='DE'", line = std::to_string(pants);
+  // clang-format off
+  const struct { const char* name; std::function<Variant()> panel; std::string left; } cases[] = {
+      {"upcharges",                  [&] { return invoice.htmlUpcharges(101); },                   found},
+      {"upcharges of a line",        [&] { return invoice.htmlUpcharges(101, pants); },            "0"},
+      {"an item without upcharges",  [&] { return invoice.htmlUpcharges(999, pants); },            found},
+      {"descriptors",                [&] { return invoice.htmlDescriptors(""); },                  found},
+      {"descriptors of a line",      [&] { return invoice.htmlDescriptors("", pants); },           "0"},
+      {"a brand that was typed",     [&] { return invoice.htmlDescriptor("br", pants, "Xylon"); }, "lineNumber=" + line},
+      {"price and notes",            [&] { return invoice.htmlLineFunctions(pants); },             "lineNumber=" + line},
+      {"form",                       [&] { return invoice.htmlLineProperties(""); },               found},
+      {"form of a line",             [&] { return invoice.htmlLineProperties("", pants); },        "parentLineNumber=" + line + " and itemType='UP'"},
+      {"charge",                     [&] { return invoice.htmlAddChargeDetail(); },                found},
+      {"charge of a line",           [&] { return invoice.htmlAddChargeDetail(pants); },           "itemType='AC' and lineNumber=" + line},
+      {"similar tickets",            [&] { return invoice.htmlSimilarInvoices(); },                "itemType = 'IT'"},
+  };
+  // clang-format on
+  for (const auto& [name, panel, left] : cases) {
+    invoice.lineItems->setFilter(found);
+    panel();
+    EXPECT_EQ(invoice.lineItems->filter().toText(), left) << name;
+  }
 }
 
 TEST_F(Panels, ReadersOfLines) {
