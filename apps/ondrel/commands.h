@@ -12,6 +12,6 @@ void addRunCommand(CLI::App& app, int& exitCode);
 void addDatabaseCommand(CLI::App& app, int& exitCode);
 void addDescribeCommand(CLI::App& app, int& exitCode);
 void addServeCommand(CLI::App& app, int& exitCode);
-void addRegisterCommands(CLI::App& app, int& exitCode);
+void addRegisterCommands(CLI::App& app);
 
 }  // namespace ondrel

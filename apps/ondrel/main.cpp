@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
   ondrel::addDatabaseCommand(app, exitCode);
   ondrel::addDescribeCommand(app, exitCode);
   ondrel::addServeCommand(app, exitCode);
-  ondrel::addRegisterCommands(app, exitCode);
+  ondrel::addRegisterCommands(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -1,13 +1,13 @@
 #include <dlfcn.h>
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <filesystem>
 #include <memory>
 
 #include "base/error.h"
 #include "commands.h"
 #include "component/ondrel_component.h"
+#include "platform/settings.h"
 #include "program_folders.h"
 
 namespace ondrel {
@@ -27,17 +27,24 @@ std::string libraryOfProgram() {
   throw Error(ErrorNumber::FileNotFound, "ondrel", ::dlerror());  // NOLINT(concurrency-mt-unsafe)
 }
 
+// What the status does not tell: the reason why the first file cannot be changed.
+[[noreturn]] void failSettings() {
+  const Settings settings;
+  const std::string& file = settings.files().front();
+  Settings({file}).value("Software\\Classes", "");  // raises what is wrong with the file itself
+  throw Error(ErrorNumber::PathAccess, "ondrel",
+              "Settings file " + file + " cannot be written, or holds a value where a key must stand");
+}
+
 // Calls an export that takes nothing and gives a status.
-int callExport(const std::string& library, const char* name) {
+void callExport(const std::string& library, const char* name) {
   void* const handle = ::dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!handle) failLibrary();
   auto* const function = reinterpret_cast<DllRegisterServerFunction*>(::dlsym(handle, name));
   if (!function) failLibrary();
   const HRESULT status = function();
   ::dlclose(handle);
-  if (status < 0)
-    std::fprintf(stderr, "%s of %s failed: the settings cannot be changed\n", name, library.c_str());
-  return status < 0 ? 1 : 0;
+  if (status < 0) failSettings();
 }
 
 struct Action {
@@ -55,13 +62,13 @@ constexpr Action kActions[] = {
 
 }  // namespace
 
-void addRegisterCommands(CLI::App& app, int& exitCode) {
+void addRegisterCommands(CLI::App& app) {
   const auto library = std::make_shared<std::string>();
   for (const Action& action : kActions) {
     CLI::App* command = app.add_subcommand(action.name, action.description);
     command->add_option("LIBRARY", *library, "The component's file; without it the one of this program");
-    command->callback([&action, library, &exitCode] {
-      exitCode = callExport(library->empty() ? libraryOfProgram() : *library, action.function);
+    command->callback([&action, library] {
+      callExport(library->empty() ? libraryOfProgram() : *library, action.function);
     });
   }
 }

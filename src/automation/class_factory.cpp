@@ -79,10 +79,7 @@ const PublicClass* findPublicClass(std::string_view name) {
 }
 
 ObjectRef createObject(std::string_view name) {
-  if (const PublicClass* row = findPublicClass(name)) {
-    if (!row->create) failCreate(name, "the class is not built yet");
-    return row->create();
-  }
+  if (const PublicClass* row = findPublicClass(name)) return row->create();
   for (const PlatformClass& row : kPlatformClasses)
     if (equalsIgnoringCase(row.name, name)) return row.create();
   failCreate(name, "there is no such class");

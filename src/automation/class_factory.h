@@ -17,7 +17,7 @@ struct PublicClass {
   std::string_view name;
   std::string_view classId;
   std::string_view interfaceId;  // the default interface, named as the class with a leading underscore
-  ObjectRef (*create)();         // none for a class that this build lacks
+  ObjectRef (*create)();
 };
 
 std::span<const PublicClass> publicClasses();

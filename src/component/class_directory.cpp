@@ -18,7 +18,7 @@ namespace {
 
 const PublicClass* findPublicClassById(const GUID& classId) {
   for (const PublicClass& row : publicClasses())
-    if (row.create && toGuid(row.classId) == classId) return &row;
+    if (toGuid(row.classId) == classId) return &row;
   return nullptr;
 }
 

@@ -17,7 +17,7 @@ std::string fullName(const PublicClass& row) {
   return std::string(kProjectName) + "." + std::string(row.name);
 }
 
-// What is entered for this build's classes.
+// What is entered for the classes.
 std::vector<Settings::Change> entries(const std::string& library) {
   const std::string typeLibrary = braced(kTypeLibraryId);
   std::vector<Settings::Change> result = {
@@ -25,7 +25,6 @@ std::vector<Settings::Change> entries(const std::string& library) {
        {{"Name", std::string(kProjectName)},
         {"Version", std::to_string(kTypeLibraryMajor) + "." + std::to_string(kTypeLibraryMinor)}}}};
   for (const PublicClass& row : publicClasses()) {
-    if (!row.create) continue;
     result.push_back({kClasses + fullName(row), {{"CLSID", braced(row.classId)}}});
     result.push_back({kClasses + "CLSID\\" + braced(row.classId),
                       {{"ProgID", fullName(row)},

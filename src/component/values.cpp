@@ -30,7 +30,8 @@ Variant listOf(const SAFEARRAY* array) {
   return Variant(ArrayRef(list));
 }
 
-// The value that a reference points to, as one that does not.
+// The value that a reference points to, as one that does not. What this takes, `writeBack` writes: a member
+// is not called with a place that could not be written.
 VARIANT pointedAt(const VARIANT& reference) {
   if (!reference.byref) failType();
   if (reference.vt == (VT_BYREF | VT_VARIANT)) return *reference.pvarVal;
@@ -92,11 +93,11 @@ void writeVariant(VARIANT& place, const Variant& value) {
 }
 
 template <class Number>
-void writeWhole(Number* place, const Variant& value) {
-  const double number = value.toDouble();
+void writeWhole(Number* place, double number) {
   const double rounded = std::nearbyint(number);
+  // The largest 64-bit number is no double, the one above it is.
   if (!(rounded >= static_cast<double>(std::numeric_limits<Number>::min()) &&
-        rounded <= static_cast<double>(std::numeric_limits<Number>::max())))
+        rounded < static_cast<double>(std::numeric_limits<Number>::max()) + 1))
     throw Error(ErrorNumber::Overflow, "Variant", "Overflow");
   *place = static_cast<Number>(rounded);
 }
@@ -192,15 +193,19 @@ void writeBack(const VARIANT& reference, const Variant& value) {
     case VT_VARIANT:
       return writeVariant(*reference.pvarVal, value);
     case VT_UI1:
-      return writeWhole(reference.pbVal, value);
+      return writeWhole(reference.pbVal, value.toDouble());
     case VT_I2:
-      return writeWhole(reference.piVal, value);
+      return writeWhole(reference.piVal, value.toDouble());
     case VT_BOOL:
       *reference.pboolVal = value.toBoolean() ? VARIANT_TRUE : VARIANT_FALSE;
       return;
     case VT_I4:
       *reference.plVal = value.toLong();
       return;
+    case VT_I8:
+      return writeWhole(reference.pllVal, value.toDouble());
+    case VT_CY:
+      return writeWhole(reference.pllVal, value.toDouble() * kCurrencyUnits);
     case VT_R4:
       *reference.pfltVal = static_cast<float>(value.toDouble());
       return;

@@ -17,7 +17,8 @@ namespace ondrel {
 // | VT_BOOL, VT_DATE, VT_BSTR       | Boolean, Date, text                                      |
 // | VT_DISPATCH, VT_UNKNOWN         | an object of this library                                |
 // | VT_ARRAY + VT_VARIANT           | an array, by value                                       |
-// | any of them + VT_BYREF          | the value that it points to                              |
+// | VT_VARIANT + VT_BYREF           | the value that it points to                              |
+// | a plain type + VT_BYREF         | the same; not of VT_UNKNOWN or an array                  |
 //
 // Everything else, objects of the caller's own included, is error 13.
 Variant fromVARIANT(const VARIANT& value);
@@ -26,7 +27,7 @@ Variant fromVARIANT(const VARIANT& value);
 VARIANT toVARIANT(const Variant& value);
 
 // Puts a result where a VARIANT by reference points to, converted to its type; what stood there is given back.
-// Error 13 and the like when it does not convert; VT_I8 and VT_CY cannot be written to.
+// Error 13 and the like when it does not convert. Every reference that `fromVARIANT` takes can be written.
 void writeBack(const VARIANT& reference, const Variant& value);
 
 // Whether the VARIANT stands for an argument that was left out.

@@ -42,19 +42,29 @@ std::vector<std::string> filesOfMachine() {
   throw Error(ErrorNumber::InvalidFileFormat, "Settings", "Settings file " + file + ": " + reason);
 }
 
+// Error 75 for what cannot be read, such as a folder.
+std::string textOf(const std::string& file) {
+  try {
+    std::ifstream stream(file, std::ios::binary);
+    std::string text(std::istreambuf_iterator<char>(stream), {});
+    if (stream) return text;
+  } catch (const std::ios_base::failure&) {  // of the read itself: the next line tells of it
+  }
+  throw Error(ErrorNumber::PathAccess, "Settings", "Settings file " + file + " cannot be read");
+}
+
 // The file's object; an empty one where there is no file.
 Json readFile(const std::string& file) {
   std::error_code failure;
   if (!std::filesystem::exists(file, failure)) return Json::object();
-  std::ifstream stream(file, std::ios::binary);
-  const std::string text(std::istreambuf_iterator<char>(stream), {});
-  if (!stream) throw Error(ErrorNumber::PathAccess, "Settings", "Settings file " + file + " cannot be read");
   try {
-    Json root = Json::parse(text);
+    Json root = Json::parse(textOf(file));
     if (!root.is_object()) failFormat(file, "an object was expected");
     return root;
   } catch (const Json::parse_error& error) {
     failFormat(file, "no JSON at byte " + std::to_string(error.byte));
+  } catch (const Json::exception& error) {
+    failFormat(file, error.what());
   }
 }
 
@@ -145,9 +155,10 @@ std::string Settings::value(std::string_view key, std::string_view name) const {
 
 void Settings::apply(const std::vector<Change>& changes) const {
   const std::string& file = files_.front();
-  Json root = readFile(file);
+  const Json before = readFile(file);
+  Json root = before;
   for (const Change& change : changes) applyChange(root, change, file);
-  writeFile(file, root);
+  if (root != before) writeFile(file, root);
 }
 
 }  // namespace ondrel

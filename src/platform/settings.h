@@ -19,7 +19,8 @@ namespace ondrel {
 // | each of XDG_CONFIG_DIRS/FILE     | "/etc/xdg" where the environment has none       |
 //
 // FILE is "ondrel/settings.json". The first file that has a value counts; changes go to the first file alone.
-// Every operation reads the files as they are at that moment. A file that is no such JSON is error 321.
+// Every operation reads the files as they are at that moment. A file that is no such JSON is error 321, one that
+// cannot be read or written error 75.
 class Settings {
  public:
   using Values = std::vector<std::pair<std::string, std::string>>;
@@ -34,11 +35,12 @@ class Settings {
   std::string value(std::string_view key, std::string_view name) const;
   const std::vector<std::string>& files() const { return files_; }
 
-  // Sets the values of a key, which is made if need be and keeps its other values. The file is replaced whole:
-  // a reader sees it before or after all of `changes`.
+  // Sets the values of a key, which is made if need be and keeps its other values. The file is replaced whole,
+  // unless nothing changes: a reader sees it before or after all of `changes`. Of two programs that change it at
+  // the same moment, the later one wins.
   struct Change {
     std::string key;
-    Values values;  // none removes the key with all that is below it
+    Values values;  // none removes the key with all that is below it, and keys above it that are then empty
   };
   void apply(const std::vector<Change>& changes) const;
 

@@ -1,5 +1,7 @@
 #include "services/marketing_letters.h"
 
+#include <exception>
+
 #include "data/query_database.h"
 #include "platform/letters/mail_merge.h"
 
@@ -46,7 +48,7 @@ void MarketingLetters::mailMergeLetterToPrinter(const std::string& sTemplate,
     merge.openTemplate(fullFileName, MailMerge::Access::ReadOnly);
     merge.openDataSource(fullDataSourceName);
     merge.print();
-  } catch (const Error&) {
+  } catch (const std::exception&) {
   }
 }
 

@@ -22,4 +22,10 @@ connection="Driver=Embedded;Database=$folder/shop.db"
 grep -q '"CLSID": "{1FDC7BD4-F46D-47B7-BD99-FE04480227D2}"' "$ONDREL_SETTINGS"
 grep -q "\"InprocServer32\": \"$library\"" "$ONDREL_SETTINGS"
 "$build/ondrel" unregister "$library"
+mkdir "$folder/cannot"
+! refusal=$(ONDREL_SETTINGS=$folder/cannot "$build/ondrel" register "$library" 2>&1)
+[[ $refusal == "error 75: Settings file $folder/cannot cannot be read" ]]
+(cd "$build" && ./ondrel register ./libOndrelCorpComponents.so)
+grep -q "\"InprocServer32\": \"$library\"" "$ONDREL_SETTINGS"
+"$build/ondrel" unregister
 [[ $(tr -d ' \n' < "$ONDREL_SETTINGS") == '{}' ]]

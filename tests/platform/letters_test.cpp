@@ -43,7 +43,7 @@ TEST(LetterTemplate, PutsAllLettersIntoOneDocumentWithOneHead) {
 }
 
 TEST(LetterTemplate, EscapesWhatItPutsIn) {
-  EXPECT_EQ(rtfText("a{b}\\c\td\r\ne"), R"(a\{b\}\\c\tab d\line e)");
+  EXPECT_EQ(rtfText("a{b}\\c\td\r\ne\rf\r\r\ng\r"), R"(a\{b\}\\c\tab d\line e\line f\line \line g\line )");
   EXPECT_EQ(rtfText("Zoë €5 字😀"), R"(\uc1 Zo\u235\'eb \u8364\'805 \u23383\'3f\u-10179\'3f\u-8704\'3f)");
 }
 

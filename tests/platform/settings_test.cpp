@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 
 #include "support/error_of.h"
@@ -42,13 +43,19 @@ TEST_F(SettingsTest, ChangesKeepTheOtherValuesAndGoToTheFirstFile) {
   EXPECT_EQ(settings.value("A\\B", "z"), "3");
   settings.apply({{"A\\B", {}}});
   EXPECT_EQ(settings.value("A", "x"), "system");
+  const Settings spaced({file("spaced.json", "{ }"), system}), none({folder.path + "/none.json"});
+  spaced.apply({{"A", {}}});
+  none.apply({{"A", {}}});
+  EXPECT_EQ(std::filesystem::file_size(spaced.files()[0]), 3u);  // not written anew
+  EXPECT_FALSE(std::filesystem::exists(none.files()[0]));
 }
 
 TEST_F(SettingsTest, AFileOfAnotherFormIsAnError) {
-  for (const char* text : {"", "{", "[]", R"({"A": {"x": 1}})"}) {
+  for (const char* text : {"", "{", "[]", R"({"A": {"x": 1}})", R"({"a": 1e999})"}) {
     const Settings settings({file("bad.json", text)});
     EXPECT_EQ(errorOf([&] { settings.value("A", "x"); }), 321) << text;
   }
+  EXPECT_EQ(errorOf([&] { Settings({folder.path}).value("A", "x"); }), 75);
   const Settings settings({file("value.json", R"({"A": "text"})")});
   EXPECT_EQ(errorOf([&] { settings.apply({{"A\\B", {{"x", "1"}}}}); }), 321);
 }

@@ -90,6 +90,10 @@ TEST_F(MarketingLettersTest, PrintingIsQuietAboutWhatFails) {
   letters().mailMergeLetterToPrinter("nowhere.rtf", "addressees.csv");
   letters().mailMergeLetterToPrinter("standard.rtf", "nowhere.csv");
   letters().mailMergeLetterToPrinter("other.rtf", "addressees.csv");
+  letters("1e999").mailMergeLetterToPrinter("standard.rtf", "addressees.csv");
+  MarketingLetters(Settings({folder.path})).mailMergeLetterToPrinter("standard.rtf", "addressees.csv");
+  put("nobody.csv", "customerName,city\n");
+  letters().mailMergeLetterToPrinter("standard.rtf", "nobody.csv");
   EXPECT_TRUE(documents("spool").empty());
   letters(R"({"Print Command": "false"})").mailMergeLetterToPrinter("standard.rtf", "addressees.csv");
   EXPECT_EQ(documents("spool").size(), 1u);
@@ -128,6 +132,9 @@ TEST_F(MarketingLettersTest, OpeningSaysWhatIsMissing) {
   EXPECT_EQ(errorOf([&] { letters().openMLetter("nowhere.rtf", "addressees.csv"); }), 53);
   EXPECT_EQ(errorOf([&] { letters().openMLetter("standard.rtf", "nowhere.csv"); }), 53);
   EXPECT_EQ(errorOf([&] { letters().openMLetter("broken.rtf", "addressees.csv"); }), 321);
+  put("nobody.csv", "customerName,city\n");
+  EXPECT_EQ(errorOf([&] { letters().openMLetter("standard.rtf", "nobody.csv"); }), 321);
+  EXPECT_TRUE(documents("letters").empty());
   try {
     letters().openMLetter("other.rtf", "addressees.csv");
     ADD_FAILURE();

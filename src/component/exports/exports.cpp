@@ -1,5 +1,7 @@
 #include <dlfcn.h>
 
+#include <filesystem>
+
 #include "automation/class_factory.h"
 #include "component/class_directory.h"
 #include "component/class_object.h"
@@ -38,7 +40,8 @@ HRESULT DllRegisterServer() {
            Dl_info here{};
            if (::dladdr(reinterpret_cast<const void*>(&DllRegisterServer), &here) == 0)
              return SELFREG_E_CLASS;
-           ondrel::registerClasses(ondrel::Settings(), here.dli_fname);
+           ondrel::registerClasses(ondrel::Settings(),
+                                   std::filesystem::absolute(here.dli_fname).lexically_normal().string());
            return S_OK;
          }) == S_OK
              ? S_OK

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cstdint>
 
 #include "base/error.h"
@@ -199,7 +200,8 @@ std::string LetterTemplate::fill(const std::vector<std::string>& values) const {
 
 std::string LetterTemplate::fillAll(const std::vector<std::vector<std::string>>& letters,
                                     std::string_view attachedTemplate) const {
-  std::string result = filled(head_, letters.empty() ? std::vector<std::string>(fields_.size()) : letters[0]);
+  assert(!letters.empty());
+  std::string result = filled(head_, letters[0]);
   if (!attachedTemplate.empty()) result += "{\\*\\template " + rtfText(attachedTemplate) + "}";
   for (size_t k = 0; k < letters.size(); ++k)
     result += (k > 0 ? "\\page\\pard\\plain " : "") + filled(body_, letters[k]);
@@ -215,7 +217,7 @@ std::string rtfText(std::string_view value) {
     if (character == '\\' || character == '{' || character == '}') {
       result += '\\';
       result += static_cast<char>(character);
-    } else if (character == '\n') {
+    } else if (character == '\n' || (character == '\r' && !value.substr(position).starts_with('\n'))) {
       result += "\\line ";
     } else if (character == '\t') {
       result += "\\tab ";

@@ -23,7 +23,7 @@ class LetterTemplate {
 
   // One letter: `values[k]` stands for `fields()[k]`.
   std::string fill(const std::vector<std::string>& values) const;
-  // All letters in one document, each on a page of its own, which names `attachedTemplate` when that is given.
+  // All letters, one at least, in one document, each on a page of its own, which names `attachedTemplate` when that is given.
   std::string fillAll(const std::vector<std::vector<std::string>>& letters,
                       std::string_view attachedTemplate) const;
 

@@ -53,6 +53,8 @@ void MailMerge::openDataSource(std::string_view path) {
   assert(template_);
   const std::string text = textOfBytes(readWhole(files_, path, "Data source"));
   const MergeSource source = parsed(path, [&] { return parseMergeSource(text); });
+  if (source.rows.empty())
+    fail(ErrorNumber::InvalidFileFormat, "Data source " + std::string(nameOf(path)) + " has no addressees");
   std::vector<size_t> places;
   for (const std::string& field : template_->fields()) {
     places.push_back(source.find(field));
