@@ -23,16 +23,16 @@ class JsonWriter {
   }
   // "name":"value"
   JsonWriter& field(std::string_view name, std::string_view value) {
-    raw("\"").raw(name).raw("\":\"");
+    start(name);
     appendJsonEscaped(text_, value);
     return raw("\"");
   }
-  JsonWriter& field(std::string_view name, std::int32_t value) {
-    raw("\"").raw(name).raw("\":\"");
+  template <class Number>
+  requires std::is_arithmetic_v<Number> JsonWriter& field(std::string_view name, Number value) {
+    start(name);
     appendNumber(text_, value);
     return raw("\"");
   }
-  JsonWriter& field(std::string_view name, double value) { return field(name, numberText(value)); }
   JsonWriter& field(std::string_view name, const std::string& value) {
     return field(name, std::string_view(value));
   }
@@ -43,6 +43,8 @@ class JsonWriter {
   std::string take() { return std::move(text_); }
 
  private:
+  JsonWriter& start(std::string_view name) { return raw("\"").raw(name).raw("\":\""); }
+
   std::string text_;
 };
 
@@ -75,8 +77,8 @@ void writeLineHead(JsonWriter& json, const Recordset& line) {
   json.raw("{").number("lineid", line, lineNumber).raw(",");
   json.number("deptid", line, deptId).raw(",");
   json.number("id", line, lineItemId).raw(",");
-  json.field("name", line.text(itemName)).raw(",");
-  json.field("type", line.text(itemType)).raw(",");
+  json.field("name", line.textView(itemName)).raw(",");
+  json.field("type", line.textView(itemType)).raw(",");
   json.number("quantity", line, quantity).raw(",");
   writePrice(json, line);
   json.raw(",");

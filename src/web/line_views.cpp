@@ -13,7 +13,8 @@ ChildLines::ChildLines(const Recordset& lines) {
   for (const RecordsetRef each = lines.clone(); !each->eof(); each->moveNext()) {
     const std::int32_t parent = each->integer(parentLineNumber);
     if (parent < 0) continue;
-    children_.push_back({parent, each->integer(lineNumber), each->text(itemType), each->text(itemName),
+    children_.push_back({parent, each->integer(lineNumber), each->textView(itemType),
+                         each->textView(itemName),
                          each->isNull(quantity) ? std::nullopt : std::optional(each->integer(quantity)),
                          each->number(lineItemTotal)});
   }

@@ -2,18 +2,18 @@
 
 #include <optional>
 #include <span>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "data/recordset/recordset.h"
 
 namespace ondrel {
 
-// A line that hangs on another.
+// A line that hangs on another. Its texts are those of the table, which stands still while a panel is written.
 struct ChildLine {
   std::int32_t parent = 0;
   std::int32_t number = 0;
-  std::string type, name;
+  std::string_view type, name;
   std::optional<std::int32_t> quantity;
   double total = 0;
 };
