@@ -35,8 +35,9 @@ configure_package_config_file(cmake/package/config.cmake.in
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/OndrelCorpComponentsConfigVersion.cmake
                                  COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/OndrelCorpComponentsConfig.cmake
-              ${PROJECT_BINARY_DIR}/OndrelCorpComponentsConfigVersion.cmake
+              ${PROJECT_BINARY_DIR}/OndrelCorpComponentsConfigVersion.cmake cmake/package/duktape.cmake
         DESTINATION ${PACKAGE_CMAKE_FOLDER})
+file(RELATIVE_PATH PREFIX_FROM_PKGCONFIG ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(cmake/package/ondrel_corp_components.pc.in ${PROJECT_BINARY_DIR}/ondrel-corp-components.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/ondrel-corp-components.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
 #include "base/text.h"
 #include "platform/utf16.h"
@@ -40,6 +41,29 @@ constexpr std::array<char16_t, 63> kFullKatakana = {
 // clang-format on
 constexpr char32_t kHalfVoiceMark = 0xFF9E, kHalfHalfVoiceMark = 0xFF9F;
 
+// Signs whose full-width forms stand apart from the letters.
+constexpr std::array<std::pair<char32_t, char32_t>, 7> kWideSigns = {{
+    {U'¢', U'￠'},
+    {U'£', U'￡'},
+    {U'¬', U'￢'},
+    {U'¯', U'￣'},
+    {U'¦', U'￤'},
+    {U'¥', U'￥'},
+    {U'₩', U'￦'},
+}};
+
+char32_t wideSign(char32_t character) {
+  for (const auto& [plain, full] : kWideSigns)
+    if (plain == character) return full;
+  return character;
+}
+
+char32_t narrowSign(char32_t character) {
+  for (const auto& [plain, full] : kWideSigns)
+    if (full == character) return plain;
+  return character;
+}
+
 char32_t voiced(char32_t full) {
   if (full == u'ウ') return u'ヴ';
   const bool takesMark =
@@ -70,6 +94,8 @@ std::string wide(std::string_view text) {
         character = joined;
         position = behind;
       }
+    } else {
+      character = wideSign(character);
     }
     appendCharacter(result, character);
   }
@@ -98,7 +124,7 @@ std::string narrow(std::string_view text) {
     else if (character >= kFirstWide && character <= kLastWide)
       appendCharacter(result, character - kWideShift);
     else
-      appendHalfKatakana(result, character);
+      appendHalfKatakana(result, narrowSign(character));
   }
   return result;
 }

@@ -7,6 +7,7 @@ build=$1
 flags=${*:2}
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
+library_folder=$folder/usr/$(sed -n 's/^CMAKE_INSTALL_LIBDIR:[A-Z]*=//p' "$build/CMakeCache.txt")
 export ONDREL_SETTINGS=$folder/settings.json
 
 fail() {
@@ -20,16 +21,17 @@ cmake -G Ninja -S "$here/consumer" -B "$folder/build" -DCMAKE_PREFIX_PATH="$fold
   -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_C_FLAGS="$flags" > "$folder/log" || { cat "$folder/log"; exit 1; }
 cmake --build "$folder/build" > "$folder/log" || { cat "$folder/log"; exit 1; }
 
+! grep -rn 'libduktape' "$library_folder/cmake" || fail "the path of a library of the machine that built it"
 "$folder/usr/bin/ondrel" register
-grep -q "$folder/usr/lib" "$ONDREL_SETTINGS" || fail "the program registered another library"
+grep -q "$library_folder" "$ONDREL_SETTINGS" || fail "the program registered another library"
 [[ $("$folder/build/c_host") == "0 characters" ]] || fail "the host in C"
 [[ $("$folder/build/cpp_host") == "4 shirts" ]] || fail "the host in C++"
 
-export PKG_CONFIG_PATH=$folder/usr/lib/pkgconfig
+export PKG_CONFIG_PATH=$library_folder/pkgconfig
 [[ $(pkg-config --modversion ondrel-corp-components) == 1.0 ]] || fail "the version of pkg-config"
 # shellcheck disable=SC2046,SC2086
 cc $flags "$folder/c_host.c" -o "$folder/by_pkg_config" $(pkg-config --cflags --libs ondrel-corp-components)
-LD_LIBRARY_PATH=$folder/usr/lib "$folder/by_pkg_config" > /dev/null || fail "the host by pkg-config"
+LD_LIBRARY_PATH=$library_folder "$folder/by_pkg_config" > /dev/null || fail "the host by pkg-config"
 
 [[ -f $folder/usr/share/OndrelCorpComponents/database/schema.sql ]] || fail "no database files"
 [[ -f $folder/usr/share/doc/ondrel-corp-components/reference.md ]] || fail "no documents"

@@ -23,6 +23,8 @@ TEST(HelperFunctions, ConvertTexts) {
       {"Ab ~!", vbWide, "Ａｂ　～！"},
       {"ｶﾞｯﾂ ﾊﾟﾝ ｳﾞｱﾞ｡", vbWide, "ガッツ　パン　ヴア゛。"},
       {"Ａｂ　～！ é", vbNarrow, "Ab ~! é"},
+      {"¢£¬¯¦¥₩ €", vbWide, "￠￡￢￣￤￥￦　€"},
+      {"￠￡￢￣￤￥￦　€", vbNarrow, "¢£¬¯¦¥₩ €"},
       {"ガッツパンヴヂヱ。", vbNarrow, "ｶﾞｯﾂﾊﾟﾝｳﾞﾁﾞヱ｡"},
       {"ひらがなゝ x", vbKatakana, "ヒラガナヽ x"},
       {"カタカナヽー", vbHiragana, "かたかなゝー"},
