@@ -31,7 +31,7 @@ RecordsetRef readOnce(Apartment& apartment, std::string_view sql, bool withTimeo
   apartment.sharedConnection = newConnection(apartment);
   Connection& connection = *apartment.sharedConnection;
   if (withTimeout) connection.setCommandTimeout(kReadTimeoutSeconds);
-  connection.open();
+  withMaskedErrors([&] { connection.open(); });
   apartment.trace.add(sql);
   RecordsetRef table = withMaskedErrors([&] { return connection.query(sql); });
   connection.close();
@@ -51,9 +51,9 @@ RecordsetRef queryDatabaseBatch(Apartment& apartment, std::string_view sql) {
 
 void openTransaction(Apartment& apartment) {
   apartment.sharedConnection = newConnection(apartment);
-  apartment.sharedConnection->open();
+  withMaskedErrors([&] { apartment.sharedConnection->open(); });
   apartment.trace.add("<begin>");
-  apartment.sharedConnection->begin();
+  withMaskedErrors([&] { apartment.sharedConnection->begin(); });
 }
 
 void executeInTransaction(Apartment& apartment, std::string_view sql) {
@@ -76,7 +76,7 @@ RecordsetRef queryInTransaction(Apartment& apartment, std::string_view sql) {
 void commitTransaction(Apartment& apartment) {
   if (!apartment.sharedConnection) return;
   apartment.trace.add("<commit>");
-  apartment.sharedConnection->commit();
+  withMaskedErrors([&] { apartment.sharedConnection->commit(); });
   closeTransaction(apartment);
 }
 

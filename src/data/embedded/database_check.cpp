@@ -29,6 +29,18 @@ std::set<std::string> ownNames(std::string_view statement) {
   return names;
 }
 
+std::string tableFinding(const std::string& table, const Error& error) {
+  constexpr int kSelectDenied = 229;  // of a server
+  if (error.number() == kSelectDenied) return fmt::format("Table {} may not be read by this user", table);
+  const auto says = [&](std::string_view text) {
+    return error.description().find(text) != std::string::npos;
+  };
+  const bool isMissing = error.number() == static_cast<int>(ServerError::InvalidObject) ||
+                         says("(SQLSTATE 42S02)") || says("no such table");
+  return isMissing ? fmt::format("Table {} is missing", table)
+                   : fmt::format("Table {} cannot be read: {}", table, error.description());
+}
+
 // The table without its rows; nothing, and a finding, when the database has none. Without a connection
 // there is nothing to be found.
 RecordsetRef emptyTable(Connection& connection, const std::string& name, Findings& findings) {
@@ -36,9 +48,7 @@ RecordsetRef emptyTable(Connection& connection, const std::string& name, Finding
     return connection.query(fmt::format("select * from {} where 1 = 0", name));
   } catch (const Error& error) {
     if (error.code() == ErrorNumber::ConnectionFailed) throw;
-    const bool isMissing = error.number() == static_cast<int>(ServerError::InvalidObject);
-    findings.push_back(isMissing ? fmt::format("Table {} is missing", name)
-                                 : fmt::format("Table {} cannot be read: {}", name, error.description()));
+    findings.push_back(tableFinding(name, error));
     return nullptr;
   }
 }
@@ -73,6 +83,7 @@ void checkRoutines(Connection& connection, Findings& findings) {
       if (!functions.contains(toLower(function.name)))
         findings.push_back(fmt::format("Function {} is missing", function.name));
   } catch (const Error& error) {
+    if (error.code() == ErrorNumber::ConnectionFailed) throw;
     findings.push_back("Procedures and functions cannot be looked up: " + error.description());
   }
 }

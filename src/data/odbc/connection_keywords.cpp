@@ -67,14 +67,16 @@ constexpr KeywordRow kKeywords[] = {
     {"prompt",                    Keyword::Dropped,          true},
     {"localeidentifier",          Keyword::Dropped,          true},
     {"dumpfile",                  Keyword::DumpsData},
-    {"dumpfileappend",            Keyword::DumpsData},
-    {"debugflags",                Keyword::DumpsData},
-    {"querylog_on",               Keyword::DumpsData},
+    {"dumpfileappend",            Keyword::DumpSwitch},
+    {"debugflags",                Keyword::DumpSwitch},
+    {"querylog_on",               Keyword::DumpSwitch},
     {"querylogfile",              Keyword::DumpsData},
-    {"statslog_on",               Keyword::DumpsData},
+    {"statslog_on",               Keyword::DumpSwitch},
     {"statslogfile",              Keyword::DumpsData},
-    {"trace",                     Keyword::DumpsData},
+    {"trace",                     Keyword::DumpSwitch},
     {"tracefile",                 Keyword::DumpsData},
+    {"filedsn",                   Keyword::File},
+    {"savefile",                  Keyword::File},
 };
 // clang-format on
 
@@ -166,8 +168,17 @@ std::string bracedValue(std::string_view value) {
 std::vector<std::string_view> dumpKeywords() {
   std::vector<std::string_view> names;
   for (const KeywordRow& row : kKeywords)
-    if (row.keyword == Keyword::DumpsData) names.push_back(row.name);
+    if (row.keyword == Keyword::DumpsData || row.keyword == Keyword::DumpSwitch) names.push_back(row.name);
   return names;
+}
+
+bool dumpsData(std::string_view name, std::string_view value) {
+  const KeywordRow* row = rowOf(name);
+  if (!row || value.empty()) return false;
+  if (row->keyword != Keyword::DumpSwitch) return row->keyword == Keyword::DumpsData;
+  constexpr std::string_view kOff[] = {"no", "n", "off", "false", "0"};
+  return std::none_of(std::begin(kOff), std::end(kOff),
+                      [&](std::string_view off) { return equalsIgnoringCase(off, value); });
 }
 
 }  // namespace ondrel

@@ -29,9 +29,11 @@ enum class Keyword {
   Pooling,
   PoolSize,
   PoolIdle,
-  Nested,    // a connection string within
-  Dropped,   // means nothing here
-  DumpsData  // writes traffic to a file
+  Nested,      // a connection string within
+  Dropped,     // means nothing here
+  DumpsData,   // writes traffic to a file
+  DumpSwitch,  // the same, unless its value is one for off
+  File         // settings read from a file, or written to one
 };
 
 struct ConnectionPart {
@@ -53,7 +55,9 @@ std::vector<ConnectionPart> connectionParts(std::string_view text);
 // The value as it goes into a string of ODBC: in braces where it needs them.
 std::string bracedValue(std::string_view value);
 
-// The keywords of drivers that write traffic to a file.
+// The keywords of drivers that write traffic to a file, unless they are switched off.
 std::vector<std::string_view> dumpKeywords();
+// True when a keyword with this value writes traffic to a file.
+bool dumpsData(std::string_view name, std::string_view value);
 
 }  // namespace ondrel

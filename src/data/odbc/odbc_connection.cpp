@@ -45,7 +45,7 @@ class OdbcConnection : public Connection {
   void begin() override {
     OdbcSession& first = session();
     try {
-      first.begin();
+      first.begin(loan_.reused);
     } catch (const Error&) {
       if (!loan_.reused || !first.isLost()) throw;
       giveBack();

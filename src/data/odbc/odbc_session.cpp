@@ -10,6 +10,8 @@ namespace {
 // Of the standard's version 3.8: the next statement finds the connection as if it were new.
 constexpr SQLINTEGER kResetConnection = 116;
 
+constexpr std::string_view kTransactionCount = "select @@trancount";
+
 SQLPOINTER number(std::uintptr_t value) {
   return reinterpret_cast<SQLPOINTER>(value);
 }
@@ -36,7 +38,8 @@ void refuseTrafficLog(const OdbcHandle& connection) {
 OdbcSession::OdbcSession(SQLHANDLE environment, const OdbcTarget& target)
     : password_(target.password),
       connection_(SQL_HANDLE_DBC, environment),
-      beginsAtOnce_(target.beginsAtOnce) {
+      beginsAtOnce_(target.beginsAtOnce),
+      beginsLater_(target.beginsLater) {
   refuseTrafficLog(connection_);
   SQLSetConnectAttr(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT,
                     number(static_cast<std::uintptr_t>(target.loginSeconds)), SQL_IS_UINTEGER);
@@ -78,7 +81,7 @@ RecordsetRef OdbcSession::run(std::string_view sql, bool fetch) {
   requireUse();
   try {
     RecordsetRef table = runOnce(sql, fetch);
-    open_ = state_ == State::InTransaction;
+    if (state_ == State::InTransaction && !open_) open_ = !beginsLater_ || transactionCount().value_or(0) > 0;
     return table;
   } catch (const Error&) {
     if (state_ == State::InTransaction && open_) noteRollback();
@@ -100,17 +103,23 @@ RecordsetRef OdbcSession::runOnce(std::string_view sql, bool fetch) {
   return table;
 }
 
-// Some errors make the server roll the transaction back, a failed conversion for one; what follows would
-// then take effect on its own. Another store does not know the question, which answers it as well.
-void OdbcSession::noteRollback() {
+// Nothing from another store, which does not know the question.
+std::optional<int> OdbcSession::transactionCount() {
   try {
-    const RecordsetRef answer = runOnce("select @@trancount", true);
-    if (!answer->isOpen() || answer->eof() || answer->integer(Column(0)) != 0) return;
-    state_ = State::Over;
-    reason_ = "the server rolled it back when a statement failed";
+    const RecordsetRef answer = runOnce(kTransactionCount, true);
+    if (!answer->isOpen() || answer->eof()) return std::nullopt;
+    return answer->integer(Column(0));
   } catch (const Error&) {
-    return;
+    return std::nullopt;
   }
+}
+
+// Some errors make the server roll the transaction back, a failed conversion for one; what follows would
+// then take effect on its own.
+void OdbcSession::noteRollback() {
+  if (transactionCount() != 0) return;
+  state_ = State::Over;
+  reason_ = "the server rolled it back when a statement failed";
 }
 
 // The error of a later statement of a batch shows only when its result is asked for, so all are.
@@ -143,13 +152,14 @@ SQLRETURN OdbcSession::endTransaction(SQLSMALLINT how) {
   return SQLEndTran(SQL_HANDLE_DBC, connection_.get(), how);
 }
 
-void OdbcSession::begin() {
+void OdbcSession::begin(bool probing) {
   requireUse();
   if (state_ == State::InTransaction)
     throw Error(ErrorNumber::StatementFailed, kOdbcSource,
                 "Only one transaction can be active on this connection");
   try {
     check(setAutocommit(false), connection_);
+    if (probing && beginsLater_) runOnce(kTransactionCount, true);
   } catch (const Error&) {
     state_ = State::Lost;  // nobody knows whether autocommit is off now
     throw;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -31,7 +32,8 @@ class OdbcSession {
 
   // Seconds a statement may take; 0 is no limit.
   void setTimeout(int seconds);
-  void begin();
+  // With `probing` the server is heard from before anything is sent, whenever the driver begins.
+  void begin(bool probing = false);
   void commit();
   // Runs a statement with all of its results. With `fetch` its first result with columns, or a table that is
   // not open when it has none; without, nothing.
@@ -54,6 +56,7 @@ class OdbcSession {
   SQLRETURN endTransaction(SQLSMALLINT how);
   RecordsetRef runOnce(std::string_view sql, bool fetch);
   RecordsetRef readResults(SQLRETURN executed, bool fetch);
+  std::optional<int> transactionCount();
   void noteRollback();
 
   std::string password_;
@@ -62,6 +65,7 @@ class OdbcSession {
   OdbcResult result_;
   State state_ = State::Free;
   bool beginsAtOnce_ = false;
+  bool beginsLater_ = false;
   bool open_ = false;   // the transaction is known to be open on the server
   std::string reason_;  // why it is over
   int timeoutSeconds_ = -1;

@@ -157,8 +157,10 @@ ChosenDriver chosenDriver(const Parts& parts, const OdbcMachine& machine) {
   checkProvider(provider);
   std::string driver = withoutBraces(parts.value(Keyword::Driver));
   std::string source = parts.value(Keyword::DataSource);
-  const bool isOdbc = contains(provider, "msdasql");
-  if (isOdbc && source.empty()) source = parts.value(Keyword::OleServer);
+  const std::string server = parts.value(Keyword::OleServer);
+  const bool isSource = contains(provider, "msdasql") || (provider.empty() && !server.empty() &&
+                                                          !machine.sourceValue(server, "Driver").empty());
+  if (isSource && driver.empty() && source.empty()) source = server;
   if (driver.empty() && !source.empty())
     return {"", source, familyOf(machine.sourceValue(source, "Driver"), machine)};
   const bool isForeign = std::any_of(std::begin(kForeignDrivers), std::end(kForeignDrivers),
@@ -268,6 +270,8 @@ bool isOurs(Keyword keyword) {
     case Keyword::PoolSize:
     case Keyword::PoolIdle:
     case Keyword::Dropped:
+    case Keyword::DumpsData:
+    case Keyword::DumpSwitch:
       return true;
     default:
       return false;
@@ -291,14 +295,24 @@ std::string targetText(const Parts& parts, const ChosenDriver& chosen, const Odb
 
 // ---- what is refused
 
-void refuseDumps(const Parts& parts, const ChosenDriver& chosen, const OdbcMachine& machine) {
-  constexpr std::string_view kRefused =
-      "{} is refused: it writes what passes to a file, and card numbers pass";
-  if (const ConnectionPart* part = parts.find(Keyword::DumpsData))
-    fail(ErrorNumber::ConnectionFailed, fmt::format(kRefused, part->name));
+constexpr std::string_view kRefused = "{} is refused: it writes what passes to a file, and card numbers pass";
+
+void refuseFiles(const Parts& parts) {
+  for (const ConnectionPart& part : parts.all()) {
+    if (dumpsData(part.name, part.value))
+      fail(ErrorNumber::ConnectionFailed, fmt::format(kRefused, part.name));
+    if (part.keyword == Keyword::File)
+      fail(
+          ErrorNumber::ConnectionFailed,
+          fmt::format("{} is refused: a file of settings may name a log of what passes, or hold the password",
+                      part.name));
+  }
+}
+
+void refuseDumps(const ChosenDriver& chosen, const OdbcMachine& machine) {
   if (chosen.source.empty()) return;
   for (const std::string_view keyword : dumpKeywords())
-    if (!machine.sourceValue(chosen.source, keyword).empty())
+    if (dumpsData(keyword, machine.sourceValue(chosen.source, keyword)))
       fail(ErrorNumber::ConnectionFailed,
            fmt::format(kRefused, fmt::format("{} of the data source {}", keyword, chosen.source)));
 }
@@ -318,12 +332,14 @@ Parts partsOf(const ConnectionSettings& settings) {
 
 OdbcTarget odbcTarget(const ConnectionSettings& settings, const OdbcMachine& machine) {
   const Parts parts = partsOf(settings);
+  refuseFiles(parts);
   const ChosenDriver chosen = chosenDriver(parts, machine);
-  refuseDumps(parts, chosen, machine);
+  refuseDumps(chosen, machine);
   OdbcTarget target;
   target.text = targetText(parts, chosen, machine);
   target.password = parts.value(Keyword::Password);
   target.beginsAtOnce = chosen.family == Family::FreeTds;
+  target.beginsLater = chosen.family == Family::Maker;
   if (target.password.empty() && !chosen.source.empty())
     target.password = machine.sourceValue(chosen.source, "PWD");
   if (const auto* part = parts.find(Keyword::Pooling)) target.pool.pooled = isYes(part->value);

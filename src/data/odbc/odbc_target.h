@@ -24,6 +24,7 @@ struct OdbcTarget {
   std::string text;           // for the driver manager; holds the password
   std::string password;       // which must not be shown
   bool beginsAtOnce = false;  // a transaction opens when autocommit goes off, not with the next statement
+  bool beginsLater = false;   // with the first statement that needs one; the server is asked whether it has
   int loginSeconds = 15;
   PoolSettings pool;
 };
@@ -39,6 +40,7 @@ struct OdbcMachine {
 
 // What a connection string comes to, as shops have them: of OLE DB ("Provider=SQLOLEDB;Data Source=..;Initial
 // Catalog=.."), of ODBC ("Driver={FreeTDS};Server=..;UID=.."), or a data source ("DSN=shop" or "shop").
+// "Data Source" without a provider is one where the machine has it, else a server.
 // A user and password of the settings that are not empty go before those of the string.
 //
 // | keyword                        | effect                                                              |
@@ -49,7 +51,7 @@ struct OdbcMachine {
 //
 // Error ProviderFailure for a provider or a server without a driver, InvalidArgument for a string that does
 // not parse, ConnectionFailed for an option that writes traffic to a file, since card numbers
-// pass. No value of the string stands in an error.
+// pass, or that keeps settings in one. No value of the string stands in an error.
 OdbcTarget odbcTarget(const ConnectionSettings& settings, const OdbcMachine& machine);
 
 }  // namespace ondrel

@@ -71,7 +71,8 @@ std::string trafficLog() {
     if (std::getenv(name)) return std::string("The environment variable ") + name;
   for (const std::string& file :
        {environment("FREETDSCONF"), environment("FREETDS") + "/etc/freetds.conf",
-        environment("HOME") + "/.freetds.conf", std::string("/etc/freetds/freetds.conf")})
+        environment("HOME") + "/.freetds.conf", std::string("/etc/freetds/freetds.conf"),
+        std::string("/etc/freetds.conf"), std::string("/usr/local/etc/freetds.conf")})
     if (dumps(file)) return "The dump file of " + file;
   return "";
 }

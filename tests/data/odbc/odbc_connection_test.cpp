@@ -4,12 +4,16 @@
 #include <gtest/gtest.h>
 #include <sql.h>
 #include <sqlext.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <thread>
 
 #include "base/text.h"
+#include "data/embedded/embedded_store.h"
 #include "data/query_database.h"
 #include "scripted_server.h"
 #include "support/error_of.h"
@@ -17,8 +21,12 @@
 namespace ondrel {
 namespace {
 
+using testing::AllOf;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsSupersetOf;
+using testing::MatchesRegex;
 using testing::Not;
 
 ServerResult failure(std::string state, int number, std::string text) {
@@ -63,6 +71,9 @@ class OdbcConnections : public testing::Test {
     std::erase_if(log,
                   [](const std::string& step) { return step == "<reset>" || step.starts_with("<timeout"); });
     return log;
+  }
+  void countTransactions(std::int64_t count) {
+    server.answer("select @@trancount", {rowsOf({{"", SQL_INTEGER, 10}}, {{count}})});
   }
   OdbcTarget target() { return odbcTarget({text, "", "", nullptr}, {}); }
 
@@ -126,6 +137,8 @@ TEST_F(OdbcConnections, MapTheTypesOfTheServer) {
       {SQL_CHAR,           "ab  ",                             FieldType::Text,    "ab  "},
       {SQL_VARCHAR,        "",                                 FieldType::Text,    ""},
       {SQL_WVARCHAR,       "Zoë €",                            FieldType::Text,    "Zoë €"},
+      {SQL_LONGVARCHAR,    "x",                                FieldType::Text,    "x"},
+      {SQL_WCHAR,          "é ",                               FieldType::Text,    "é "},
       {SQL_WLONGVARCHAR,   "x",                                FieldType::Text,    "x"},
       {SQL_GUID,           "6F9619FF-8B86-D011-B42D-00C04FC964FF", FieldType::Text, "6F9619FF-8B86-D011-B42D-00C04FC964FF"},
   };
@@ -214,9 +227,16 @@ TEST_F(OdbcConnections, SayWhyTheyCannotConnectWithoutThePassword) {
               "Cannot connect: (a text that holds the password) (SQLSTATE 28000)");
   EXPECT_THAT(descriptionOf([&] { open(";PWD=ack"); }), HasSubstr("of a sack: 'a'")) << "part of a word";
   server.refuseConnections({});
-  setenv("TDSDUMP", "/tmp/dump", 1);
-  EXPECT_THAT(descriptionOf([&] { open(); }), HasSubstr("TDSDUMP is refused"));
-  unsetenv("TDSDUMP");
+  const auto file =
+      std::filesystem::temp_directory_path() / ("freetds-" + std::to_string(getpid()) + ".conf");
+  std::ofstream(file) << "[global]\n\tdump file = /tmp/dump\n";
+  for (const char* name : {"TDSDUMP", "TDSDUMPCONFIG", "FREETDSCONF"}) {
+    setenv(name, file.c_str(), 1);
+    EXPECT_THAT(descriptionOf([&] { open(); }), MatchesRegex(".*(TDSDUMP|dump file of).* is refused.*"))
+        << name;
+    unsetenv(name);
+  }
+  std::filesystem::remove(file);
   EXPECT_EQ(open()->query("select 1")->integer("one"), 1);
 }
 
@@ -254,6 +274,19 @@ TEST_F(OdbcConnections, BeginOnceMoreWhenThePoolsConnectionDied) {
   EXPECT_THROW(fresh->begin(), Error) << "it did not come from the pool";
 }
 
+TEST_F(OdbcConnections, ShowNoCardNumberHoweverTheyFail) {
+  const ServerMessage said{"HY000", 1, "about 4111111111111111"};
+  for (const auto fail :
+       {&ScriptedServer::refuseConnections, &ScriptedServer::failAutocommit, &ScriptedServer::failCommits}) {
+    page.sharedConnection = nullptr;
+    pool = std::make_shared<OdbcPool>();
+    (server.*fail)(said);
+    EXPECT_THAT(descriptionOf([&] { executeInTransaction(page, "insert a"); }),
+                AllOf(HasSubstr("about"), Not(HasSubstr("4111111111111111"))));
+    (server.*fail)({});
+  }
+}
+
 // What was sent before is lost or done already: what follows must not go out on its own.
 TEST_F(OdbcConnections, SendNothingMoreOnceATransactionIsOver) {
   server.answer("insert b", {failure("42000", 1205, "Transaction was deadlocked")});
@@ -274,7 +307,7 @@ TEST_F(OdbcConnections, SendNothingMoreOnceATransactionIsOver) {
   }
   server.answer("insert f", {failure("22018", 245, "Conversion failed")});
   const auto afterFailure = [&](std::int64_t transactions) {
-    server.answer("select @@trancount", {rowsOf({{"", SQL_INTEGER, 10}}, {{transactions}})});
+    countTransactions(transactions);
     openTransaction(page);
     executeInTransaction(page, "insert a");
     EXPECT_THROW(executeInTransaction(page, "insert f"), Error);
@@ -319,6 +352,62 @@ TEST_F(OdbcConnections, ReportAFailedCommitAsInDoubt) {
   closeTransaction(page);
   EXPECT_THAT(seen(), ElementsAre("<connect>", "<autocommit off>", "insert a", "<commit>", "<rollback>",
                                   "<disconnect>"));
+}
+
+// The double under a name by which it is taken for the maker's driver.
+class WithTheMakersDriver : public OdbcConnections {
+ protected:
+  WithTheMakersDriver() {
+    std::filesystem::remove(library);
+    std::filesystem::create_symlink(text.substr(7, text.find(';') - 7), library);
+    page.DBConnectionString = "Driver=" + library.string() + text.substr(text.find(';'));
+    server.beginLater();
+  }
+  ~WithTheMakersDriver() override { std::filesystem::remove(library); }
+
+  std::filesystem::path library =
+      std::filesystem::temp_directory_path() / ("libmsodbcsql-" + std::to_string(getpid()) + ".so");
+};
+
+TEST_F(WithTheMakersDriver, TheServerIsHeardBeforeATransaction) {
+  countTransactions(1);
+  queryDatabase(page, "select 1");
+  server.breakConnections();
+  seen();
+  executeInTransaction(page, "insert a");
+  EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "select @@trancount", "<disconnect>", "<connect>",
+                                  "<autocommit off>", "insert a", "select @@trancount", "<commit>",
+                                  "<autocommit on>"));
+}
+
+TEST_F(WithTheMakersDriver, AStatementThatOpensNoTransactionRollsNoneBack) {
+  server.answer("insert f", {failure("23000", 2627, "no")});
+  for (const std::int64_t opened : {0, 1}) {
+    countTransactions(opened);
+    openTransaction(page);
+    queryInTransaction(page, "select 1");
+    countTransactions(0);
+    EXPECT_THROW(executeInTransaction(page, "insert f"), Error);
+    EXPECT_EQ(errorOf([&] { executeInTransaction(page, "insert g"); }) == 0, opened == 0);
+    closeTransaction(page);
+  }
+}
+
+TEST_F(OdbcConnections, CheckADatabase) {
+  server.answer("select * from Ticket where 1 = 0", {failure("42S02", 0, "gone")});
+  server.answer("select * from Customer where 1 = 0", {failure("42000", 229, "SELECT was denied")});
+  server.answer("select * from Surcharge where 1 = 0", {failure("42000", 8180, "busy")});
+  server.answer("select name from sysobjects where xtype in ('P', 'PC')",
+                {rowsOf({{"name", SQL_WVARCHAR, 128}}, {})});
+  const auto connection = open();
+  const std::vector<std::string> findings = checkDatabase(*connection, CheckedStore::Server);
+  EXPECT_THAT(findings,
+              IsSupersetOf({"Table Ticket is missing", "Table Customer may not be read by this user",
+                            "Table Surcharge cannot be read: busy (SQLSTATE 42000)"}));
+  EXPECT_THAT(findings, Not(Contains(HasSubstr("Table Ticket has"))));
+  server.breakAt("select name from sysobjects where xtype in ('FN', 'FS')");
+  EXPECT_EQ(errorOf([&] { checkDatabase(*connection, CheckedStore::Server); }),
+            static_cast<int>(ErrorNumber::ConnectionFailed));
 }
 
 // ---- the pool

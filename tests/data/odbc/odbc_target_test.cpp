@@ -11,10 +11,15 @@ OdbcMachine machineWith(std::vector<std::string> drivers) {
   return {std::move(drivers),
           [](std::string_view source, std::string_view key) -> std::string {
             if (key == "Driver")
-              return source == "other" ? "x" : source == "named" ? "TDS" : "/usr/lib/libtdsodbc.so";
+              return source == "till"    ? ""
+                     : source == "other" ? "x"
+                     : source == "named" ? "TDS"
+                                         : "/usr/lib/libtdsodbc.so";
             if (key == "Encrypt") return source == "secret" ? "strict" : source == "named" ? "yes" : "";
             if (source == "shop" && key == "PWD") return "of the source";
-            return source == "dumping" && key == "querylog_on" ? "/tmp/x" : "";
+            return source == "dumping" && key == "querylog_on" ? "Y"
+                   : source == "shop" && key == "trace"        ? "No"
+                                                               : "";
           },
           [](std::string_view driver) {
             const bool isFreeTds = driver == "TDS" || driver == "SQL Server";
@@ -59,6 +64,10 @@ TEST(OdbcTarget, WithFreeTds) {
        "Driver=/opt/libtdsodbc.so;ClientCharset=UTF-8;Server=till;Port=1433;PWD=\xE4;"},
       // data sources
       {"shop", "DSN=shop;ClientCharset=UTF-8;"},
+      {"Data Source=shop;User ID=sa", "DSN=shop;ClientCharset=UTF-8;UID=sa;"},
+      {"Data Source=till;User ID=sa", "Driver=FreeTDS;ClientCharset=UTF-8;Server=till;Port=1433;UID=sa;"},
+      {"Driver=FreeTDS;Server=till;Trace=No;QueryLog_On=off;DumpFile=", "Driver=FreeTDS;ClientCharset=UTF-8;Server=till;Port=1433;"},
+      {"Driver=SQLite3;Database=a;Trace=0", "Driver=SQLite3;Database=a;"},
       {"named", "DSN=named;ClientCharset=UTF-8;Encryption=require;"},
       {"DSN=named;Encrypt=no", "DSN=named;ClientCharset=UTF-8;"},
       // drivers under names of the shop's own
@@ -112,6 +121,9 @@ TEST(OdbcTarget, TellsErrorsWithoutValues) {
       {"Driver=FreeTDS;Server=x;Max Pool Size=secret", ErrorNumber::InvalidArgument, "Max Pool Size"},
       {"Driver=FreeTDS;Server=x;DumpFile=/secret", ErrorNumber::ConnectionFailed, "DumpFile is refused"},
       {"Driver=x;QueryLog_On=yes;PWD=secret", ErrorNumber::ConnectionFailed, "QueryLog_On is refused"},
+      {"Driver=x;Trace=no;Trace=secret", ErrorNumber::ConnectionFailed, "Trace is refused"},
+      {"FILEDSN=/secret", ErrorNumber::ConnectionFailed, "FILEDSN is refused"},
+      {"DSN=shop;SaveFile=/secret", ErrorNumber::ConnectionFailed, "SaveFile is refused"},
       {"DSN=dumping;PWD=secret", ErrorNumber::ConnectionFailed, "querylog_on of the data source dumping"},
   };
   // clang-format on
