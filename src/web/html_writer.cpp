@@ -2,11 +2,12 @@
 
 #include "base/text.h"
 #include "data/values.h"
+#include "web/whole_number.h"
 
 namespace ondrel {
 
 HtmlWriter& HtmlWriter::raw(std::int32_t number) {
-  appendNumber(text_, number);
+  appendWhole(text_, number);
   return *this;
 }
 

@@ -4,6 +4,7 @@
 #include "data/values.h"
 #include "invoice/invoice.h"
 #include "web/line_views.h"
+#include "web/whole_number.h"
 
 namespace ondrel {
 namespace {
@@ -21,17 +22,25 @@ class JsonWriter {
     text_ += text;
     return *this;
   }
+  JsonWriter& raw(char sign) {
+    text_ += sign;
+    return *this;
+  }
   // "name":"value"
   JsonWriter& field(std::string_view name, std::string_view value) {
     start(name);
     appendJsonEscaped(text_, value);
-    return raw("\"");
+    return raw('"');
   }
-  template <class Number>
-  requires std::is_arithmetic_v<Number> JsonWriter& field(std::string_view name, Number value) {
+  JsonWriter& field(std::string_view name, std::int32_t value) {
+    start(name);
+    appendWhole(text_, value);
+    return raw('"');
+  }
+  JsonWriter& field(std::string_view name, double value) {
     start(name);
     appendNumber(text_, value);
-    return raw("\"");
+    return raw('"');
   }
   JsonWriter& field(std::string_view name, const std::string& value) {
     return field(name, std::string_view(value));
@@ -43,7 +52,7 @@ class JsonWriter {
   std::string take() { return std::move(text_); }
 
  private:
-  JsonWriter& start(std::string_view name) { return raw("\"").raw(name).raw("\":\""); }
+  JsonWriter& start(std::string_view name) { return raw('"').raw(name).raw("\":\""); }
 
   std::string text_;
 };
@@ -60,28 +69,28 @@ void writeDescriptors(JsonWriter& json, std::span<const ChildLine> children) {
   json.raw("\"descriptors\": [");
   std::string_view separator;
   for (const ChildLine& child : children) {
-    json.raw(separator).raw("{").field("lineid", child.number).raw(",").field("name", child.name).raw(",");
-    json.field("type", child.type).raw(",");
+    json.raw(separator).raw('{').field("lineid", child.number).raw(',').field("name", child.name).raw(',');
+    json.field("type", child.type).raw(',');
     if (child.quantity)
-      json.field("quantity", *child.quantity).raw(",");
+      json.field("quantity", *child.quantity).raw(',');
     else
-      json.field("quantity", std::string_view()).raw(",");
-    json.field("price", child.total).raw("}");
+      json.field("quantity", std::string_view()).raw(',');
+    json.field("price", child.total).raw('}');
     separator = ", ";
   }
-  json.raw("]");
+  json.raw(']');
 }
 
 // What both views of a line begin with.
 void writeLineHead(JsonWriter& json, const Recordset& line) {
-  json.raw("{").number("lineid", line, lineNumber).raw(",");
-  json.number("deptid", line, deptId).raw(",");
-  json.number("id", line, lineItemId).raw(",");
-  json.field("name", line.textView(itemName)).raw(",");
-  json.field("type", line.textView(itemType)).raw(",");
-  json.number("quantity", line, quantity).raw(",");
+  json.raw('{').number("lineid", line, lineNumber).raw(',');
+  json.number("deptid", line, deptId).raw(',');
+  json.number("id", line, lineItemId).raw(',');
+  json.field("name", line.textView(itemName)).raw(',');
+  json.field("type", line.textView(itemType)).raw(',');
+  json.number("quantity", line, quantity).raw(',');
   writePrice(json, line);
-  json.raw(",");
+  json.raw(',');
 }
 
 void writeLineEnd(JsonWriter& json, const Recordset& line, const ChildLines& children,
@@ -89,7 +98,7 @@ void writeLineEnd(JsonWriter& json, const Recordset& line, const ChildLines& chi
   const std::int32_t number = line.integer(lineNumber);
   if (number == selected) json.raw("\"selected\": 1,");
   writeDescriptors(json, children.of(number));
-  json.raw("}");
+  json.raw('}');
 }
 
 }  // namespace
@@ -99,17 +108,17 @@ Variant Invoice::toJSON() {
   const ChildLines children(*lineItems);
   const RecordsetRef lines = lineItems->clone();  // in table order, whatever the last panel sorted by
   JsonWriter json(kExpectedLineSize * static_cast<size_t>(lines->recordCount()));
-  json.raw("{").field("id", ticketNo).raw(", ").field("invoice", invoiceNo).raw(", ");
+  json.raw('{').field("id", ticketNo).raw(", ").field("invoice", invoiceNo).raw(", ");
   json.field("datecreated", createdDate.text()).raw(", \"departments\": [");
   std::string_view betweenDepartments;
   for (const LineDepartment& department : departmentsOf(*lines)) {
     if (department.id.isNull()) continue;
     json.raw(betweenDepartments)
-        .raw("{")
+        .raw('{')
         .field("deptid", department.id.toLong())
-        .raw(",")
+        .raw(',')
         .field("name", department.name.joined());
-    json.raw(",").field("datedue", getDeptDueDate(department.name).toText()).raw(",\"items\": [");
+    json.raw(',').field("datedue", getDeptDueDate(department.name).toText()).raw(",\"items\": [");
     std::string_view betweenLines;
     lines->setFilter(fmt::format("deptID = {} and parentLineNumber < 0", department.id.toLong()));
     for (; !lines->eof(); lines->moveNext()) {
@@ -130,10 +139,10 @@ Variant Invoice::jsonItem(const Variant& line) {
   if (!line.joined().empty() && findLine(line)) {
     JsonWriter json(kExpectedLineSize);
     writeLineHead(json, *lineItems);
-    json.field("baseprice", lineItems->number(lineItemTotal)).raw(",");
-    json.field("heatseal", lineItems->text(heatSeal)).raw(",");
-    json.field("notes", lineItems->text(notes)).raw(",");
-    json.field("datedue", lineItems->value(dueDate).joined()).raw(",");
+    json.field("baseprice", lineItems->number(lineItemTotal)).raw(',');
+    json.field("heatseal", lineItems->text(heatSeal)).raw(',');
+    json.field("notes", lineItems->text(notes)).raw(',');
+    json.field("datedue", lineItems->value(dueDate).joined()).raw(',');
     writeLineEnd(json, *lineItems, ChildLines(*lineItems), selectedLineNumber);
     result = json.take();
   }
