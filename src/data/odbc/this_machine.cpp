@@ -1,6 +1,8 @@
 #include "data/odbc/this_machine.h"
 
 #include <odbcinst.h>
+#include <pwd.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstdlib>
@@ -49,6 +51,15 @@ std::string environment(const char* name) {
   return value ? value : "";
 }
 
+// Where FreeTDS looks for a user's own file, whatever HOME says.
+std::string homeOfUser() {
+  std::array<char, 4 * kSettingLength> room{};
+  passwd entry{};
+  passwd* found = nullptr;
+  const int code = getpwuid_r(getuid(), &entry, room.data(), room.size(), &found);
+  return code == 0 && found ? found->pw_dir : "";
+}
+
 bool dumps(const std::string& configuration) {
   std::ifstream file(configuration);
   for (std::string line; std::getline(file, line);) {
@@ -69,10 +80,10 @@ const OdbcMachine& thisMachine() {
 std::string trafficLog() {
   for (const char* name : {"TDSDUMP", "TDSDUMPCONFIG"})
     if (std::getenv(name)) return std::string("The environment variable ") + name;
-  for (const std::string& file :
-       {environment("FREETDSCONF"), environment("FREETDS") + "/etc/freetds.conf",
-        environment("HOME") + "/.freetds.conf", std::string("/etc/freetds/freetds.conf"),
-        std::string("/etc/freetds.conf"), std::string("/usr/local/etc/freetds.conf")})
+  for (const std::string& file : {environment("FREETDSCONF"), environment("FREETDS") + "/etc/freetds.conf",
+                                  environment("HOME") + "/.freetds.conf", homeOfUser() + "/.freetds.conf",
+                                  std::string("/etc/freetds/freetds.conf"), std::string("/etc/freetds.conf"),
+                                  std::string("/usr/local/etc/freetds.conf")})
     if (dumps(file)) return "The dump file of " + file;
   return "";
 }
