@@ -26,7 +26,7 @@ after(async () => {
 beforeEach(async () => {
   context = await chrome.newContext({ viewport: { width: 1280, height: 800 }, bypassCSP: true });
   page = await context.newPage();
-  page.setDefaultTimeout(5000);
+  page.setDefaultTimeout(20000);
   await page.goto(host.address);
   await page.getByRole("button", { name: "Pat O'Dell" }).click();
 });
