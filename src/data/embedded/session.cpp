@@ -355,6 +355,7 @@ RecordsetRef Session::fetchRows(Prepared& prepared) {
 // ---- definitions
 
 void Session::runKept(std::string_view sql) {
+  deadline_.reset();
   sqlite3_stmt* statement = context_.prepared(sql);
   const int code = sqlite3_step(statement);
   sqlite3_reset(statement);

@@ -33,7 +33,8 @@ StatementPattern::StatementPattern(std::string_view statement, std::span<const i
     if (atEnd) return;
     const auto number = static_cast<int>(gaps_.size());
     const bool isFixed = std::find(fixed.begin(), fixed.end(), number) != fixed.end();
-    gaps_.push_back({static_cast<std::uint32_t>(text_.size()), token.kind, expectsValue, isFixed,
+    gaps_.push_back({static_cast<std::uint32_t>(text_.size()), token.kind, expectsValue,
+                     token.kind == TokenKind::Number && token.text.starts_with('.'), isFixed,
                      isFixed ? std::string(token.text) : std::string()});
     start = lexer.position();
   }
@@ -52,6 +53,7 @@ bool StatementPattern::fits(std::string_view statement, std::vector<Token>& lite
     if (!continuesWith(length)) return false;
     const Token token = lexer.literalAt(at + length, gap.expectsValue);
     if (token.kind != gap.kind || (gap.isFixed && token.text != gap.value)) return false;
+    if (gap.startsWithPoint && !token.text.starts_with('.')) return false;
     literals.push_back(token);
     at = lexer.position();
     from = gap.end;

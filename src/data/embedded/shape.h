@@ -34,6 +34,7 @@ class StatementPattern {
     std::uint32_t end;  // of the text before the literal, in text_
     TokenKind kind;
     bool expectsValue;
+    bool startsWithPoint;  // a digit in its place would belong to the word before it
     bool isFixed;
     std::string value;  // of one that is fixed
   };

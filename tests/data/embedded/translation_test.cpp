@@ -150,6 +150,9 @@ TEST(Translation, APatternLetsNothingElsePass) {
                   .fits("select top 5 a from t where b = -22.5", literals));
   EXPECT_FALSE(StatementPattern("select top 5 a from t where b = 1", kFixed)
                    .fits("select top 6 a from t where b = 1", literals));
+  // "and1" is a word.
+  EXPECT_FALSE(StatementPattern("a = 2 and.5 < x", {}).fits("a = 2 and1.5 < x", literals));
+  EXPECT_TRUE(StatementPattern("a = 2 and.5 < x", {}).fits("a = 3 and.75 < x", literals));
 }
 
 }  // namespace
