@@ -1,7 +1,7 @@
 #include <fmt/format.h>
 
-#include "data/card_numbers.h"
 #include "cards/credit_card_processing.h"
+#include "data/card_numbers.h"
 #include "data/query_database.h"
 
 namespace ondrel {

@@ -2,8 +2,8 @@
 
 #include "base/passed_over.h"
 #include "base/text.h"
-#include "data/card_numbers.h"
 #include "data/card_masking.h"
+#include "data/card_numbers.h"
 #include "data/query_database.h"
 #include "data/values.h"
 

@@ -149,38 +149,67 @@ void bindParts(const std::vector<Tokens>& parts, const Secrets& secrets, std::ve
       if (token.isValue() && !hasLetters(token)) values.push_back({&token, CardSecret::Number});
 }
 
-// (a, b) values (1, 2), (3, 4) with `at` on the word.
-void bindInsert(Tokens tokens, size_t at, std::vector<BoundValue>& values) {
-  size_t opening = at;
-  while (opening > 0 && !tokens[opening].isMark('(')) --opening;
-  Secrets secrets;
-  for (const Tokens column : partsOf(tokens.subspan(opening + 1, at - opening - 1)))
-    secrets.push_back(column.empty() ? std::nullopt : secretOf(column.back()));
-  const auto isSecret = [](const std::optional<CardSecret>& secret) { return secret.has_value(); };
-  if (std::none_of(secrets.begin(), secrets.end(), isSecret)) return;
-  for (size_t row = at + 1; row < tokens.size() && tokens[row].isMark('(');) {
-    const std::vector<Tokens> parts = partsOf(tokens.subspan(row + 1));
-    bindParts(parts, secrets, values);
-    const Token* end = parts.back().data() + parts.back().size();
-    row = static_cast<size_t>(end - tokens.data()) + 1;
-    if (row < tokens.size() && tokens[row].isMark(',')) ++row;
-  }
+// How many of `tokens` the parts take, which begin with the first.
+size_t lengthOf(const std::vector<Tokens>& parts, Tokens tokens) {
+  return static_cast<size_t>(parts.back().data() + parts.back().size() - tokens.data());
 }
 
+// Rows (1, 2), (3, 4) behind the word `values`. Gives the place behind them.
+size_t bindRows(Tokens tokens, size_t row, const Secrets& secrets, std::vector<BoundValue>& values) {
+  while (row < tokens.size() && tokens[row].isMark('(')) {
+    const Tokens rest = tokens.subspan(row + 1);
+    const std::vector<Tokens> parts = partsOf(rest);
+    bindParts(parts, secrets, values);
+    row += lengthOf(parts, rest) + 2;
+    if (row < tokens.size() && tokens[row].isMark(',')) ++row;
+  }
+  return row;
+}
+
+// What the columns between the brackets hold; empty where none of them is secret.
+Secrets secretsOf(Tokens columns) {
+  Secrets secrets;
+  for (const Tokens column : partsOf(columns))
+    secrets.push_back(column.empty() ? std::nullopt : secretOf(column.back()));
+  const auto isSecret = [](const std::optional<CardSecret>& secret) { return secret.has_value(); };
+  return std::any_of(secrets.begin(), secrets.end(), isSecret) ? secrets : Secrets();
+}
+
+// One walk: what is bound by a list is passed over, so that long text costs no more than its length.
+//
+// | met                          | bound                                   |
+// |------------------------------|-----------------------------------------|
+// | column = value               | the value                               |
+// | (columns) values (..), (..)  | the values below columns of card data   |
+// | a procedure of kArguments    | its argument that is a card number      |
 std::vector<BoundValue> boundValues(Tokens tokens) {
   std::vector<BoundValue> values;
+  std::optional<size_t> opening;  // the latest bracket that is open
+  Tokens columns;                 // between the latest pair of brackets
   for (size_t k = 0; k < tokens.size(); ++k) {
+    if (tokens[k].isMark('(')) opening = k;
+    if (tokens[k].isMark(')')) {
+      columns = opening ? tokens.subspan(*opening + 1, k - *opening - 1) : Tokens();
+      opening.reset();
+    }
     if (tokens[k].kind != TokenKind::Word) continue;
     const auto secret = secretOf(tokens[k]);
     if (secret && k + 2 < tokens.size() && tokens[k + 1].isMark('='))
       bind(tokens.subspan(k + 2, 1), *secret, values);
-    if (equalsIgnoringCase(tokens[k].text, "values") && k > 0 && tokens[k - 1].isMark(')'))
-      bindInsert(tokens, k, values);
+    if (equalsIgnoringCase(tokens[k].text, "values") && k > 0 && tokens[k - 1].isMark(')')) {
+      const Secrets secrets = secretsOf(columns);
+      if (!secrets.empty()) k = bindRows(tokens, k + 1, secrets, values) - 1;
+      continue;
+    }
     for (const auto& [procedure, count, position] : kArguments) {
       if (!equalsIgnoringCase(tokens[k].text, procedure)) continue;
       Secrets secrets(count);
       secrets[position] = CardSecret::Number;
-      bindParts(partsOf(tokens.subspan(k + 1)), secrets, values);
+      const Tokens rest = tokens.subspan(k + 1);
+      const std::vector<Tokens> parts = partsOf(rest);
+      bindParts(parts, secrets, values);
+      k += lengthOf(parts, rest);
+      break;
     }
   }
   return values;

@@ -137,14 +137,18 @@ size_t trackLengthAt(std::string_view text, size_t start) {
   return end - start;
 }
 
-// Appends what begins at `start`, masked, and gives its length.
-size_t appendMasked(std::string_view text, size_t start, std::string& result) {
+// Appends what begins at `start`, masked, and gives its length. What stands between two literals, values and the
+// commas that part them, is no literal itself; without a comma it may be, in text with an apostrophe of its own.
+size_t appendMasked(std::string_view text, size_t start, bool& isInLiteral, std::string& result) {
   size_t length = std::max<size_t>(guidLengthAt(text, start), 1);
   if (length == 1 && text[start] == '\'') {
-    if (const Found literal = cardLiteralAt(text, start); literal.length > 0) {
+    const Found literal = cardLiteralAt(text, start);
+    const std::string_view content = text.substr(start, literal.length);
+    if (literal.length > 0 && (!isInLiteral || content.find(',') == std::string_view::npos)) {
       result += "'" + maskedCardNumber(literal.digits) + "'";
       return literal.length;
     }
+    isInLiteral = !isInLiteral;
   } else if (length == 1 && isDigit(text[start])) {
     if (const Found number = cardNumberAt(text, start); number.length > 0) {
       result += maskedCardNumber(number.digits);
@@ -171,7 +175,8 @@ std::string maskCardData(std::string_view text) {
   const std::string bound = maskCardColumns(text);
   std::string result;
   result.reserve(bound.size());
-  for (size_t at = 0; at < bound.size();) at += appendMasked(bound, at, result);
+  bool isInLiteral = false;
+  for (size_t at = 0; at < bound.size();) at += appendMasked(bound, at, isInLiteral, result);
   return result;
 }
 
