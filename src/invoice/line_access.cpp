@@ -1,9 +1,11 @@
 #include "invoice/line_access.h"
 
+#include "base/text.h"
+
 namespace ondrel {
 
 bool findLine(Recordset& lines, const Variant& number) {
-  lines.setFilter("lineNumber=" + std::to_string(number.toLong()));
+  lines.setFilter("lineNumber=" + numberText(number.toDouble()));
   return !lines.eof();
 }
 

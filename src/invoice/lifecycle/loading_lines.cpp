@@ -200,14 +200,14 @@ void Invoice::loadPrintGarmentLine(const StoredLines& lines, const LoadStep& ste
 
 void Invoice::addGarmentLine(const StoredLines& lines, const LoadStep& step) {
   loadDepartmentLine(lines, step);
-  lineItems->setValue(itemType, kind::garment);
   for (const ParentSum& each : kParentSums) lineItems->setValue(each.sum, 0);
 }
 
 // Garments, charges and department lines put their department on the list of the invoice.
 void Invoice::loadDepartmentLine(const StoredLines& lines, const LoadStep& step) {
   addStoredLine(lines, step);
-  lineItems->setValue(itemType, step.type);
+  // A line of a quick drop-off keeps its kind as it was written.
+  if (step.type != kind::department) lineItems->setValue(itemType, step.type);
   if (lineItems->isNull(deptId)) return;
   const std::int32_t department = lineItems->integer(deptId);
   if (isDepartmentLoaded(department)) return;

@@ -48,7 +48,8 @@ Variant Invoice::liColTotal(const Variant& col, const Variant& filter) {
 // | subtotal                   | goods                      |                | the sum          |
 // | discount                   | PR, VI, RE                 |                | no               |
 //
-// A loyalty discount lowers what is shown and what is taxed, but not what is to pay. None of the first three falls below 0.
+// A loyalty discount lowers what is shown and what is taxed, but not what is to pay. None of the first three
+// falls below 0.
 
 double Invoice::getInvoiceAmountToPay() {
   return roundedNotBelowZero(sumLines(kGoodsTaxSurcharge, centsOf) - sumLines(kDiscountsToPay, centsOf));

@@ -27,8 +27,7 @@ Variant Invoice::getItemNotes(const Variant& lineNo) {
 
 Variant Invoice::getLineQuantity(const Variant& line) {
   const RecordsetRef lines = lineItems->clone();
-  lines->setFilter("lineNumber=" + line.toText());
-  return lines->eof() ? Variant(0) : lines->value(quantity);
+  return ondrel::findLine(*lines, line) ? lines->value(quantity) : Variant(0);
 }
 
 void Invoice::logCurrent(std::string_view logType, const Variant& pieces, const Variant& amount) {
