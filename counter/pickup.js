@@ -27,4 +27,4 @@ layout.page("Pickup" + (customer ? ", " + customer.name : ""),
   "<details><summary>Collected by somebody else</summary><label for=\"claimant\">Name</label><input id=\"claimant\" name=\"claimant\">" +
   "<label for=\"relationship\">Who is it?</label><input id=\"relationship\" name=\"relationship\"><label for=\"identification\">Shown</label>" +
   "<input id=\"identification\" name=\"identification\"></details><div class=\"finish\"><button class=\"main\" id=\"pay\"" + (parts.due > 0 ? " disabled" : "") +
-  ">Pay and hand out</button></div></form></section></div>", { scripts: ["till.js"] });
+  ">Pay and hand out</button></div></form>" + layout.button("/pickup/drop", "Give up", {}, { kind: "quiet" }) + "</section></div>", { scripts: ["till.js"] });

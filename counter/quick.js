@@ -20,4 +20,4 @@ var fields = departments.map(function (one) {
 layout.page("Quick drop-off" + (customer ? " of " + customer.name : ""),
   "<form method=\"post\" action=\"/quick/save\">" + layout.token() + layout.once() + "<div class=\"sheets\">" + fields + "</div>" +
   "<h2><label for=\"notes\">Note</label></h2><textarea id=\"notes\" name=\"notes\" maxlength=\"255\"></textarea>" +
-  "<div class=\"finish\"><button class=\"main\">Take in</button><a class=\"button\" href=\"/customer?id=" + quick.custSeqNumber + "\">Back</a></div></form>");
+  "<div class=\"finish\"><button class=\"main\">Take in</button></div></form>" + layout.button("/quick/drop", "Give up", {}, { kind: "quiet" }));

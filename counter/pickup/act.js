@@ -21,8 +21,10 @@ var clicks = {
   },
   // A session only takes tickets in: one is left by beginning again without it.
   leave: function (c) {
+    var taken = session.payments.RecordCount;
     till.start(session.custSeqNumber, Session.pickupTickets.filter(function (one) { return one !== text.whole(c.ticket); }));
     session = Session.pickup;
+    if (taken > 0) return "What was tendered has been taken off: take it again.";
   },
   tender: function (c) {
     var known = till.tenders.filter(function (one) { return one[0] === c.type; })[0];

@@ -9,19 +9,21 @@ if (Request.method !== "POST" || !quick) return Response.redirect(quick ? "/quic
 var employee = desk.employee();
 if (!employee) return Response.redirect("/employee");
 
-var note = String(Request.form.notes || "").substr(0, 255);
-Object.keys(Request.form).forEach(function (name) {
+var bags = Object.keys(Request.form).map(function (name) {
   var department = /^pieces-(\d+)$/.exec(name);
-  var pieces = department ? Math.min(text.whole(Request.form[name]), 999) : 0;
-  if (pieces > 0) quick.addLineItem(pieces, Number(department[1]));
-});
-if (!quick.lineItems.RecordCount) return layout.notice("Quick drop-off", "Nothing was counted.", "/quick", "Back");
+  return { department: department ? Number(department[1]) : 0, pieces: department ? Math.min(text.whole(Request.form[name]), 999) : 0 };
+}).filter(function (bag) { return bag.pieces > 0; });
+if (!bags.length) return layout.notice("Quick drop-off", "Nothing was counted.", "/quick", "Back");
+
+// Taken out of the session first: after a failure nothing is counted or saved a second time.
+delete Session.quick;
+bags.forEach(function (bag) { quick.addLineItem(bag.pieces, bag.department); });
+var note = String(Request.form.notes || "").substr(0, 255);
 if (note) quick.attachNotes(1, note);
 
 quick.calculateInvDueDate();
 if (quick.isSplitInvoice()) quick.splitInvoice();
 quick.saveInvoice("add", employee.id, desk.terminal, "0", employee.name, desk.storeName(), true);
 var numbers = tickets.numbers(quick);
-delete Session.quick;
 desk.workDone();
 Response.redirect("/saved?tickets=" + numbers.join("-"));

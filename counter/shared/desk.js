@@ -16,10 +16,10 @@ exports.employee = function () {
   return Request.clerk || Session.kept.employee || null;
 };
 
-// What was written is saved or given up: a restart of the host brings nothing of it back, unless a ticket is
-// still open beside it.
+// What was written is saved or given up: a restart of the host brings nothing of it back, unless a ticket,
+// a pickup or a bag is still open beside it.
 exports.workDone = function () {
-  if (!Session.invoice) Server.workDone();
+  if (!Session.invoice && !Session.pickup && !Session.quick) Server.workDone();
 };
 
 exports.storeName = function () {

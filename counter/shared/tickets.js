@@ -25,6 +25,7 @@ exports.start = function (customerId) {
   invoice.loadCustomerPreferences(customerId, "");
   invoice.getQualifyingCoupons();
   Session.invoice = invoice;
+  Session.finished = false;
   return true;
 };
 
@@ -39,7 +40,14 @@ exports.callUp = function (ticketNumber) {
   invoice.LoadDefaults();
   invoice.getQualifyingCoupons();
   Session.invoice = invoice;
+  Session.finished = false;
   return true;
+};
+
+// A finished ticket that is worked on again is as if nothing had been finished.
+exports.reopen = function () {
+  if (Session.invoice && Session.finished) Session.invoice.cancelDoneOperation();
+  Session.finished = false;
 };
 
 exports.saveAction = function (invoice) {

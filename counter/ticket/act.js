@@ -6,6 +6,7 @@ if (Request.method !== "POST" || !Session.invoice) {
   Response.status = 409;
   return Response.json({ problem: "No ticket is being written." });
 }
+Server.include("shared/tickets.js").reopen();
 var click = Request.json || {};
 var invoice = Session.invoice;
 var line = 0, problem = "";

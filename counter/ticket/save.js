@@ -7,10 +7,11 @@ if (Request.method !== "POST" || !invoice || !Session.finished) return Response.
 var employee = desk.employee();
 if (!employee) return Response.redirect("/employee");
 
+// Taken out of the session first: after a failure nobody saves it a second time by accident.
+delete Session.invoice;
+Session.finished = false;
 invoice.saveInvoice(tickets.saveAction(invoice), employee.id, desk.terminal, "0", employee.name, desk.storeName(), true);
 invoice.insertTagsForTicket(false);
 var numbers = tickets.numbers(invoice);
-delete Session.invoice;
 desk.workDone();
-Session.finished = false;
 Response.redirect("/saved?tickets=" + numbers.join("-"));

@@ -149,6 +149,29 @@ test("a scanner types a seal, wherever the focus is", async () => {
   assert.equal(await page.locator("#seals").innerText(), "");
 });
 
+test("what is changed behind Finish is finished again", async () => {
+  await newTicket("fenwick");
+  await department("Shirts");
+  await press("Shirt on Hanger");
+  await page.getByRole("button", { name: "Finish" }).click();
+  await page.getByRole("heading", { name: "Finished: one ticket" }).waitFor();
+  assert.match(await page.locator("main").innerText(), /Total\s+\$2\.75/);  // 2.50 + 0.10 + 0.15
+  await page.getByRole("link", { name: "Ticket", exact: true }).click();
+  await department("Shirts");
+  await press("Shirt on Hanger");
+  await page.getByRole("button", { name: "Finish" }).click();
+  await page.getByRole("heading", { name: "Finished: one ticket" }).waitFor();
+  assert.match(await page.locator("main").innerText(), /Total\s+\$5\.50/);  // 5.00 + 0.20 + 0.30
+  await page.getByRole("link", { name: "Ticket", exact: true }).click();
+  await page.getByRole("button", { name: "Give up" }).click();
+  await newTicket("fenwick");
+  await department("Shirts");
+  await press("Shirt on Hanger");
+  await page.getByRole("button", { name: "Finish" }).click();
+  await page.getByRole("heading", { name: "Finished: one ticket" }).waitFor();
+  assert.match(await page.locator("main").innerText(), /Total\s+\$2\.75/);
+});
+
 test("Save pressed twice saves once", async () => {
   await newTicket("fenwick");
   await department("Laundry");
