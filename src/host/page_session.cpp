@@ -92,10 +92,11 @@ std::string PageSession::signIn(const std::string& clerkId, const std::string& p
   return "ok";
 }
 
-// Only a number asks later whether it was saved.
+// Only a number asks later whether it was saved. The mark comes first: a session that is given up in between
+// commits nothing without one.
 void PageSession::beforeCommit() {
-  if (isGivenUp_) throw Error(ErrorNumber::InvalidCall, kSource, "The session has ended");
   journal_->committing(request_ && !request_->number.empty());
+  if (isGivenUp_) throw Error(ErrorNumber::InvalidCall, kSource, "The session has ended");
 }
 
 std::optional<std::string> PageSession::recall() {
@@ -138,6 +139,7 @@ bool PageSession::replay(const JournalledCall& call) {
   const PageAnswer answer = engine_->run(call.request, run);
   engine_->setReplay(std::nullopt);
   replayed_ = nullptr;
+  isWorkDone_ = false;  // of the call that was brought back, not of the next one
   return answer.status == call.status;
 }
 
