@@ -117,6 +117,7 @@ class HostProcess {
 
 constexpr int kFirstCustomer = 5000;
 constexpr int kEmployee = 4;
+constexpr int kTerminal = 2;
 
 class LoadClerk {
  public:
@@ -129,13 +130,14 @@ class LoadClerk {
     client_.set_keep_alive(true);
     client_.set_tcp_nodelay(true);
     client_.set_read_timeout(60);
-    const auto answer = client_.Get("/employee");
+    const auto answer = client_.Get("/place");
     const std::string marker = "name=\"request-token\" content=\"";
     const size_t token = answer ? answer->body.find(marker) : std::string::npos;
     if (token == std::string::npos) throw std::runtime_error("no session");
     const std::string cookie = answer->get_header_value("Set-Cookie");
     headers_ = {{"X-Request-Token", answer->body.substr(token + marker.size(), 64)},
                 {"Cookie", "ondrel_session=" + std::string(cookieValue(cookie, "ondrel_session"))}};
+    form("/place", "terminal=" + std::to_string(kTerminal));
     form("/employee", "employee=" + std::to_string(kEmployee));
   }
 
@@ -192,7 +194,7 @@ class LoadClerk {
       json("/pickup/act", R"({"click":"add","ticket":)" + number + "}");
     json("/pickup/act", R"({"click":"tender","type":"Cash","amount":2000})");
     int times = 0;
-    return twice("/pickup/pay", times).starts_with("/collected?");
+    return twice("/pickup/pay", times).starts_with("/collected");
   }
 
   void look(const std::string& path, const std::string& name = "") {

@@ -22,7 +22,8 @@ layout.page(customer.name,
   "<div class=\"choices\">" +
   layout.button("/ticket/start", "New ticket", { customer: customer.id }, { kind: "main" }) +
   layout.button("/quick/start", "Quick drop-off", { customer: customer.id }) +
-  layout.button("/pickup/start", "Pickup", { customer: customer.id }) + "</div>" +
+  layout.button("/pickup/start", "Pickup", { customer: customer.id }) +
+  layout.button("/pickup/start", "Pay ahead", { customer: customer.id, action: "prepay" }) + "</div>" +
   "<h2>In the shop</h2>" +
   (rows ? "<table><thead><tr><th scope=\"col\">Invoice</th><th scope=\"col\">Pieces</th><th scope=\"col\">Due</th><th scope=\"col\" class=\"money\">Total</th>" +
           "<th scope=\"col\" class=\"money\">To pay</th><td></td></tr></thead><tbody>" + rows + "</tbody></table>"

@@ -2,7 +2,7 @@
 var layout = Server.include("shared/layout.js");
 var text = Server.include("shared/text.js");
 
-var numbers = String(Request.query.tickets || "").split("-").map(text.whole).filter(function (one) { return one > 0; }).slice(0, 40);
+var numbers = text.numbers(Request.query.tickets);
 var all = numbers.join("-");
 var rows = numbers.length ? text.rows(Database.query("select ticketNumber, invoiceNumber, dueDate, netTotal, customerSequenceNumber from Ticket where ticketNumber in (" +
                                                      numbers.join(",") + ") order by ticketNumber"), function (field) {
@@ -14,5 +14,6 @@ layout.page("Saved",
   "<table><thead><tr><th scope=\"col\">Invoice</th><th scope=\"col\">Due</th><th scope=\"col\" class=\"money\">Total</th></tr></thead><tbody>" + rows.map(function (row) {
     return "<tr><th scope=\"row\">" + text.encoded(row.invoice) + "</th><td>" + row.due + "</td><td class=\"money\">" + row.total + "</td></tr>";
   }).join("") + "</tbody></table><div class=\"finish\"><a class=\"button main\" href=\"/receipt?tickets=" + all + "\">Receipt</a>" +
-  "<a class=\"button\" href=\"/tags?tickets=" + all + "\">Tags</a><a class=\"button\" href=\"/customer?id=" + rows[0].customer + "\">Customer</a>" +
+  "<a class=\"button\" href=\"/tags?tickets=" + all + "\">Tags</a>" +
+  layout.button("/pickup/start", "Pay ahead", { customer: rows[0].customer, action: "prepay", tickets: all }) + "<a class=\"button\" href=\"/customer?id=" + rows[0].customer + "\">Customer</a>" +
   "<a class=\"button\" href=\"/\">Next customer</a></div>");

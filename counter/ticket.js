@@ -17,6 +17,8 @@ var title = (customer ? customer.name : "Ticket") + (invoice.isAdd ? "" : ", inv
 layout.page(title,
   "<div class=\"desk\" data-department=\"" + text.encoded(department) + "\"><section aria-label=\"Price list\">" +
   "<div class=\"departments\">" + invoice.htmlDepartments(department) + "</div>" +
+  "<div class=\"counts\"><div><label for=\"count\">Pieces</label><input id=\"count\" type=\"number\" min=\"1\" max=\"999\" inputmode=\"numeric\" value=\"1\"></div>" +
+  "<label class=\"check\"><input id=\"as-redo\" type=\"checkbox\"> Redo</label></div>" +
   "<div id=\"groups\"></div><div id=\"filter\" hidden><label for=\"brand\">Brand begins with</label><input id=\"brand\" autocomplete=\"off\"></div>" +
   "<div id=\"panel\">" + fragments.panel(invoice, "it", department, 0, "") + "</div></section>" +
   "<section class=\"paper\" aria-label=\"Ticket\"><p id=\"problem\" class=\"problem\" role=\"alert\" hidden></p>" +
@@ -31,6 +33,6 @@ layout.page(title,
   "<details><summary>Coupons</summary><div id=\"coupons\">" + paper.coupons + "</div></details>" +
   "<details><summary>Charge</summary><div id=\"charge\">" + invoice.htmlAddChargeDetail() + "</div></details>" +
   "<details><summary>Preferences</summary><div id=\"preferences\">" + paper.preferences + "</div><div id=\"preference-list\">" + invoice.htmlPreferenceList() + "</div></details>" +
-  "<details><summary>Similar tickets</summary><div id=\"similar\"></div></details>" +
+  "<details><summary>Similar tickets</summary><div id=\"similar\"></div><div id=\"preview\"></div></details>" +
   "<div class=\"finish\">" + layout.button("/ticket/finish", "Finish", {}, { kind: "main" }) + layout.button("/ticket/drop", "Give up", {}, { kind: "quiet" }) + "</div></section></div>",
   { scripts: ["ticket.js"] });

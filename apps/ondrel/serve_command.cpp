@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/error.h"
 #include "commands.h"
@@ -23,6 +24,7 @@ struct ServeArguments {
   std::string listen = "127.0.0.1:8080";
   std::string now;
   std::string newClerk;
+  std::vector<std::string> settings;
   bool withoutJournal = false;
   unsigned timeLimitSeconds = 30;
   unsigned idleMinutes = 480;
@@ -60,6 +62,14 @@ int addClerk(const ServeArguments& arguments) {
   return 0;
 }
 
+void takeSettings(const ServeArguments& arguments, HostOptions& host) {
+  for (const std::string& setting : arguments.settings) {
+    const size_t equals = setting.find('=');
+    if (equals == 0 || equals == std::string::npos) throw CLI::ValidationError("--set", "NAME=VALUE");
+    host.settings[setting.substr(0, equals)] = setting.substr(equals + 1);
+  }
+}
+
 // Threads take over the mask of the one that starts them: the signals wait for this one.
 void blockSignals(sigset_t& signals) {
   sigemptyset(&signals);
@@ -94,6 +104,7 @@ int serve(ServeArguments& arguments) {
 int run(ServeArguments& arguments) {
   if (!arguments.newClerk.empty()) return addClerk(arguments);
   setAddress(arguments.host, arguments.listen);
+  takeSettings(arguments, arguments.host);
   if (!arguments.now.empty()) {
     arguments.host.now = Date::parse(arguments.now);
     if (!arguments.host.now) throw CLI::ValidationError("--now", "no date: " + arguments.now);
@@ -124,6 +135,8 @@ void addServeCommand(CLI::App& app, int& exitCode) {
                       "Enter NUMBER:NAME in the file of clerks, the PIN from the input, and end");
   command->add_option("--name", host.names, "Name by which browsers call this host; may be repeated");
   command->add_flag("--behind-tls", host.isBehindTls, "Browsers reach this host through TLS");
+  command->add_option("--set", arguments->settings,
+                      "NAME=VALUE that pages ask for, such as cardFolder; may be repeated");
   command->add_option("--log", host.log, "File for the log instead of the error output");
   command->add_option("--now", arguments->now, "Fix the clock: \"2026-11-24 10:30\"");
   command->add_option("--sessions", host.limits.sessions, "Most sessions")->capture_default_str();

@@ -30,7 +30,7 @@
   }
 
   // Things that look like buttons are reached and pressed by keyboard like buttons.
-  var pressable = ".button:not(a):not(button), .command, .coupon, .id-group-button, .duedate_button, .new-heatseal, .lineitem, .similar";
+  var pressable = ".button:not(a):not(button), .command, .coupon, .id-group-button, .duedate_button, .new-heatseal, .lineitem, .si_view";
   function dressed(place) {
     place.querySelectorAll(pressable).forEach(function (one) {
       one.tabIndex = 0;
@@ -49,21 +49,28 @@
 
   function said(words) { document.getElementById("said").textContent = words; }
 
-  function post(path, values) {
-    return fetch(path, {
-      method: "POST",
-      headers: { "Content-Type": "application/json", "X-Request-Token": token },
-      body: JSON.stringify(values)
-    }).then(function (answer) {
+  // With a number the host does it once, however often it arrives.
+  function post(path, values, number) {
+    var headers = { "Content-Type": "application/json", "X-Request-Token": token };
+    if (number) headers["X-Request-Number"] = number;
+    return fetch(path, { method: "POST", headers: headers, body: JSON.stringify(values) }).then(function (answer) {
       if (!answer.ok) throw new Error("The counter answered " + answer.status + ".");
       return answer.json();
     });
   }
 
-  // Fragments carry styles of their own, which the security policy does not admit: they are kept as data.
+  // Fragments carry styles of their own, which the security policy does not admit: they are kept as data. The focus
+  // stays where it was: on the same thing, or on what stands in its place.
   function put(place, fragment) {
+    var focusable = "a, button, input, select, textarea, [tabindex]";
+    var held = place.contains(document.activeElement) ? document.activeElement : null;
+    var at = held ? Array.prototype.indexOf.call(place.querySelectorAll(focusable), held) : -1;
     place.innerHTML = fragment.replace(/ style="/g, " data-style=\"");
     dressed(place);
+    if (!held) return;
+    var now = place.querySelectorAll(focusable);
+    var again = (held.id && document.getElementById(held.id)) || now[Math.min(at, now.length - 1)];
+    if (again) again.focus({ preventScroll: true });
   }
 
   window.counter = { post: post, put: put, said: said, dressed: dressed };

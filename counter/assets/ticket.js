@@ -1,7 +1,7 @@
 // The entry screen: every click is sent, and the parts that changed are put in place.
 (function () {
   "use strict";
-  var at = { group: "it", department: document.querySelector(".desk").dataset.department, line: 0 };
+  var at = { group: "it", department: document.querySelector(".desk").dataset.department, line: 0, isPrompted: false };
   function place(id) { return document.getElementById(id); }
 
   // ---- what comes from the counter
@@ -16,6 +16,7 @@
     var total = document.querySelector("#totals .total:last-child .value");
     counter.said(answer.problem || (total ? "Total " + total.textContent : ""));
     if (at.group !== "it" && !at.line) at.group = "it";
+    if (answer.question) enter(answer.question, "", function (value) { click("answer", { value: value }); });
   }
 
   function failed(error) {
@@ -47,7 +48,11 @@
     });
   }
 
-  function turn(group) { at.group = group; return panel().catch(failed); }
+  function turn(group) {
+    at.group = group;
+    at.isPrompted = false;
+    return panel().catch(failed);
+  }
 
   // ---- one value keyed in: a note, a price
 
@@ -83,6 +88,15 @@
 
   // ---- what the library's fragments mean when they are pressed; the first row that fits counts
 
+  // The price list says by "fin" where it asks for nothing more about a garment; else the next pick list comes by
+  // itself. Whoever turns to a list by hand stays there.
+  var prompts = { it: "up", up: "co" };
+  function next(group, one) {
+    if (group !== "it" && !at.isPrompted) return group;
+    at.isPrompted = !one.classList.contains("fin") && group in prompts;
+    return at.isPrompted ? prompts[group] : "it";
+  }
+
   var descriptors = { co: "color", pa: "pattern", br: "brand", up: "upcharge" };
   var presses = [
     ["#line-tools [data-tool]", function (one) { tools[one.dataset.tool](); }],
@@ -96,13 +110,18 @@
       turn("it");
     }],
     [".id-group-button", function (one) { turn((/\bsel-(\w*)/.exec(one.className) || [])[1] || "pr"); }],
-    [".li-it", function (one) { click("item", { id: one.id.substr(2), quantity: 1 }).then(function () { at.group = "it"; }); }],
+    [".li-it", function (one) {
+      var count = place("count").value, redo = place("as-redo").checked;
+      place("count").value = 1;
+      place("as-redo").checked = false;
+      at.group = next("it", one);
+      click("item", { id: one.id.substr(2), quantity: count, redo: redo });
+    }],
     [".pli", function (one) {
-      var group = one.id.substr(0, 2);
+      var group = one.id.substr(0, 2), on = one.classList.contains("plisel");
+      if (!on) at.group = next(group, one);
       // Upcharges are counted for each piece, descriptors for all of them.
-      click(descriptors[group], {
-        id: one.id.substr(2), name: one.textContent.trim(), group: group, on: one.classList.contains("plisel"), quantity: group === "up" ? 1 : pieces()
-      });
+      click(descriptors[group], { id: one.id.substr(2), name: one.textContent.trim(), group: group, on: on, quantity: group === "up" ? 1 : pieces() });
     }],
     [".lineitem", function (one) {
       at.line = Number(one.getAttribute("lineid"));
@@ -129,6 +148,7 @@
       one.classList.add("sel_pref");
       click("preference", { name: one.parentNode.getAttribute("pref_name"), value: one.getAttribute("pref_val") });
     }],
+    [".si_view", function (one) { asked({ preview: one.getAttribute("ticketnumber") }).then(function (answer) { counter.put(place("preview"), answer.preview); }).catch(failed); }],
     [".new-heatseal", function (one) { counter.said("Heat seal " + one.getAttribute("heatseal") + " waits for a garment"); }]
   ];
 
@@ -153,6 +173,15 @@
       });
     });
   });
+
+  // The form of a line: what is changed in it is sent as it is left.
+  var properties = { "item-price": "price", "item-quantity": "quantity", "item-notes": "notes" };
+  place("panel").addEventListener("change", function (event) {
+    var one = event.target, name = properties[one.id];
+    if (name) click(name, { value: one.value, quantity: one.value });
+    else if (one.dataset.lineNumber && one.value) click("upchargePrice", { upcharge: one.dataset.lineNumber, value: one.value });
+  });
+  place("panel").addEventListener("submit", function (event) { event.preventDefault(); });
 
   var typing;
   place("brand").addEventListener("input", function () {

@@ -1,40 +1,88 @@
-// The till: tickets and tenders change with a click, the sums follow.
+// The till: tickets and tenders change with a click, the sums follow. A card is asked for at once, and the till looks
+// whether it has been accepted until it has an answer.
 (function () {
   "use strict";
+  var lookEvery = 700;  // milliseconds
   function place(id) { return document.getElementById(id); }
 
-  function show(answer) {
-    counter.put(place("tickets"), answer.tickets);
-    counter.put(place("tenders"), answer.tenders);
-    place("totals").innerHTML = answer.amounts;
-    place("problem").hidden = !answer.problem;
-    place("problem").textContent = answer.problem;
-    place("pay").disabled = answer.due > 0 || !answer.tickets_chosen;
-    place("amount").value = answer.due > 0 ? answer.due.toFixed(2) : "";
-    if (answer.problem) counter.said(answer.problem);
+  function trouble(words) {
+    place("problem").hidden = !words;
+    place("problem").textContent = words;
+    if (words) counter.said(words);
   }
 
-  function click(name, values) {
-    return counter.post("/pickup/act", Object.assign({ click: name }, values)).then(show).catch(function (error) {
-      place("problem").hidden = false;
-      place("problem").textContent = error.message;
+  function show(answer) {
+    ["tickets", "tenders", "sales", "coupons"].forEach(function (part) { counter.put(place(part), answer[part]); });
+    place("totals").innerHTML = answer.amounts;
+    trouble(answer.problem);
+    place("pay").disabled = !answer.canPay;
+    place("amount").value = answer.due > 0 ? answer.due.toFixed(2) : "";
+    look();
+    return !answer.problem;
+  }
+
+  function sent(path, values, number) {
+    return counter.post(path, values, number).then(show).catch(function (error) { trouble(error.message); });
+  }
+  function click(name, values) { return sent("/pickup/act", Object.assign({ click: name }, values)); }
+
+  var looking;
+  function look() {
+    clearTimeout(looking);
+    if (!document.querySelector("[data-waiting]")) return;
+    looking = setTimeout(function () {
+      fetch("/pickup/card").then(function (answer) { return answer.json(); }).then(function (answer) {
+        if (answer.answered) click("settle");
+        else look();
+      }, look);
+    }, lookEvery);
+  }
+
+  var presses = [
+    ["[data-off]", function (one) { click("off", { type: one.dataset.off }); }],
+    ["[data-ticket]", function (one) { click(one.dataset.within ? "leave" : "add", { ticket: one.dataset.ticket }); }],
+    ["[data-sale]", function (one) { click("sale", { transaction: one.dataset.sale }); }],
+    ["[data-coupon]", function (one) { click("coupon", { id: one.dataset.coupon }); }],
+    ["[data-give-up]", function () { click("giveUp"); }]
+  ];
+  document.addEventListener("click", function (event) {
+    for (var row = 0; row < presses.length; row++) {
+      var one = event.target.closest(presses[row][0]);
+      if (one) return presses[row][1](one);
+    }
+  });
+
+  function isCard() { return place("type").value === "Credit Card"; }
+  function reference() { return place("type").selectedOptions[0].dataset.reference; }
+  function chosen() {
+    place("reference-field").hidden = !reference();
+    document.querySelector("#reference-field label").textContent = reference() || "Number";
+    place("card-fields").hidden = !isCard();
+    if (isCard()) place("card-number").focus();
+  }
+  place("type").addEventListener("change", chosen);
+
+  var cardFields = { cardNumber: "card-number", cardExpiration: "card-expiration", cardZip: "card-zip", cardCode: "card-code" };
+  function charge() {
+    var values = { amount: place("amount").value };
+    Object.keys(cardFields).forEach(function (name) { values[name] = place(cardFields[name]).value; });
+    return sent("/pickup/card", values, crypto.getRandomValues(new Uint32Array(4)).join("-")).then(function (isTaken) {
+      if (isTaken) Object.keys(cardFields).forEach(function (name) { place(cardFields[name]).value = ""; });
     });
   }
 
-  document.addEventListener("click", function (event) {
-    var one = event.target.closest("[data-ticket], [data-off]");
-    if (!one) return;
-    if (one.dataset.off) click("off", { type: one.dataset.off });
-    else click(one.dataset.within ? "leave" : "add", { ticket: one.dataset.ticket });
-  });
-
-  function reference() { return place("type").selectedOptions[0].dataset.reference; }
-  place("type").addEventListener("change", function () {
-    place("reference-field").hidden = !reference();
-    document.querySelector("#reference-field label").textContent = reference() || "Number";
-  });
+  var isSending = false;
   place("tender").addEventListener("submit", function (event) {
     event.preventDefault();
-    click("tender", { type: place("type").value, amount: place("amount").value, reference: place("reference").value }).then(function () { place("reference").value = ""; });
+    if (isSending) return;
+    isSending = true;
+    var taken = isCard() ? charge() : click("tender", { type: place("type").value, amount: place("amount").value, reference: place("reference").value }).then(function (isTaken) {
+      if (isTaken) place("reference").value = "";
+    });
+    taken.then(function () { isSending = false; });
   });
+
+  // A type may be chosen already, before this script had arrived.
+  chosen();
+  look();
 })();

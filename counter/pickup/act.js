@@ -1,5 +1,7 @@
-// One click at the till: a ticket more or less, a tender more or less.
+// One click at the till: a ticket more or less, a tender more or less, a coupon.
 var till = Server.include("shared/till.js");
+var cards = Server.include("shared/cards.js");
+var desk = Server.include("shared/desk.js");
 var text = Server.include("shared/text.js");
 
 var session = Session.pickup;
@@ -8,37 +10,53 @@ if (Request.method !== "POST" || !session) {
   return Response.json({ problem: "Nobody is at the till." });
 }
 
-function amount(value) {
-  var number = Number(String(value).replace(/[$,\s]/g, ""));
-  return number > 0 && number <= 99999 ? Math.round(number * 100) / 100 : 0;
-}
-
 var clicks = {
-  add: function (c) {
-    if (Session.pickupTickets.indexOf(text.whole(c.ticket)) >= 0) return;
-    session.addInvoiceToPickup(text.whole(c.ticket));
-    Session.pickupTickets.push(text.whole(c.ticket));
-  },
+  add: function (c) { till.add(text.whole(c.ticket)); },
   // A session only takes tickets in: one is left by beginning again without it.
   leave: function (c) {
     var taken = session.payments.RecordCount;
-    till.start(session.custSeqNumber, Session.pickupTickets.filter(function (one) { return one !== text.whole(c.ticket); }));
-    session = Session.pickup;
+    till.start(session.custSeqNumber, till.numbers().filter(function (one) { return one !== text.whole(c.ticket); }), session.userAction);
     if (taken > 0) return "What was tendered has been taken off: take it again.";
   },
   tender: function (c) {
-    var known = till.tenders.filter(function (one) { return one[0] === c.type; })[0];
-    if (!known) return "There is no such tender.";
-    if (!amount(c.amount)) return "This is not an amount.";
-    if (known[1] && !String(c.reference || "").length) return known[1] + " is missing.";
-    session.addPayment(amount(c.amount), known[0], String(c.reference || "").substr(0, 50));
+    var amount = text.amount(c.amount), reference = String(c.reference || "").substr(0, 50);
+    var trouble = till.tenderTrouble(session, String(c.type), amount, reference);
+    if (!trouble) session.addPayment(amount, String(c.type), reference);
+    return trouble;
   },
-  off: function (c) { session.deletePaymentByName(String(c.type || "")); }
+  off: function (c) { session.deletePaymentByName(String(c.type || "")); },
+  // The card program has answered. Recorded: after a restart the sale is known and the answer has been read.
+  settle: function () {
+    var sale = Server.recorded(function () { return cards.settle(session.custSeqNumber); });
+    if (sale.problem) return sale.problem;
+    till.takeSale(session, sale);
+  },
+  giveUp: function () {
+    Server.recorded(function () { cards.giveUp(session.custSeqNumber); });
+    return "If the card is charged after all, only the card terminal knows: look there before you ask again.";
+  },
+  // A sale that was approved before is used as far as something is due.
+  sale: function (c) {
+    var chosen = till.unusedSales(session).filter(function (one) { return one.transaction === c.transaction; })[0];
+    if (!chosen) return "This sale is used up.";
+    var amount = Math.min(chosen.rest, session.getAmountDue());
+    if (amount <= 0) return "Nothing is due.";
+    till.takeSale(session, { amount: amount, number: "", expiration: "", brand: "", code: chosen.code, transaction: chosen.transaction });
+  },
+  // Recorded: a coupon is saved on its tickets at once, and after a restart it stands there.
+  coupon: function (c) {
+    var employee = desk.employee(), place = desk.place();
+    Server.recorded(function () {
+      var one = Database.query("select oneDiscountPerInvoice from miscsetup where storeid = " + place.store);
+      session.addCoupon(text.whole(c.id), !one.EOF && one.Fields(0).Value, employee.id, place.terminal, employee.name, place.storeName);
+    });
+    session.reloadInvoices();
+  }
 };
 
 var click = Request.json || {};
 var act = Object.prototype.hasOwnProperty.call(clicks, String(click.click)) ? clicks[click.click] : function () { return "There is no such click."; };
 var problem = act(click) || "";
-var answer = till.parts(session);
+var answer = till.parts(Session.pickup);
 answer.problem = problem;
 Response.json(answer);

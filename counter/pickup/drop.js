@@ -1,7 +1,7 @@
 // The customer leaves the till without anything.
 if (Request.method === "POST") {
   delete Session.pickup;
-  Session.pickupTickets = [];
+  delete Session.card;
   Server.include("shared/desk.js").workDone();
 }
 Response.redirect("/");

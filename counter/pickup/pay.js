@@ -1,4 +1,4 @@
-// The money is taken and the clothes go out, together and once.
+// The money is taken and the clothes go out, together and once; or the money alone, when it is paid ahead.
 var till = Server.include("shared/till.js");
 var desk = Server.include("shared/desk.js");
 var layout = Server.include("shared/layout.js");
@@ -7,20 +7,22 @@ var session = Session.pickup;
 if (Request.method !== "POST" || !session) return Response.redirect(session ? "/pickup" : "/");
 var employee = desk.employee();
 if (!employee) return Response.redirect("/employee");
-if (!Session.pickupTickets.length) return layout.notice("Pickup", "No ticket is being collected.", "/pickup", "Back");
-if (session.getAmountDue() > 0) return layout.notice("Pickup", "There is still something to pay.", "/pickup", "Back");
+if (!till.canPay(session)) return layout.notice("Pickup", "There is still something to pay, or nothing to pay for.", "/pickup", "Back");
 
+var claimed = { claimant: "name", relationship: "relationship", identificationType: "identificationType", identification: "identification", phone: "phoneNumber", note: "note" };
 if (Request.form.claimant) {
   session.claimReceipt = CreateObject("OndrelCorpComponents.claimReceiptFields");
-  session.claimReceipt.name = String(Request.form.claimant).substr(0, 60);
-  session.claimReceipt.relationship = String(Request.form.relationship || "").substr(0, 30);
-  session.claimReceipt.identificationType = String(Request.form.identification || "").substr(0, 30);
+  Object.keys(claimed).forEach(function (name) { session.claimReceipt[claimed[name]] = String(Request.form[name] || "").substr(0, name === "note" ? 255 : name === "phone" ? 20 : 60); });
 }
-var change = session.getChangeDue();
-session.applyPayments(employee.id, desk.terminal);
-session.recordPickupAction(employee.id);
-var numbers = Session.pickupTickets.join("-");
+var isAhead = session.isPrepay(), numbers = till.numbers();
+var done = { tickets: numbers, change: session.getChangeDue(), drawer: session.openCashDrawer, isAhead: isAhead };
+if (isAhead) session.applyPayments(employee.id, desk.place().terminal, "'" + numbers.join(",") + "'");
+else session.applyPayments(employee.id, desk.place().terminal);
+
+// Booked: out of the session before anything else can fail, so that nobody pays again by accident.
 delete Session.pickup;
+delete Session.card;
+Session.kept.collected = done;
+if (!isAhead) session.recordPickupAction(employee.id);
 desk.workDone();
-Session.pickupTickets = [];
-Response.redirect("/collected?tickets=" + numbers + "&change=" + change.toFixed(2));
+Response.redirect("/collected");

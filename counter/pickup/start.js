@@ -1,17 +1,27 @@
-// A customer comes to the till: all tickets that are due are taken off the rack, the clerk may add or leave some.
+// A customer comes to the till. To collect: all tickets on the rack are taken off it, the clerk may add or leave some.
+// To pay ahead: the tickets that were named, or all that have something to pay.
 var till = Server.include("shared/till.js");
 var text = Server.include("shared/text.js");
 var layout = Server.include("shared/layout.js");
+var desk = Server.include("shared/desk.js");
 var customers = Server.include("shared/customers.js");
 
 if (Request.method !== "POST") return Response.redirect("/");
+if (!desk.staffed()) return;
 var customer = customers.byId(Request.form.customer);
 if (!customer) return layout.notice("Pickup", "There is no such customer.", "/", "Find a customer");
+
+var isAhead = Request.form.action === "prepay";
+var named = text.numbers(Request.form.tickets);
+function isRacked(ticket) {
+  return !Database.query("select ticketnumber from rackassignment where ticketnumber = " + ticket.number).EOF;
+}
 // Recorded: after a restart the rack may hold other tickets than those that were taken off it here.
-var racked = Server.recorded(function () {
+var chosen = Server.recorded(function () {
   return customers.openTickets(customer.id).filter(function (ticket) {
-    return !Database.query("select ticketnumber from rackassignment where ticketnumber = " + ticket.number).EOF;
+    if (isAhead) return named.length ? named.indexOf(ticket.number) >= 0 : ticket.total > ticket.paid;
+    return isRacked(ticket);
   }).map(function (ticket) { return ticket.number; });
 });
-till.start(customer.id, racked);
+till.start(customer.id, chosen, isAhead ? "prepay" : "pickup");
 Response.redirect("/pickup");

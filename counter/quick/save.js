@@ -22,8 +22,10 @@ var note = String(Request.form.notes || "").substr(0, 255);
 if (note) quick.attachNotes(1, note);
 
 quick.calculateInvDueDate();
+quick.adjustDueDatesForRoute(quick.custSeqNumber);
 if (quick.isSplitInvoice()) quick.splitInvoice();
-quick.saveInvoice("add", employee.id, desk.terminal, "0", employee.name, desk.storeName(), true);
+var place = desk.place();
+quick.saveInvoice("add", employee.id, place.terminal, "0", employee.name, place.storeName, true);
 var numbers = tickets.numbers(quick);
 desk.workDone();
 Response.redirect("/saved?tickets=" + numbers.join("-"));

@@ -1,12 +1,21 @@
-// Who works at which counter. A shop with clerks' PINs knows it from the sign-in; a counter of its own asks
-// once, and the answer is kept.
+// Which counter this is, and who works at it. The counter is chosen once in a session. A shop with clerks' PINs
+// knows the clerk from the sign-in; any other asks once. Both answers are kept.
 var text = Server.include("shared/text.js");
 
-exports.store = 1;
-exports.terminal = 3;
+// The counters of all shops, each with its terminal.
+exports.places = function () {
+  return text.rows(Database.query("select t.terminalid, t.terminalName, s.storeId, s.name from terminal t inner join Store s on s.storeId = t.storeId " +
+                                  "order by s.storeId, t.terminalid"), function (field) {
+    return { store: field("storeId"), storeName: field("name"), terminal: field("terminalid"), name: field("terminalName") };
+  });
+};
+
+exports.place = function () {
+  return Session.kept.place || null;
+};
 
 exports.employees = function () {
-  return text.rows(Database.query("select employeeid, employeename from employee where active = 1 and storeId = " + exports.store +
+  return text.rows(Database.query("select employeeid, employeename from employee where active = 1 and storeId = " + exports.place().store +
                                   " order by employeename"), function (field) {
     return { id: field("employeeid"), name: field("employeename") };
   });
@@ -16,20 +25,20 @@ exports.employee = function () {
   return Request.clerk || Session.kept.employee || null;
 };
 
+exports.isWorking = function () {
+  return !!(Session.invoice || Session.pickup || Session.quick);
+};
+
 // What was written is saved or given up: a restart of the host brings nothing of it back, unless a ticket,
 // a pickup or a bag is still open beside it.
 exports.workDone = function () {
-  if (!Session.invoice && !Session.pickup && !Session.quick) Server.workDone();
+  if (!exports.isWorking()) Server.workDone();
 };
 
-exports.storeName = function () {
-  var found = Database.query("select name from Store where storeId = " + exports.store);
-  return found.EOF ? "" : found.Fields("name").Value;
-};
-
-// True when somebody is at the counter; otherwise the browser is sent to where that is said.
+// True when counter and clerk are known; otherwise the browser is sent to where that is said.
 exports.staffed = function () {
-  if (exports.employee()) return true;
-  Response.redirect("/employee");
+  if (!exports.place()) Response.redirect("/place");
+  else if (!exports.employee()) Response.redirect("/employee");
+  else return true;
   return false;
 };

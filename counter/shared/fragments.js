@@ -17,7 +17,7 @@ exports.paper = function (invoice, line) {
 exports.panel = function (invoice, group, department, line, filter) {
   var chosen = line > 0 ? line : "";
   switch (group) {
-    case "up": return invoice.htmlUpcharges(line > 0 ? itemOf(invoice, line) : "", chosen);
+    case "up": return invoice.htmlUpcharges(line > 0 ? ofLine(invoice, line, "lineItemId") || "" : "", chosen);
     case "co":
     case "pa":
     case "br": return invoice.htmlDescriptor(group, chosen, filter);
@@ -27,11 +27,21 @@ exports.panel = function (invoice, group, department, line, filter) {
   }
 };
 
-function itemOf(invoice, line) {
+function ofLine(invoice, line, column) {
   var found = invoice.lineItems.Clone();
   found.Filter = "lineNumber=" + line;
-  return found.EOF ? "" : found.Fields("lineItemId").Value;
+  return found.EOF ? null : found.Fields(column).Value;
 }
+
+// What the price list asks the clerk about a garment that has no answer yet.
+exports.question = function (invoice, line) {
+  return line > 0 && !ofLine(invoice, line, "promptResponse") && ofLine(invoice, line, "peNotes") || "";
+};
+
+// A stored ticket, to be compared with the one on the screen.
+exports.preview = function (invoice, ticket) {
+  return invoice.htmlSummary(ticket) + invoice.htmlPreviewLineItems(ticket);
+};
 
 exports.groups = function (invoice, line, group) {
   return line > 0 ? invoice.htmlIdGroups(line, group) : "";

@@ -55,3 +55,9 @@ exports.notice = function (title, words, path, label) {
   exports.page(title, "<p class=\"notice\">" + text.encoded(words) + "</p><p><a class=\"button\" href=\"" + path + "\">" +
                text.encoded(label) + "</a></p>");
 };
+
+// Another ticket would push aside the one that is being written.
+exports.unfinished = function () {
+  exports.page("A ticket is still being written", "<p class=\"notice\">Save it or give it up before you begin another one.</p><div class=\"choices\">" +
+               "<a class=\"button main\" href=\"/ticket\">Back to it</a>" + exports.button("/ticket/drop", "Give it up", {}) + "</div>");
+};

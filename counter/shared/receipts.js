@@ -28,7 +28,7 @@ exports.lines = function (invoice) {
 
 // The tickets that a page was asked for, "1100" or "1100-1101".
 exports.asked = function () {
-  return String(Request.query.tickets || Request.query.ticket || "").split("-").map(text.whole).filter(function (one) { return one > 0; }).slice(0, 40);
+  return text.numbers(Request.query.tickets || Request.query.ticket);
 };
 
 exports.header = function (number) {

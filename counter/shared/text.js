@@ -23,6 +23,17 @@ exports.whole = function (value) {
   return /^-?\d{1,9}$/.test(String(value)) ? Number(value) : 0;
 };
 
+// Whole numbers above 0 from a text like "1100-1101", as pages pass tickets on to each other.
+exports.numbers = function (value) {
+  return String(value || "").split("-").map(exports.whole).filter(function (one) { return one > 0; }).slice(0, 40);
+};
+
+// An amount of money that was keyed in, in dollars; 0 for anything else.
+exports.amount = function (value) {
+  var number = Number(String(value).replace(/[$,\s]/g, ""));
+  return number > 0 && number <= 99999 ? Math.round(number * 100) / 100 : 0;
+};
+
 // The rows of a Recordset as the results of a function that gets its fields by name.
 exports.rows = function (recordset, made) {
   var all = [];

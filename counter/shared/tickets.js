@@ -5,27 +5,44 @@ var text = Server.include("shared/text.js");
 exports.made = function () {
   var invoice = CreateObject("OndrelCorpComponents.invoice");
   invoice.DBConnectionString = Database.connectionString;
-  invoice.storeNumber = desk.store;
+  invoice.storeNumber = desk.place().store;
   return invoice;
 };
 
-// A new ticket of a customer, by the customer's price list or the store's first.
+// The customer's own price list where this shop has it, else the shop's first; and the route, -1 for none. Null for
+// an unknown customer.
+exports.termsOf = function (customerId) {
+  var customer = Database.query("select isnull(defaultPriceListId, 0) as list, isnull(routenumber, -1) as route from Customer where customerSequenceNumber = " + customerId);
+  if (customer.EOF) return null;
+  var own = customer.Fields("list").Value;
+  var lists = text.rows(Database.query("select distinct pricelistid from department where disabled = 0 and storeid = " + desk.place().store + " order by pricelistid"), function (field) {
+    return field("pricelistid");
+  });
+  return { list: lists.indexOf(own) >= 0 ? own : lists[0], route: customer.Fields("route").Value };
+};
+
+function take(invoice, action) {
+  invoice.addOrEdit = action;
+  invoice.setStoreDays(desk.place().store);
+  invoice.LoadDefaults();
+  Session.invoice = invoice;
+  Session.finished = false;
+  Session.isDatePicked = action === "edit";
+}
+
+// A new ticket of a customer.
 exports.start = function (customerId) {
-  var list = Database.query("select isnull(defaultPriceListId, 1) as list from Customer where customerSequenceNumber = " + customerId);
-  if (list.EOF) return false;
+  var terms = exports.termsOf(customerId);
+  if (!terms) return false;
   var invoice = exports.made();
   invoice.initInvoice();
   invoice.isAdd = true;
-  invoice.addOrEdit = "add";
   invoice.custSeqNumber = customerId;
-  invoice.priceListId = list.Fields("list").Value || 1;
-  invoice.routeNumber = -1;
-  invoice.setStoreDays(desk.store);
-  invoice.LoadDefaults();
+  invoice.priceListId = terms.list;
+  invoice.routeNumber = terms.route;
+  take(invoice, "add");
   invoice.loadCustomerPreferences(customerId, "");
   invoice.getQualifyingCoupons();
-  Session.invoice = invoice;
-  Session.finished = false;
   return true;
 };
 
@@ -35,19 +52,56 @@ exports.callUp = function (ticketNumber) {
   if (known.EOF) return false;
   var invoice = exports.made();
   invoice.getExistingDetails(ticketNumber);
-  invoice.addOrEdit = "edit";
-  invoice.setStoreDays(desk.store);
-  invoice.LoadDefaults();
+  take(invoice, "edit");
   invoice.getQualifyingCoupons();
-  Session.invoice = invoice;
-  Session.finished = false;
   return true;
 };
 
-// A finished ticket that is worked on again is as if nothing had been finished.
+// A ticket with something on it that another one would push aside.
+exports.isWriting = function () {
+  return !!Session.invoice && !Session.invoice.isInvoiceEmpty();
+};
+
+// A finished ticket that is worked on again is as if nothing had been finished. What was paid on it went to the parts
+// of a split and does not come back from there by itself.
 exports.reopen = function () {
-  if (Session.invoice && Session.finished) Session.invoice.cancelDoneOperation();
+  if (Session.invoice && Session.finished) {
+    Session.invoice.cancelDoneOperation();
+    Session.invoice.amountPaid = Session.paidBefore;
+  }
   Session.finished = false;
+};
+
+// What stands in the way of finishing, in words; nothing when the ticket is whole.
+var required = [
+  ["color",    "isColorRequiredForLine",    "isColorSetForItem"],
+  ["pattern",  "isPatternRequiredForLine",  "isPatternSetForItem"],
+  ["upcharge", "isUpchargeRequiredForLine", "isUpchargeSetForItem"]
+];
+exports.obstacles = function (invoice) {
+  var lines = invoice.lineItems.Clone(), all = [];
+  lines.Filter = "itemType='IT'";
+  text.rows(lines, function (field) { return { number: field("lineNumber"), name: field("itemName") }; }).forEach(function (line) {
+    required.forEach(function (one) {
+      if (invoice[one[1]](ByRef(line.number)) && !invoice[one[2]](line.number)) all.push(line.name + " needs a " + one[0] + ".");
+    });
+  });
+  if (invoice.isOverMaxDepartmentItems()) all.push("A department has more pieces than it takes on one ticket.");
+  return all;
+};
+
+// Promises a new ticket by route and workload, unless the clerk chose a day; then discounts, surcharges and taxes, what
+// is to be paid ahead, and the split. A bag was split when it was taken in: what comes out of it stays on its ticket.
+exports.finish = function (invoice) {
+  if (invoice.isAdd && !Session.isDatePicked) {
+    invoice.adjustDueDatesForRoute(ByRef(invoice.custSeqNumber));
+    invoice.adjustDueDatesForWorkload();
+  }
+  invoice.invoiceDone2();
+  Session.leastAhead = invoice.getMinimumPrepay();
+  Session.paidBefore = invoice.amountPaid;
+  if (!invoice.isQuickInvoice() && invoice.isSplitInvoice()) invoice.splitInvoice(exports.saveAction(invoice));
+  Session.finished = true;
 };
 
 exports.saveAction = function (invoice) {

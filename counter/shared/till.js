@@ -1,31 +1,88 @@
-// The customer at the till: Session.pickup, an object of the library, and the screen's parts.
+// The customer at the till: Session.pickup, an object of the library, and the screen's parts. A customer collects
+// tickets ("pickup") or pays ahead for tickets that are still in the shop ("prepay").
 var desk = Server.include("shared/desk.js");
 var text = Server.include("shared/text.js");
+var cards = Server.include("shared/cards.js");
 var customers = Server.include("shared/customers.js");
 
-// The tenders that the counter takes by hand, with what their reference is called.
+// The tenders that the counter takes by hand: what their reference is called, and whether change is given on them.
 exports.tenders = [
-  ["Cash",             ""],
-  ["Check",            "Check number"],
-  ["Gift Certificate", "Certificate number"],
-  ["GiftCard",         "Card number"],
-  ["On Account",       ""]
+  ["Cash",             "",                   true],
+  ["Check",            "Check number",       true],
+  ["Gift Certificate", "Certificate number", false],
+  ["GiftCard",         "Card number",        false],
+  ["On Account",       "",                   false]
 ];
 
-exports.start = function (customerId, tickets) {
-  var session = CreateObject("OndrelCorpComponents.pickup");
-  session.DBConnectionString = Database.connectionString;
-  session.storeid = desk.store;
-  session.custSeqNumber = customerId;
-  session.userAction = "pickup";
-  session.initStorePaymentTypeInfo();
-  tickets.forEach(function (number) { session.addInvoiceToPickup(number); });
-  Session.pickup = session;
-  Session.pickupTickets = tickets;
+// Those of them that the shop takes; a shop that lists none takes all.
+exports.tendersHere = function () {
+  var taken = text.rows(Database.query("select paymentTypeName from StorePaymentType where storeId = " + desk.place().store), function (field) { return field("paymentTypeName"); });
+  return exports.tenders.filter(function (one) { return !taken.length || taken.indexOf(one[0]) >= 0; });
 };
 
+exports.isCardTaken = function () {
+  return cards.isThere() && !Database.query("select paymentTypeName from StorePaymentType where paymentTypeName = 'Credit Card' and storeId = " + desk.place().store).EOF;
+};
+
+exports.start = function (customerId, numbers, action) {
+  var session = CreateObject("OndrelCorpComponents.pickup");
+  session.DBConnectionString = Database.connectionString;
+  session.storeid = desk.place().store;
+  session.custSeqNumber = customerId;
+  session.userAction = action;
+  session.initStorePaymentTypeInfo();
+  Session.pickup = session;
+  numbers.forEach(exports.add);
+};
+
+exports.numbers = function () {
+  return Session.pickup.pickupInvoices.Keys().map(Number);
+};
+
+exports.add = function (number) {
+  var session = Session.pickup;
+  if (session.isPrepay()) session.addInvoiceToPrepay(number);
+  else session.addInvoiceToPickup(number);
+};
+
+function total(session, test) {
+  return text.rows(session.payments.Clone(), function (field) { return test(field) ? field("amountPaid") : 0; }).reduce(function (sum, one) { return sum + one; }, 0);
+}
+
+// What is wrong with a gift card, or nothing.
+function giftCardTrouble(session, number, amount) {
+  var card = /^\d{1,9}$/.test(number) ? Database.query("select giftValue from GIFTCARD where giftCardId = " + number) : null;
+  if (!card || card.EOF) return "There is no gift card " + number + ".";
+  var left = card.Fields("giftValue").Value - total(session, function (field) { return field("paymentType") === "GiftCard" && field("checkCardNo") === number; });
+  return amount > left + 0.001 ? "The gift card has " + text.money(left) + " left." : "";
+}
+
+// What keeps this tender from being taken, or nothing. Beyond what is due only that is taken which gives change.
+exports.tenderTrouble = function (session, type, amount, reference) {
+  var known = exports.tendersHere().filter(function (one) { return one[0] === type; })[0];
+  if (!known) return "There is no such tender.";
+  if (!amount) return "This is not an amount.";
+  if (known[1] && !reference) return known[1] + " is missing.";
+  // It goes into the books as it stands.
+  if (!/^[\w .#\/-]*$/.test(reference)) return known[1] + " takes letters and digits only.";
+  if (!known[2] && amount > session.getAmountDue()) return "No change is given on this: take " + text.money(session.getAmountDue()) + " at most.";
+  return type === "GiftCard" ? giftCardTrouble(session, reference, amount) : "";
+};
+
+exports.takeSale = function (session, sale) {
+  session.addPayment(sale.amount, "Credit Card", sale.number, sale.expiration, sale.brand, sale.amount, sale.code, sale.transaction);
+};
+
+exports.unusedSales = function (session) {
+  return cards.unused(session.custSeqNumber, text.rows(session.payments.Clone(), function (field) { return field("transactionNo"); }));
+};
+
+// ---- the screen's parts
+
 function amounts(session) {
-  return [["Total", session.getTotal()], ["Paid", session.getAmountPaid()], ["Change", session.getChangeDue()], ["Due", session.getAmountDue()]];
+  var discount = session.getPrepayDiscount();
+  return [["Total", session.getTotal()]].concat(discount ? [["Prepay discount", -discount]] : []).concat(
+    [["Paid", session.getAmountPaid()], ["Change", session.getChangeDue()], ["Due", session.getAmountDue()]]);
 }
 
 function tenderRows(session) {
@@ -37,35 +94,61 @@ function tenderRows(session) {
 
 // The tickets of the customer: those of the session with their lines, the others to be added.
 function ticketParts(session) {
+  var chosen = exports.numbers();
+  var words = session.isPrepay() ? ["Not now", "Pay for it"] : ["Leave it here", "Collect"];
   return customers.openTickets(session.custSeqNumber).map(function (ticket) {
-    var within = Session.pickupTickets.indexOf(ticket.number) >= 0;
+    var within = chosen.indexOf(ticket.number) >= 0;
     var racks = Database.query("select dbo.pivotTicketRackLocationBrief(" + ticket.number + ", ', ') as rack").Fields("rack").Value;
     return "<section class=\"paper\"><h2>" + text.encoded(ticket.invoice) + "</h2><p>" + (racks ? "Rack " + text.encoded(racks) : "<strong>Not on the rack</strong>") + " &middot; due " +
-           text.day(ticket.due) + " &middot; " + ticket.pieces + (ticket.pieces === 1 ? " piece" : " pieces") + " &middot; " + text.money(ticket.total - ticket.paid) + " to pay</p>" +
-           (within ? lines(session, ticket.invoice) : "") + "<button data-ticket=\"" + ticket.number + "\" data-within=\"" + (within ? 1 : "") + "\">" +
-           (within ? "Leave it here" : "Collect") + "</button></section>";
+           text.day(ticket.due) + (ticket.late ? " <strong>ready</strong>" : "") + " &middot; " + ticket.pieces + (ticket.pieces === 1 ? " piece" : " pieces") + " &middot; " +
+           text.money(ticket.total - ticket.paid) + " to pay</p>" + (within ? lines(session, ticket) : "") + "<button data-ticket=\"" + ticket.number +
+           "\" data-within=\"" + (within ? 1 : "") + "\">" + words[within ? 0 : 1] + "</button></section>";
   }).join("");
 }
 
-function lines(session, invoiceNumber) {
+// The garments of a ticket: what was said about them, a day of their own, and whether they have gone out already.
+function lines(session, ticket) {
   var rows = session.displayRst.Clone();
-  rows.Filter = "invoiceNumber='" + String(invoiceNumber).replace(/'/g, "''") + "'";
+  rows.Filter = "ticketNumber=" + ticket.number;
   var list = text.rows(rows, function (field) {
     var kind = field("itemType");
     if (kind !== "IT" && kind !== "DE" && kind !== "AC") return "";
-    return "<li>" + field("quantity") + " " + text.encoded(field("itemName") || field("deptName")) + " <span class=\"small\">" + text.encoded(field("notes")) + "</span></li>";
+    var due = field("dueDate"), own = due && ticket.due && text.day(due) !== text.day(ticket.due) ? text.day(due) : "";
+    var small = [field("heatSeal"), field("notes"), field("promptResponse"), own, field("pickedUp") ? "handed out" : ""].filter(function (one) { return one; });
+    return "<li>" + field("quantity") + " " + text.encoded(field("itemName") || field("deptName")) + " <span class=\"small\">" + text.encoded(small.join(", ")) + "</span></li>";
   }).join("");
   return "<ul>" + list + "</ul>";
 }
+
+function saleParts(session) {
+  if (cards.waiting(session.custSeqNumber))
+    return "<p class=\"notice\" data-waiting>The card terminal is at work&hellip; <button class=\"quiet\" data-give-up>Do not wait</button></p>";
+  return exports.unusedSales(session).map(function (one) {
+    return "<p>Approved on a card: " + text.money(one.rest) + " <button class=\"quiet\" data-sale=\"" + text.encoded(one.transaction) + "\">Use it</button></p>";
+  }).join("");
+}
+
+function couponParts(session) {
+  return text.rows(session.getDisplayCouponRst(), function (field) {
+    return "<button data-coupon=\"" + field("discountId") + "\">" + text.encoded(field("discountName")) + "</button>";
+  }).join("") || "<p class=\"notice\">No coupon fits.</p>";
+}
+
+exports.canPay = function (session) {
+  if (!exports.numbers().length || cards.waiting(session.custSeqNumber)) return false;
+  return session.isPrepay() ? session.payments.RecordCount > 0 : session.getAmountDue() <= 0;
+};
 
 exports.parts = function (session) {
   return {
     tickets: ticketParts(session) || "<p class=\"notice\">Nothing is in the shop.</p>",
     tenders: tenderRows(session),
+    sales: saleParts(session),
+    coupons: couponParts(session),
     amounts: amounts(session).map(function (row) {
       return "<div class=\"total\"><div class=\"value\">" + text.money(row[1]) + "</div><div class=\"name\">" + row[0] + "</div></div>";
     }).join(""),
     due: session.getAmountDue(),
-    tickets_chosen: Session.pickupTickets.length
+    canPay: exports.canPay(session)
   };
 };

@@ -19,4 +19,5 @@ try {
 }
 var answer = fragments.paper(invoice, line);
 answer.problem = problem;
+answer.question = click.click === "item" && !problem ? fragments.question(invoice, line) : "";
 Response.json(answer);

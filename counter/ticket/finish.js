@@ -10,15 +10,17 @@ if (Request.method !== "POST" || !invoice) return Response.redirect(invoice ? "/
 if (!invoice.lineItems.Clone().RecordCount && !invoice.isQuickInvoice()) return layout.notice("Finish", "Nothing is on the ticket.", "/ticket", "Back to the ticket");
 
 if (!Session.finished) {
-  invoice.invoiceDone2();
-  // A bag was split when it was taken in: what comes out of it stays on its ticket.
-  if (!invoice.isQuickInvoice() && invoice.isSplitInvoice()) invoice.splitInvoice(tickets.saveAction(invoice));
-  Session.finished = true;
+  var obstacles = tickets.obstacles(invoice);
+  if (obstacles.length) return layout.notice("Finish", obstacles.join(" "), "/ticket", "Back to the ticket");
+  tickets.finish(invoice);
 }
-var sheets = tickets.parts(invoice).map(function (part, at) {
-  return "<section class=\"paper\"><h2>Ticket " + (at + 1) + "</h2>" + receipts.lines(part) + "</section>";
+var parts = tickets.parts(invoice);
+var sheets = parts.map(function (part, at) {
+  return "<section class=\"paper\"><h2>Ticket " + (at + 1) + "</h2>" + receipts.lines(part) + "<p>Ready " + text.day(part.InvDueDate) + "</p></section>";
 });
 layout.page("Finished: " + (sheets.length === 1 ? "one ticket" : sheets.length + " tickets"),
+  (invoice.isMissingHeatSeals() ? "<p class=\"notice\">Not every garment that takes a heat seal has one: tags are printed for these.</p>" : "") +
+  (Session.leastAhead > 0 ? "<p class=\"problem\">At least " + text.money(Session.leastAhead) + " is to be paid ahead.</p>" : "") +
   "<div class=\"sheets\">" + sheets.join("") + "</div><div class=\"finish\">" +
   layout.button("/ticket/save", "Save", {}, { kind: "main", once: true }) +
   layout.button("/ticket/reopen", "Back to the ticket", {}) + "</div>");

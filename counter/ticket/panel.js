@@ -13,6 +13,7 @@ if (asked.due !== undefined) {
   var page = ByRef(asked.page === undefined ? "" : asked.page);
   return Response.json({ due: asked.due ? invoice.htmlDeptDueDate(text.whole(asked.due), page) : invoice.htmlInvoiceDueDate() });
 }
+if (asked.preview) return Response.json({ preview: fragments.preview(invoice, text.whole(asked.preview)) });
 Response.json({
   panel: fragments.panel(invoice, String(asked.group || "it"), asked.department ? text.whole(asked.department) : "", line, String(asked.filter || "").substr(0, 40)),
   groups: fragments.groups(invoice, line, String(asked.group || "it")),

@@ -10,7 +10,8 @@ if (!employee) return Response.redirect("/employee");
 // Taken out of the session first: after a failure nobody saves it a second time by accident.
 delete Session.invoice;
 Session.finished = false;
-invoice.saveInvoice(tickets.saveAction(invoice), employee.id, desk.terminal, "0", employee.name, desk.storeName(), true);
+var place = desk.place();
+invoice.saveInvoice(tickets.saveAction(invoice), employee.id, place.terminal, "0", employee.name, place.storeName, true);
 invoice.insertTagsForTicket(false);
 var numbers = tickets.numbers(invoice);
 desk.workDone();

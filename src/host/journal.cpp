@@ -222,12 +222,9 @@ std::optional<JournalContents> Journal::read(const std::filesystem::path& path) 
   return contents;
 }
 
-// A line that a sudden end left half written stays by itself.
 Journal::Journal(std::filesystem::path path) : path_(std::move(path)) {
   open(O_APPEND);
-  if (file_ < 0) return;
-  bytes_ = static_cast<size_t>(std::max<off_t>(::lseek(file_, 0, SEEK_END), 0));
-  if (bytes_ > 0) write({""});
+  if (file_ >= 0) dropTornLine();
 }
 
 Journal::~Journal() {
@@ -236,13 +233,23 @@ Journal::~Journal() {
 
 void Journal::open(int flags) {
   if (path_.empty()) return;
-  file_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW | flags, kOwnerOnly);
+  file_ = ::open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | flags, kOwnerOnly);
   hasFailed_ = file_ < 0;
 }
 
 void Journal::close() {
   if (file_ >= 0) ::close(file_);
   file_ = -1;
+}
+
+// What a sudden end left half written goes: the next line would make it whole.
+void Journal::dropTornLine() {
+  bytes_ = static_cast<size_t>(std::max<off_t>(::lseek(file_, 0, SEEK_END), 0));
+  const size_t found = bytes_;
+  char last = '\n';
+  while (bytes_ > 0 && ::pread(file_, &last, 1, static_cast<off_t>(bytes_ - 1)) == 1 && last != '\n')
+    --bytes_;
+  if (bytes_ < found && ::ftruncate(file_, static_cast<off_t>(bytes_)) != 0) hasFailed_ = true;
 }
 
 void Journal::write(const Fields& fields, bool toDisk) {

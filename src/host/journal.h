@@ -80,6 +80,7 @@ class Journal {
   void restart(const JournalContents& contents);
   void open(int flags);
   void close();
+  void dropTornLine();
 
   std::filesystem::path path_;
   int file_ = -1;

@@ -124,6 +124,10 @@ void PageEngine::defineFunctions() {
                     Variant(isJson), Variant(request_->number), Variant(request_->address)});
   });
   define("room", [this](Arguments) { return Variant(static_cast<double>(surroundings_->answerSize)); });
+  define("setting", [this](Arguments name) {
+    const auto found = surroundings_->settings.find(name[0].toText());
+    return found == surroundings_->settings.end() ? Variant() : Variant(found->second);
+  });
   define("signIn",
          [this](Arguments given) { return Variant(owner_.signIn(given[0].toText(), given[1].toText())); });
   define("token", [this](Arguments) { return Variant(owner_.token()); });

@@ -26,6 +26,7 @@ struct PageSurroundings {
   std::shared_ptr<const PageFiles> files;
   std::string connectionString;
   std::optional<Date> now;  // fixes the clock
+  std::map<std::string, std::string> settings;
   size_t scriptMemory = 0;  // bytes
   size_t answerSize = 0;    // bytes
   OpenConnections openConnections = std::make_shared<std::atomic<size_t>>(0);
@@ -57,8 +58,9 @@ struct PageRun {
   std::uint64_t statements = 0;
   size_t scriptMemory = 0;  // bytes, after the run
   std::string printed;
-  std::string failure;   // with the position; not for the browser
-  std::string restored;  // how many calls of work in progress were brought back before
+  std::string failure;     // with the position; not for the browser
+  std::string restored;    // how many calls of work in progress were brought back before
+  bool isRenamed = false;  // a sign-in gave the session a new id
 };
 
 // The script engine and the apartment of one session, with the globals that a page sees. One thread at a

@@ -98,6 +98,7 @@ std::shared_ptr<const SessionSurroundings> surroundingsOf(const HostOptions& opt
   pages->files = std::move(files);
   pages->connectionString = options.connectionString;
   pages->now = options.now;
+  pages->settings = options.settings;
   pages->scriptMemory = options.limits.scriptMemory;
   pages->answerSize = options.limits.answerSize;
   auto surroundings = std::make_shared<SessionSurroundings>();
@@ -258,12 +259,12 @@ class PageHost::Work {
     }
     if (!session) return fullAnswer();
     const std::string id = session->id();
-    PageAnswer answer = admitted(session, std::move(incoming), entry);
+    PageAnswer answer = admitted(session, id, std::move(incoming), entry);
     answer.headers.emplace_back("Cache-Control", "no-store");
     if (session->isSignedOut()) {
       endSession(session);
       answer.headers.emplace_back("Set-Cookie", cookie("", "; Max-Age=0"));
-    } else if (isNew || session->id() != id) {
+    } else if (isNew || entry.run.isRenamed) {
       sessions_.rename(id, session);
       answer.headers.emplace_back("Set-Cookie", cookie(session->id(), ""));
     }
@@ -285,29 +286,33 @@ class PageHost::Work {
                        options_.isBehindTls ? "; Secure" : "", more);
   }
 
-  PageAnswer admitted(const PageSessionRef& session, Incoming incoming, LogEntry& entry) {
+  PageAnswer admitted(const PageSessionRef& session, const std::string& id, Incoming incoming,
+                      LogEntry& entry) {
     const PageRequest& page = incoming.page;
     if (page.isChanging() && !isSameSecret(incoming.token, session->token()))
       return plainAnswer(403, "The token is not that of the session: load the page again.");
     if (!isNumber(page.number)) return plainAnswer(400, "A request number is up to 64 letters and digits.");
     if (surroundings_->clerks && session->clerk().id.empty() && page.page != kSignInPage)
       return page.isChanging() ? plainAnswer(401, "Sign in first.") : redirection("/sign_in");
-    return served(session, std::move(incoming.page), entry);
+    return served(session, id, std::move(incoming.page), entry);
   }
 
   // What the page works on lives as long as the page, which may be longer than this call.
   struct Turn {
+    std::string sessionId;
     PageRequest request;
     PageAnswer answer;
     PageRun run;
   };
 
-  PageAnswer served(const PageSessionRef& session, PageRequest request, LogEntry& entry) {
+  PageAnswer served(const PageSessionRef& session, const std::string& id, PageRequest request,
+                    LogEntry& entry) {
     const auto turn = std::make_shared<Turn>();
+    turn->sessionId = id;
     turn->request = std::move(request);
     const RunOutcome outcome = runners_->run(session->lane(), [session, turn] {
       try {
-        turn->answer = session->serve(turn->request, turn->run);
+        turn->answer = session->serve(turn->request, turn->sessionId, turn->run);
       } catch (const std::exception& exception) {
         turn->answer = plainAnswer(500, "");
         turn->run.failure = exception.what();

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -40,6 +41,8 @@ struct HostOptions {
   bool isBehindTls = false;   // the session cookie goes over TLS only
   std::filesystem::path log;  // empty for the error output
   std::optional<Date> now;    // fixes the clock of library and database
+  // What the pages of this shop need to be told, by name.
+  std::map<std::string, std::string> settings;
   HostLimits limits;
 };
 

@@ -6,7 +6,7 @@ const std::string_view kPageScript = R"js((function (global) {
   "use strict";
   var host = {};
   ["answer", "changed", "clerk", "compile", "encode", "header", "keep", "now", "recall", "record",
-   "request", "room", "signIn", "signOut", "token", "workDone"].forEach(function (name) {
+   "request", "room", "setting", "signIn", "signOut", "token", "workDone"].forEach(function (name) {
     host[name] = global["host_" + name];
     delete global["host_" + name];
   });
@@ -134,6 +134,7 @@ const std::string_view kPageScript = R"js((function (global) {
     include: include,
     recorded: recorded,
     now: function () { return host.now(); },
+    setting: function (name) { return host.setting(String(name)); },
     signIn: function (clerk, pin) { return host.signIn(String(clerk), String(pin)); },
     signOut: function () { host.signOut(); },
     workDone: function () { host.workDone(); }

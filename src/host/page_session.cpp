@@ -44,12 +44,16 @@ PageEngine& PageSession::engine() {
   return *engine_;
 }
 
-PageAnswer PageSession::serve(const PageRequest& request, PageRun& run) {
+// The lane may have changed the session since the request was let in: who has the old id and the old token gets
+// nothing of what a sign-in made of it.
+PageAnswer PageSession::serve(const PageRequest& request, std::string_view admittedAs, PageRun& run) {
+  if (id() != admittedAs) return plainAnswer(403, "The session has changed: load the page again.");
   request_ = &request;
   PageEngine& pages = engine();
   if (isRestoring_) run.restored = restore();
   PageAnswer answer = request.isChanging() ? serveChanging(request, run) : pages.run(request, run);
   request_ = nullptr;
+  run.isRenamed = id() != admittedAs;
   scriptMemory_ = run.scriptMemory;
   isJournalBroken_ = journal_->hasFailed();
   return answer;
@@ -117,30 +121,43 @@ bool PageSession::prepareRestoring() {
   return true;
 }
 
-// Says for the log how far it came.
+// Says for the log how far it came. Whatever stops it, the session goes on with what is there by then.
 std::string PageSession::restore() {
-  const JournalContents contents = std::move(*toRestore_);
-  toRestore_.reset();
-  for (const RememberedAnswer& known : contents.answers) numbers_.remember(known);
-  engine_->setKept(contents.kept);
+  const JournalContents contents = std::move(*std::exchange(toRestore_, std::nullopt));
   size_t done = 0;
-  while (done < contents.calls.size() && replay(contents.calls[done])) ++done;
+  std::string trouble;
+  try {
+    for (const RememberedAnswer& known : contents.answers) numbers_.remember(known);
+    engine_->setKept(contents.kept);
+    while (done < contents.calls.size() && replay(contents.calls[done])) ++done;
+  } catch (const std::exception& exception) {
+    trouble = std::string("; stopped by: ") + exception.what();
+  }
   isRestoring_ = false;
-  return std::to_string(done) + " of " + std::to_string(contents.calls.size()) + " calls";
+  return std::to_string(done) + " of " + std::to_string(contents.calls.size()) + " calls" + trouble;
 }
 
 // With the clock at the moment of the call, so that the days of a ticket come out as they did, and without a
 // trace in the database, which has what the call wrote.
 bool PageSession::replay(const JournalledCall& call) {
-  replayed_ = &call;
-  nextRecord_ = 0;
-  engine_->setReplay(call.moment);
+  struct Replay {
+    Replay(PageSession& owner, const JournalledCall& replayed) : session(owner) {
+      session.replayed_ = &replayed;
+      session.nextRecord_ = 0;
+      session.engine_->setReplay(replayed.moment);
+    }
+    ~Replay() {
+      session.engine_->setReplay(std::nullopt);
+      session.replayed_ = nullptr;
+      session.isWorkDone_ = false;  // of the call that was brought back, not of the next one
+    }
+    Replay(const Replay&) = delete;
+    Replay& operator=(const Replay&) = delete;
+    PageSession& session;
+  };
+  const Replay replay(*this, call);
   PageRun run;
-  const PageAnswer answer = engine_->run(call.request, run);
-  engine_->setReplay(std::nullopt);
-  replayed_ = nullptr;
-  isWorkDone_ = false;  // of the call that was brought back, not of the next one
-  return answer.status == call.status;
+  return engine_->run(call.request, run).status == call.status;
 }
 
 void PageSession::giveUp() noexcept {

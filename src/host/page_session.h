@@ -28,8 +28,9 @@ class PageSession : private PageOwner {
  public:
   PageSession(std::shared_ptr<const SessionSurroundings> surroundings, std::string id);
 
-  // Answers from memory what carries a number that is known already.
-  PageAnswer serve(const PageRequest& request, PageRun& run);
+  // Answers from memory what carries a number that is known already. `admittedAs` is the id under which the request
+  // was let in.
+  PageAnswer serve(const PageRequest& request, std::string_view admittedAs, PageRun& run);
   // Reads the journal that an earlier run of the host left, so that the first `serve` brings the work in progress
   // back before it does anything else. False when there is none. Before other threads see the session.
   bool prepareRestoring();

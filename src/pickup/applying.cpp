@@ -5,6 +5,7 @@
 #include "data/values.h"
 #include "pickup/pickup.h"
 #include "pickup/pickup_columns.h"
+#include "pickup/ticket_store_tables.h"
 
 namespace ondrel {
 namespace {
@@ -51,7 +52,7 @@ Variant Pickup::enableTicketsPrepayDiscount(Variant& employeeid, Variant& termin
     const std::shared_ptr<Invoice> invoice = newInvoice();
     invoice->storeNumber = storeid;
     invoice->getExistingDetails(keys[place]);
-    loadStoreTables(*invoice);
+    const TicketStoreTables tables(*apartment_, *invoice);
     if (invoice->isPrepayEnabled().toBoolean()) continue;
     Variant enabled = true;
     invoice->applyPrepay(enabled);

@@ -181,8 +181,6 @@ class Pickup : public Object {
   // Still to be paid, below 0 when too much was.
   double openAmount();
   std::shared_ptr<Invoice> newInvoice() const;
-  // The store's calendar and departments for the work on an invoice.
-  void loadStoreTables(const Invoice& invoice) const;
   void addPrepaidTicket(const Variant& ticketNumber, const Recordset& row);
 
   // ---------------------------------------------------------------- lines

@@ -1,5 +1,6 @@
 #include "data/query_database.h"
 #include "pickup/pickup.h"
+#include "pickup/ticket_store_tables.h"
 
 namespace ondrel {
 namespace {
@@ -77,7 +78,7 @@ void Pickup::addPrepaidTicket(const Variant& ticketNumber, const Recordset& row)
   invoice->invoiceNo = row.text("invoicenumber");
   invoice->amountPaid = row.number("amountPaid");
   invoice->invoiceTotal = row.number("nettotal");
-  loadStoreTables(*invoice);
+  const TicketStoreTables tables(*apartment_, *invoice);
   const bool earnsDiscount = !row.isNull("age") && row.integer("age") <= kPrepayMinutes;
   if (earnsDiscount) setPrepay(*invoice, true);
   invoice->invoiceDone2();
@@ -147,13 +148,6 @@ std::vector<PickupInvoiceRef> Pickup::tickets() const {
 std::shared_ptr<Invoice> Pickup::newInvoice() const {
   const ApartmentScope scope(apartment_);
   return std::make_shared<Invoice>();
-}
-
-// The hours and the cut-off too: those of the ticket that the apartment worked on last would make this one a
-// rush, or not.
-void Pickup::loadStoreTables(const Invoice& invoice) const {
-  loadStoreDays(*apartment_, invoice.storeNumber, invoice.createdDate);
-  loadDepartments(*apartment_, invoice.storeNumber, invoice.priceListId);
 }
 
 }  // namespace ondrel

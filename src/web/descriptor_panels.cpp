@@ -176,7 +176,7 @@ Variant Invoice::htmlUpcharges(const Variant& priceListItemId, const Variant& li
       button.attribute("maxquantity", rows->value(columns.maxQuantity)).raw(" ");
       button.raw(pieces > 0 ? " class=\"button plisel pli li-up" : " class=\"button pli li-up");
       if (pieces > 0) panel.choose(name, pieces);
-      button.raw(rows->flag(promptForDescriptors) ? "\"" : " fin\"");
+      button.raw(rows->isNull(promptForDescriptors) || rows->flag(promptForDescriptors) ? "\"" : " fin\"");
       writeDescriptorStyle(button, "", icon);
       // The attribute stands twice; a browser keeps the first.
       button.escaped("itemname", toLower(name))

@@ -53,7 +53,7 @@ void writeButtons(ButtonPanel& panel, Recordset& rows, const ChosenItem& chosen,
     if (isChosen && !chosen.pieces.isNull() && !isEqual(chosen.pieces, 1))
       html.attribute("quantity", chosen.pieces);
     html.raw(isChosen ? " class=\"button pli li-it plisel" : " class=\"button pli li-it");
-    if (!rows.flag(promptForUpcharge)) html.raw(" fin");
+    if (!rows.isNull(promptForUpcharge) && !rows.flag(promptForUpcharge)) html.raw(" fin");
     if (wantsHeatSeals && rows.flag(useHeatSeals)) html.raw(" uhs");
     html.raw("\"").escaped("itemname", toLower(name)).raw("><span>").encoded(name).raw("</span></div>");
   }

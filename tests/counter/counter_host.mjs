@@ -1,6 +1,6 @@
 // A host of its own for a test: a store in a file, a free port, and a browser beside it.
 import { spawn, execFileSync } from "node:child_process";
-import { mkdtempSync, rmSync } from "node:fs";
+import { mkdirSync, mkdtempSync, readdirSync, readFileSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { chromium } from "playwright-core";
@@ -13,13 +13,16 @@ export class Host {
     this.connection = `Driver=Embedded;Database=${join(this.folder, "shop.db")}`;
     execFileSync(program, ["db", "create", this.connection]);
     execFileSync(program, ["db", "sample", this.connection]);
+    mkdirSync(join(this.folder, "c", "cards"), { recursive: true });
+    this.cards = spawn(process.env.ONDREL_CARDS, [join(this.folder, "c", "cards"), "50"]);
   }
 
   // Listens on a free port, or on the one it had before.
   async start() {
     const port = this.address ? new URL(this.address).port : "0";
     this.process = spawn(program, ["serve", "--db", this.connection, "--listen", `127.0.0.1:${port}`, "--now", "2026-11-24 10:30",
-      "--pages", process.env.ONDREL_PAGES, "--log", join(this.folder, "host.log")]);
+      "--pages", process.env.ONDREL_PAGES, "--log", join(this.folder, "host.log"), "--set", "cardFolder=C:/cards"],
+      { env: { ...process.env, ONDREL_DRIVES: this.folder } });
     this.address = await new Promise((found, failed) => {
       this.process.stdout.on("data", (text) => { const line = /http:\/\/\S+/.exec(text); if (line) found(line[0].replace(/\/$/, "")); });
       this.process.on("exit", (code) => failed(new Error(`the host ended with ${code}`)));
@@ -38,7 +41,16 @@ export class Host {
     return execFileSync(program, ["run", "--db", this.connection, join(process.env.ONDREL_TESTS, "query.js"), sql], { encoding: "utf8" }).trim();
   }
 
-  remove() { rmSync(this.folder, { recursive: true, force: true }); }
+  // What the host has left in its log and journals.
+  files() {
+    const journals = join(this.folder, "shop.db.sessions");
+    return [join(this.folder, "host.log"), ...readdirSync(journals).map((name) => join(journals, name))].map((name) => readFileSync(name, "utf8")).join("\n");
+  }
+
+  remove() {
+    this.cards.kill();
+    rmSync(this.folder, { recursive: true, force: true });
+  }
 }
 
 export function browser() {

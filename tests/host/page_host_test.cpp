@@ -419,6 +419,39 @@ TEST_F(PageHostTest, ClerksSignInWithinLimitedTries) {
   EXPECT_THAT(log(), Not(HasSubstr("1357")));
 }
 
+// Who knows the id from before a sign-in, and asks while it is under way, gets nothing of the new session.
+TEST_F(PageHostTest, RequestBehindASignInKeepsOutside) {
+  page("sign_in.js", R"(
+    if (Request.method === "POST") {
+      Server.signIn("7", "2468");
+      var end = Date.now() + 400;
+      while (Date.now() < end) {}
+    }
+    Response.write(Request.token);)");
+  options.clerks = folder / "clerks";
+  Clerks::enter(options.clerks, {"7", "Ann"}, "2468");
+  start();
+  Browser clerk(port), onlooker(port);
+  clerk.token = clerk.get("/sign_in").body;
+  onlooker.cookie = clerk.cookie;
+  std::thread signingIn([&] { clerk.token = clerk.post("/sign_in", "").body; });
+  while (Browser(port).client->Get("/metrics")->body.find("ondrel_runners_busy 1") == std::string::npos)
+    std::this_thread::yield();
+  const httplib::Response seen = onlooker.get("/sign_in");
+  signingIn.join();
+  EXPECT_EQ(seen.status, 403);
+  EXPECT_FALSE(seen.has_header("Set-Cookie"));
+  EXPECT_NE(clerk.cookie, onlooker.cookie);
+  EXPECT_EQ(clerk.get("/sign_in").body, clerk.token);
+}
+
+TEST_F(PageHostTest, PagesAreToldTheSettingsOfTheirShop) {
+  page("setting.js", "Response.write(Server.setting('cardFolder'), ' ', Server.setting('other'));");
+  options.settings["cardFolder"] = "C:/xc";
+  start();
+  EXPECT_EQ(Browser(port).get("/setting").body, "C:/xc ");
+}
+
 TEST_F(PageHostTest, BeyondThisMachineClerksAreNeeded) {
   options.address = "0.0.0.0";
   EXPECT_THROW(PageHost{options}, Error);

@@ -250,6 +250,30 @@ TEST_F(RestartTest, GrownJournalBeginsAnewWhenTheWorkIsDone) {
   EXPECT_EQ(browser.post("/save", "id=943").body, "saved 943 3");
 }
 
+// A line that a sudden end tore does not become whole by what is written after it, and one that makes no sense stops
+// the work that it belongs to, not the session.
+TEST_F(RestartTest, SpoiltJournalDoesNotSpoilTheSession) {
+  const struct {
+    const char* spoilt;
+    const char* ticket;
+  } cases[] = {{"kept\t{\"clerk\":\"torn\"}", "[201,103] day 24 clerk Ann"},
+               {"kept\t{\n", "[103] day 24 clerk "}};
+  for (const auto& row : cases) {
+    start();
+    Browser browser = visitor();
+    browser.post("/clerk", "name=Ann");
+    browser.post("/ticket", "item=201");
+    host.reset();
+    for (const auto& path : journals()) std::ofstream(path, std::ios::app) << row.spoilt;
+    restartAndReturn(browser);
+    EXPECT_EQ(browser.post("/ticket", "item=103").body, row.ticket);
+    if (row.ticket[1] == '2') restartAndReturn(browser);
+    EXPECT_EQ(browser.get("/ticket").body, row.ticket);
+    host.reset();
+    std::filesystem::remove_all(options.journals);
+  }
+}
+
 TEST_F(RestartTest, JournalGoesWithItsSession) {
   page("out.js", "Server.signOut();");
   options.limits.idle = std::chrono::milliseconds(100);

@@ -90,6 +90,8 @@ TEST_F(Tickets, StandARoundTrip) {
     invoice->getQualifyingCoupons();
     if (each.coupon > 0) invoice->addCoupon(each.coupon);
     invoice->starchPref = "Light";
+    invoice->multiPickUpCustName = "J. O'Neil";
+    invoice->multiPickUpLoc = "Back door";
     Variant fold = 2, value = "Boxed";
     invoice->setCustomerPreference(fold, value);
     invoice->invoiceDone2();
@@ -105,7 +107,11 @@ TEST_F(Tickets, StandARoundTrip) {
         " and ticketLineType not in ('IT', 'UP', 'CO') "
         "group by ticketLineType, departmentID order by ticketLineType, departmentID";
     const std::string preferences = "select * from customerpreference where ticketnumber = " + number;
+    const std::string collector =
+        "select multiPickupCustomerName, multiPickupLocation from TicketCustomer where ticketNumber = " +
+        number;
     const auto before = std::make_tuple(rows(header), rows(entered), rows(made), rows(preferences));
+    EXPECT_THAT(rows(collector), ElementsAre("J. O'Neil | Back door"));
 
     std::string kinds;
     for (const std::string& kind :
@@ -124,6 +130,7 @@ TEST_F(Tickets, StandARoundTrip) {
     EXPECT_THAT(rows(entered), std::get<1>(before));
     EXPECT_THAT(rows(made), std::get<2>(before));
     EXPECT_THAT(rows(preferences), std::get<3>(before));
+    EXPECT_THAT(rows(collector), ElementsAre("J. O'Neil | Back door"));
   }
 }
 

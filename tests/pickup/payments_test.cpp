@@ -209,6 +209,7 @@ TEST_F(PickupPayments, APrepaymentSavesTheDiscountFirst) {
   pay(session, 30, "Cash");
   session.applyPayments(4, 3, "'1007'", "");
   EXPECT_EQ(ticket(1007), "AC | 30 | 39.74 | NULL");
+  EXPECT_EQ(apartment->store.calendar.cutoffExtraDays, 1) << "what is being written is promised as before";
   EXPECT_EQ(reads().back(), "ApplyPrePayPayment '1007',15,1,4,3, 'Pre pay'");
 
   // Paid before, nothing tendered: the discount is saved where it is missing, and no payment is booked.

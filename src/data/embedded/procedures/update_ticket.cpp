@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include "data/embedded/procedures/ticket_procedures.h"
+#include "data/values.h"
 
 namespace ondrel {
 namespace {
@@ -47,6 +48,22 @@ std::string routeOf(const ProcedureCall& call) {
   return none ? "NULL" : std::to_string(call.integer(kRoute));
 }
 
+// A ticket that was called up to be edited does not know who collects it and where: what the call leaves out stays.
+struct OtherPickup {
+  std::string name, place;
+};
+
+OtherPickup otherPickupOf(ProcedureCall& call, std::int32_t ticket) {
+  const RecordsetRef known = call.query(fmt::format(
+      "select multiPickupCustomerName as name, multiPickupLocation as place from TicketCustomer where ticketNumber = {}",
+      ticket));
+  const auto given = [&](int argument, std::string_view column) {
+    return call.isNull(argument) && !known->eof() ? sqlQuotedOrNull(known->value(column))
+                                                  : call.sql(argument);
+  };
+  return {given(kPickupName, "name"), given(kPickupPlace, "place")};
+}
+
 }  // namespace
 
 // Writes the header over that of a ticket and takes the customer's copy anew. Who wrote the ticket, when, its
@@ -60,8 +77,9 @@ RecordsetRef updateTicket(ProcedureCall& call) {
   for (const HeaderColumn& column : kColumns)
     changes += fmt::format(", {} = {}", column.name, call.sql(column.argument));
   call.execute(fmt::format("update Ticket set {} where ticketNumber = {}", changes, ticket));
+  const OtherPickup other = otherPickupOf(call, ticket);
   call.execute(fmt::format("delete from TicketCustomer where ticketNumber = {}", ticket));
-  copyCustomer(call, ticket, call.sql(kCustomer), call.sql(kPickupName), call.sql(kPickupPlace));
+  copyCustomer(call, ticket, call.sql(kCustomer), other.name, other.place);
   return call.query(fmt::format(
       "select ticketNumber as TicketNumber, lastModifiedDate as LogDate from Ticket where ticketNumber = {}",
       ticket));

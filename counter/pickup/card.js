@@ -1,0 +1,23 @@
+// The card at the till. GET looks whether the card program has answered and changes nothing; POST asks it for a sale.
+var till = Server.include("shared/till.js");
+var cards = Server.include("shared/cards.js");
+var text = Server.include("shared/text.js");
+
+var session = Session.pickup;
+if (!session) {
+  Response.status = 409;
+  return Response.json({ problem: "Nobody is at the till." });
+}
+if (Request.method !== "POST") return Response.json({ answered: cards.isAnswered(session.custSeqNumber) });
+
+var c = Request.json || {};
+var amount = text.amount(c.amount);
+var problem = "";
+if (!till.isCardTaken()) problem = "This counter takes no cards.";
+else if (!amount) problem = "This is not an amount.";
+else if (amount > session.getAmountDue()) problem = "No change is given on a card: take " + text.money(session.getAmountDue()) + " at most.";
+else problem = cards.ask(session.custSeqNumber, c, amount);
+
+var answer = till.parts(session);
+answer.problem = problem;
+Response.json(answer);

@@ -1,0 +1,17 @@
+// Which counter this is.
+var layout = Server.include("shared/layout.js");
+var desk = Server.include("shared/desk.js");
+var text = Server.include("shared/text.js");
+
+if (desk.isWorking()) return layout.notice("Counter", "Something is still being written here. Save it or give it up first.", "/ticket", "Ticket");
+var places = desk.places();
+if (Request.method === "POST") {
+  var chosen = places.filter(function (one) { return one.terminal === text.whole(Request.form.terminal); })[0];
+  if (!chosen) return Response.redirect("/place");
+  Session.kept.place = chosen;
+  delete Session.kept.employee;
+  return Response.redirect(Request.clerk ? "/" : "/employee");
+}
+layout.page("Which counter is this?", "<div class=\"choices\">" + places.map(function (one) {
+  return layout.button("/place", one.storeName + ", " + one.name, { terminal: one.terminal });
+}).join("") + "</div>");
