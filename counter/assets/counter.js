@@ -35,7 +35,7 @@
     place.querySelectorAll(pressable).forEach(function (one) {
       one.tabIndex = 0;
       one.setAttribute("role", "button");
-      if (/\b(plisel|selected|sel_pref|sel_discount|due-date|new-heatseal-selected)\b/.test(one.className)) one.setAttribute("aria-pressed", "true");
+      if (/(^|\s)(plisel|selected|sel_pref|sel_discount|due-date|new-heatseal-selected)(\s|$)/.test(one.className)) one.setAttribute("aria-pressed", "true");
     });
   }
   document.addEventListener("keydown", function (event) {

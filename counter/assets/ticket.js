@@ -44,9 +44,13 @@
     return asked({ group: at.group, department: at.department, line: at.line, filter: place("brand").value }).then(function (answer) {
       counter.put(place("panel"), answer.panel);
       counter.put(place("groups"), answer.groups);
+      document.querySelectorAll(".id-group-button").forEach(function (one) { one.setAttribute("aria-pressed", String(groupOf(one) === at.group)); });
       place("filter").hidden = at.group !== "br";
     });
   }
+
+  // The bar's own class of the chosen button says nothing here: it is on all of them.
+  function groupOf(button) { return (/\bsel-(\w*)/.exec(button.className) || [])[1] || "pr"; }
 
   function turn(group) {
     at.group = group;
@@ -109,7 +113,7 @@
       at.line = 0;
       turn("it");
     }],
-    [".id-group-button", function (one) { turn((/\bsel-(\w*)/.exec(one.className) || [])[1] || "pr"); }],
+    [".id-group-button", function (one) { turn(groupOf(one)); }],
     [".li-it", function (one) {
       var count = place("count").value, redo = place("as-redo").checked;
       place("count").value = 1;

@@ -95,20 +95,19 @@ void appendJsEscaped(std::string& target, std::string_view text) {
 void appendHtmlEncoded(std::string& target, std::string_view text) {
   size_t from = 0;
   for (size_t k = 0; k < text.size();) {
-    if (const auto byte = static_cast<unsigned char>(text[k]);
-        byte >= 32 && byte < 128 && entityOf(byte).empty()) {
-      ++k;
-      continue;
-    }
-    target.append(text, from, k - from);
-    const int code = ansiCode(nextCharacter(text, k));
+    const size_t at = k;
+    const auto byte = static_cast<unsigned char>(text[k]);
+    const int code = byte < 128 ? byte : ansiCode(nextCharacter(text, k));
+    if (byte < 128) ++k;
+    const std::string_view entity = entityOf(code);
+    // A character that the code page lacks stays as it is too: its code is that of the question mark.
+    if (entity.empty() && code >= 32 && code < 128) continue;
+    target.append(text, from, at - from);
     from = k;
-    if (const std::string_view entity = entityOf(code); !entity.empty())
-      target += entity;
-    else if (code < 32 || code >= 128)
+    if (entity.empty())
       target.append("&#").append(std::to_string(code)).append(";");
     else
-      target += static_cast<char>(code);
+      target += entity;
   }
   target.append(text, from, std::string_view::npos);
 }

@@ -20,7 +20,7 @@ Variant jsonEscape(const Variant& value);
 // which loses the quote. The empty text for Null.
 std::string jsEscapeSimple(const Variant& value);
 // Quote, ampersand and angle brackets as entities, control characters and those from 128 on as the
-// decimal number of their Windows-1252 code. The empty text for Null.
+// decimal number of their Windows-1252 code; a character without one stays. The empty text for Null.
 std::string htmlEncode(const Variant& value);
 // 'value' with quotes doubled; null when the value is Null or has no text form.
 std::string sqlQuotedOrNull(const Variant& value);

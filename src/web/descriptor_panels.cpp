@@ -130,7 +130,7 @@ std::string Invoice::descriptorPanels(const std::string& groupsStatement, const 
   HtmlWriter html;
   if (choice.withUpcharges)
     html.raw("<div class=\"upcharge-section\">").raw(htmlUpcharges(item, line)).raw("</div>");
-  const ChildLines children(*lineItems);
+  const ChildLines children(*lineItems, lineItems->sort());
   const std::span<const ChildLine> chosen =
       hasLine ? children.of(line.toLong()) : std::span<const ChildLine>();
   const RecordsetRef groups = queryDatabase(*apartment_, groupsStatement);
@@ -164,7 +164,7 @@ Variant Invoice::htmlUpcharges(const Variant& priceListItemId, const Variant& li
                                    rows->column("icon"), rows->column("maxQuantity")};
     const Column promptForDescriptors = rows->column("promptfordescriptors");
     const bool hasLine = !line.joined().empty();
-    const ChildLines children(*lineItems);
+    const ChildLines children(*lineItems, lineItems->sort());
     const std::span<const ChildLine> chosen =
         hasLine ? children.of(line.toLong()) : std::span<const ChildLine>();
     if (hasLine && !rows->eof()) lineItems->clearFilter();

@@ -9,8 +9,10 @@ namespace ondrel {
 
 using enum LineColumn;
 
-ChildLines::ChildLines(const Recordset& lines) {
-  for (const RecordsetRef each = lines.clone(); !each->eof(); each->moveNext()) {
+ChildLines::ChildLines(const Recordset& lines, const std::string& sort) {
+  const RecordsetRef each = lines.clone();
+  if (!sort.empty()) each->setSort(sort);
+  for (; !each->eof(); each->moveNext()) {
     const std::int32_t parent = each->integer(parentLineNumber);
     if (parent < 0) continue;
     children_.push_back({parent, each->integer(lineNumber), each->textView(itemType),

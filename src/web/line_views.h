@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -21,8 +22,9 @@ struct ChildLine {
 // All lines that hang on others, read once, so that a panel does not search the table for each of its lines.
 class ChildLines {
  public:
-  explicit ChildLines(const Recordset& lines);
-  // Those of a line, in the order of the table.
+  // In the order of the table, or sorted by `sort`.
+  explicit ChildLines(const Recordset& lines, const std::string& sort = {});
+  // Those of a line.
   std::span<const ChildLine> of(std::int32_t parent) const;
 
  private:

@@ -25,6 +25,8 @@ TEST(TextForms, HtmlEncodesByWindows1252Code) {
   EXPECT_EQ(htmlEncode("a<b> & \"c\" 'd'"), "a&lt;b&gt; &amp; &quot;c&quot; 'd'");
   EXPECT_EQ(htmlEncode("\xC3\x88"), "&#200;");
   EXPECT_EQ(htmlEncode("\xE2\x82\xAC\t"), "&#128;&#9;");
+  EXPECT_EQ(htmlEncode("\xC5\x81\xC3\xB3<\xE6\xBC\xA2?"), "\xC5\x81&#243;&lt;\xE6\xBC\xA2?")
+      << "no code page has both";
   EXPECT_EQ(htmlEncode(Variant::null()), "");
 }
 
