@@ -10,10 +10,10 @@ if (!customer) return layout.notice("Customer", "There is no such customer.", "/
 
 var tickets = customers.openTickets(customer.id);
 var rows = tickets.map(function (ticket) {
-  return "<tr" + (ticket.late ? " class=\"late\"" : "") + "><th scope=\"row\">" + text.encoded(ticket.invoice) + "</th><td>" + ticket.pieces + "</td><td>" +
-         text.day(ticket.due) + (ticket.late ? " <strong>ready</strong>" : "") + "</td><td class=\"money\">" + text.money(ticket.total) + "</td><td class=\"money\">" +
+  return "<tr" + (ticket.state === "late" ? " class=\"late\"" : "") + "><th scope=\"row\">" + text.encoded(ticket.invoice) + "</th><td>" + ticket.pieces + "</td><td>" +
+         text.day(ticket.due) + (ticket.state ? " <strong>" + ticket.state + "</strong>" : "") + "</td><td class=\"money\">" + text.money(ticket.total) + "</td><td class=\"money\">" +
          text.money(ticket.total - ticket.paid) + "</td><td class=\"row-actions\">" +
-         layout.button("/ticket/edit", ticket.quick ? "Itemise" : "Edit", { ticket: ticket.number }, { kind: "quiet" }) +
+         layout.button("/ticket/edit", ticket.isQuick ? "Itemise" : "Edit", { ticket: ticket.number }, { kind: "quiet" }) +
          "<a class=\"button quiet\" href=\"/receipt?ticket=" + ticket.number + "\">Receipt</a></td></tr>";
 }).join("");
 

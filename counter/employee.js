@@ -9,7 +9,7 @@ if (Request.method === "POST") {
   if (chosen) Session.kept.employee = chosen;
   return Response.redirect(chosen ? "/" : "/employee");
 }
-var counter = "<p class=\"notice\">" + text.encoded(desk.place().storeName + ", " + desk.place().name) + " <a href=\"/place\">Another counter</a></p>";
+var counter = "<p class=\"notice\">" + text.encoded(desk.place().storeName + ", " + desk.place().name) + " <a class=\"button quiet\" href=\"/place\">Another counter</a></p>";
 if (Request.clerk) {
   layout.page("Signed in", "<p>" + text.encoded(Request.clerk.name) + "</p>" + counter + layout.button("/sign_out", "Sign out", {}));
   return;

@@ -14,7 +14,7 @@ var list = results.map(function (one) {
 }).join("");
 
 // The search box asks again while the clerk types, and takes the list alone.
-var shown = results.length ? "<ul class=\"customers\">" + list + "</ul>"
+var shown = results.length ? "<ul class=\"customers\">" + list + "</ul>" + (results.length >= customers.most ? "<p class=\"notice\">There are more. Key in more of the name.</p>" : "")
                            : wanted ? "<p class=\"notice\">Nobody found. Try fewer letters, or a part of the phone number.</p>" : "";
 if (Request.query.part) {
   Response.write(shown);

@@ -6,13 +6,14 @@ var till = Server.include("shared/till.js");
 var customers = Server.include("shared/customers.js");
 
 if (!desk.staffed()) return;
-var session = Session.pickup;
+var session = till.meant();
 if (!session) return layout.notice("Pickup", "Nobody is at the till.", "/", "Find a customer");
+till.refresh(session);
 
 var customer = customers.byId(session.custSeqNumber);
 var isAhead = session.isPrepay();
 var parts = till.parts(session);
-var options = till.tendersHere().concat(till.isCardTaken() ? [["Credit Card", ""]] : []).map(function (one) {
+var options = till.tendersHere(session).concat(till.isCardTaken() ? [["Credit Card", ""]] : []).map(function (one) {
   return "<option value=\"" + one[0] + "\" data-reference=\"" + one[1] + "\">" + one[0] + "</option>";
 }).join("");
 
@@ -28,14 +29,14 @@ var claim = "<details><summary>Collected by somebody else</summary>" + field("cl
             field("claim-note", "Note", " name=\"note\" maxlength=\"255\"") + "</details>";
 
 layout.page((isAhead ? "Pay ahead" : "Pickup") + (customer ? ", " + customer.name : ""),
-  "<div class=\"desk\"><section id=\"tickets\" aria-label=\"Tickets\">" + parts.tickets + "</section>" +
+  "<div class=\"desk\" data-work=\"" + desk.numberOf("pickup") + "\"><section id=\"tickets\" aria-label=\"Tickets\">" + parts.tickets + "</section>" +
   "<section class=\"paper\" aria-label=\"Payment\"><p id=\"problem\" class=\"problem\" role=\"alert\" hidden></p>" +
-  "<div id=\"totals\" aria-live=\"polite\">" + parts.amounts + "</div>" +
+  "<div id=\"totals\">" + parts.amounts + "</div>" +
   "<table aria-label=\"Tenders\"><tbody id=\"tenders\">" + parts.tenders + "</tbody></table><div id=\"sales\">" + parts.sales + "</div>" +
   "<form id=\"tender\" autocomplete=\"off\"><label for=\"type\">Paid by</label><select id=\"type\">" + options + "</select>" +
-  "<label for=\"amount\">Amount</label><input id=\"amount\" inputmode=\"decimal\" value=\"" + (parts.due ? parts.due.toFixed(2) : "") + "\">" +
+  "<label for=\"amount\">Amount</label><input id=\"amount\" inputmode=\"decimal\" autofocus value=\"" + (parts.due ? parts.due.toFixed(2) : "") + "\">" +
   "<div id=\"reference-field\" hidden><label for=\"reference\">Number</label><input id=\"reference\"></div>" + card + "<button>Take</button></form>" +
-  "<details><summary>Coupons</summary><div id=\"coupons\" class=\"choices\">" + parts.coupons + "</div></details>" +
-  "<form method=\"post\" action=\"/pickup/pay\">" + layout.token() + layout.once() + (isAhead ? "" : claim) +
+  "<details><summary>Coupons</summary><div id=\"coupons\" class=\"choices\"></div></details>" +
+  "<form method=\"post\" action=\"/pickup/pay\">" + layout.token() + layout.once() + layout.hidden(layout.of("pickup")) + (isAhead ? "" : claim) +
   "<div class=\"finish\"><button class=\"main\" id=\"pay\"" + (parts.canPay ? "" : " disabled") + ">" + (isAhead ? "Pay" : "Pay and hand out") + "</button></div></form>" +
-  layout.button("/pickup/drop", "Give up", {}, { kind: "quiet" }) + "</section></div>", { scripts: ["till.js"] });
+  layout.button("/pickup/drop", "Give up", layout.of("pickup"), { kind: "quiet" }) + "</section></div>", { scripts: ["till.js"] });

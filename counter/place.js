@@ -3,7 +3,7 @@ var layout = Server.include("shared/layout.js");
 var desk = Server.include("shared/desk.js");
 var text = Server.include("shared/text.js");
 
-if (desk.isWorking()) return layout.notice("Counter", "Something is still being written here. Save it or give it up first.", "/ticket", "Ticket");
+if (desk.openWorks().length) return layout.unfinished("Something is still open at this counter", desk.openWorks());
 var places = desk.places();
 if (Request.method === "POST") {
   var chosen = places.filter(function (one) { return one.terminal === text.whole(Request.form.terminal); })[0];

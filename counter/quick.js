@@ -18,6 +18,6 @@ var fields = departments.map(function (one) {
 }).join("");
 
 layout.page("Quick drop-off" + (customer ? " of " + customer.name : ""),
-  "<form method=\"post\" action=\"/quick/save\">" + layout.token() + layout.once() + "<div class=\"sheets\">" + fields + "</div>" +
+  "<form method=\"post\" action=\"/quick/save\">" + layout.token() + layout.once() + layout.hidden(layout.of("quick")) + "<div class=\"sheets\">" + fields + "</div>" +
   "<h2><label for=\"notes\">Note</label></h2><textarea id=\"notes\" name=\"notes\" maxlength=\"255\"></textarea>" +
-  "<div class=\"finish\"><button class=\"main\">Take in</button></div></form>" + layout.button("/quick/drop", "Give up", {}, { kind: "quiet" }));
+  "<div class=\"finish\"><button class=\"main\">Take in</button></div></form>" + layout.button("/quick/drop", "Give up", layout.of("quick"), { kind: "quiet" }));

@@ -32,6 +32,13 @@
   // Things that look like buttons are reached and pressed by keyboard like buttons.
   var pressable = ".button:not(a):not(button), .command, .coupon, .id-group-button, .duedate_button, .new-heatseal, .lineitem, .si_view";
   function dressed(place) {
+    place.querySelectorAll("[data-style*='background-color: #']").forEach(function (one) {
+      one.style.setProperty("--swatch", /background-color: (#\w+)/.exec(one.dataset.style)[1]);
+      one.classList.add("swatch");
+    });
+    place.querySelectorAll(".item-upcharge-price").forEach(function (one) {
+      one.setAttribute("aria-label", "New price of " + one.closest("tr").cells[1].textContent);
+    });
     place.querySelectorAll(pressable).forEach(function (one) {
       one.tabIndex = 0;
       one.setAttribute("role", "button");
@@ -53,25 +60,33 @@
   function post(path, values, number) {
     var headers = { "Content-Type": "application/json", "X-Request-Token": token };
     if (number) headers["X-Request-Number"] = number;
-    return fetch(path, { method: "POST", headers: headers, body: JSON.stringify(values) }).then(function (answer) {
-      if (!answer.ok) throw new Error("The counter answered " + answer.status + ".");
-      return answer.json();
-    });
+    return fetch(path, { method: "POST", headers: headers, body: JSON.stringify(values) }).then(json);
   }
 
-  // Fragments carry styles of their own, which the security policy does not admit: they are kept as data. The focus
-  // stays where it was: on the same thing, or on what stands in its place.
+  // What an answer holds; what the counter refuses, it says why.
+  function json(answer) {
+    if (answer.ok) return answer.json();
+    return answer.json().catch(function () { return {}; }).then(function (said) {
+      throw new Error(said.problem || "The counter answered " + answer.status + ". Load the page again.");
+    });
+  }
+  function get(path) { return fetch(path).then(json); }
+
+  // The focus stays where it was: on the same thing, or on what stands in its place. Where another list has come, it is
+  // on the list and not yet on one of its buttons, so that a second press does nothing.
   function put(place, fragment) {
     var focusable = "a, button, input, select, textarea, [tabindex]";
-    var held = place.contains(document.activeElement) ? document.activeElement : null;
+    var held = place.contains(document.activeElement) && document.activeElement !== place ? document.activeElement : null;
     var at = held ? Array.prototype.indexOf.call(place.querySelectorAll(focusable), held) : -1;
-    place.innerHTML = fragment.replace(/ style="/g, " data-style=\"");
+    place.innerHTML = fragment;
     dressed(place);
     if (!held) return;
     var now = place.querySelectorAll(focusable);
-    var again = (held.id && document.getElementById(held.id)) || now[Math.min(at, now.length - 1)];
-    if (again) again.focus({ preventScroll: true });
+    if (!held.id) return focus(now[Math.min(at, now.length - 1)] || place.closest("section").querySelector(focusable));
+    place.tabIndex = -1;
+    focus(document.getElementById(held.id) || place);
   }
+  function focus(one) { if (one) one.focus({ preventScroll: true }); }
 
-  window.counter = { post: post, put: put, said: said, dressed: dressed };
+  window.counter = { post: post, get: get, put: put, said: said, dressed: dressed, focus: focus };
 })();

@@ -3,6 +3,7 @@
 (function () {
   "use strict";
   var lookEvery = 700;  // milliseconds
+  var work = document.querySelector(".desk").dataset.work;
   function place(id) { return document.getElementById(id); }
 
   function trouble(words) {
@@ -12,17 +13,26 @@
   }
 
   function show(answer) {
-    ["tickets", "tenders", "sales", "coupons"].forEach(function (part) { counter.put(place(part), answer[part]); });
+    ["tickets", "tenders", "sales"].forEach(function (part) { counter.put(place(part), answer[part]); });
     place("totals").innerHTML = answer.amounts;
     trouble(answer.problem);
+    if (!answer.problem) counter.said(document.querySelector("#totals .total:last-child").textContent.replace(/^(.*?)(Due)$/, "$2 $1"));
     place("pay").disabled = !answer.canPay;
     place("amount").value = answer.due > 0 ? answer.due.toFixed(2) : "";
     look();
+    coupons();
     return !answer.problem;
   }
 
+  // Asked for while they are looked at.
+  function coupons() {
+    if (!place("coupons").closest("details").open) return;
+    counter.get("/pickup/coupons?work=" + work).then(function (answer) { counter.put(place("coupons"), answer.coupons); });
+  }
+  place("coupons").closest("details").addEventListener("toggle", coupons);
+
   function sent(path, values, number) {
-    return counter.post(path, values, number).then(show).catch(function (error) { trouble(error.message); });
+    return counter.post(path, Object.assign({ work: work }, values), number).then(show).catch(function (error) { trouble(error.message); });
   }
   function click(name, values) { return sent("/pickup/act", Object.assign({ click: name }, values)); }
 
@@ -31,15 +41,15 @@
     clearTimeout(looking);
     if (!document.querySelector("[data-waiting]")) return;
     looking = setTimeout(function () {
-      fetch("/pickup/card").then(function (answer) { return answer.json(); }).then(function (answer) {
+      counter.get("/pickup/card?work=" + work).then(function (answer) {
         if (answer.answered) click("settle");
         else look();
-      }, look);
+      }).catch(function (error) { trouble(error.message); });
     }, lookEvery);
   }
 
   var presses = [
-    ["[data-off]", function (one) { click("off", { type: one.dataset.off }); }],
+    ["[data-off]", function (one) { click("off", { number: one.dataset.off }); }],
     ["[data-ticket]", function (one) { click(one.dataset.within ? "leave" : "add", { ticket: one.dataset.ticket }); }],
     ["[data-sale]", function (one) { click("sale", { transaction: one.dataset.sale }); }],
     ["[data-coupon]", function (one) { click("coupon", { id: one.dataset.coupon }); }],
@@ -80,6 +90,11 @@
       if (isTaken) place("reference").value = "";
     });
     taken.then(function () { isSending = false; });
+  });
+
+  // Enter in the fields of the claim does not pay.
+  document.querySelectorAll("details input").forEach(function (one) {
+    one.addEventListener("keydown", function (event) { if (event.key === "Enter") event.preventDefault(); });
   });
 
   // A type may be chosen already, before this script had arrived.

@@ -3,14 +3,14 @@ var till = Server.include("shared/till.js");
 var cards = Server.include("shared/cards.js");
 var text = Server.include("shared/text.js");
 
-var session = Session.pickup;
+var c = Request.json || {};
+var session = till.meant(Request.method === "POST" ? c.work : Request.query.work);
 if (!session) {
   Response.status = 409;
-  return Response.json({ problem: "Nobody is at the till." });
+  return Response.json({ problem: "This visit at the till is over. Load the page again." });
 }
 if (Request.method !== "POST") return Response.json({ answered: cards.isAnswered(session.custSeqNumber) });
 
-var c = Request.json || {};
 var amount = text.amount(c.amount);
 var problem = "";
 if (!till.isCardTaken()) problem = "This counter takes no cards.";

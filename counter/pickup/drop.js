@@ -1,7 +1,11 @@
 // The customer leaves the till without anything.
-if (Request.method === "POST") {
+var desk = Server.include("shared/desk.js");
+
+// Who has been asked for a card stays until it is known what came of it.
+if (Request.method === "POST" && Session.pickup && Server.include("shared/cards.js").waiting(Session.pickup.custSeqNumber)) return Response.redirect("/pickup");
+if (Request.method === "POST" && desk.isMeant("pickup", Request.form.work)) {
   delete Session.pickup;
   delete Session.card;
-  Server.include("shared/desk.js").workDone();
+  desk.workDone();
 }
 Response.redirect("/");

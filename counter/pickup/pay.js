@@ -3,13 +3,17 @@ var till = Server.include("shared/till.js");
 var desk = Server.include("shared/desk.js");
 var layout = Server.include("shared/layout.js");
 
-var session = Session.pickup;
-if (Request.method !== "POST" || !session) return Response.redirect(session ? "/pickup" : "/");
+var session = Request.method === "POST" ? till.meant(Request.form.work) : null;
+if (!session) return Response.redirect(Session.pickup ? "/pickup" : "/");
 var employee = desk.employee();
 if (!employee) return Response.redirect("/employee");
+var claimed = { claimant: "name", relationship: "relationship", identificationType: "identificationType", identification: "identification", phone: "phoneNumber", note: "note" };
+if (!Request.form.claimant && Object.keys(claimed).some(function (name) { return Request.form[name]; }))
+  return layout.notice("Pickup", "Who collects? The name is missing.", "/pickup", "Back");
+var trouble = till.payTrouble(session);
+if (trouble) return layout.notice("Pickup", trouble, "/pickup", "Back");
 if (!till.canPay(session)) return layout.notice("Pickup", "There is still something to pay, or nothing to pay for.", "/pickup", "Back");
 
-var claimed = { claimant: "name", relationship: "relationship", identificationType: "identificationType", identification: "identification", phone: "phoneNumber", note: "note" };
 if (Request.form.claimant) {
   session.claimReceipt = CreateObject("OndrelCorpComponents.claimReceiptFields");
   Object.keys(claimed).forEach(function (name) { session.claimReceipt[claimed[name]] = String(Request.form[name] || "").substr(0, name === "note" ? 255 : name === "phone" ? 20 : 60); });

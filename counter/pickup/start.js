@@ -3,6 +3,7 @@
 var till = Server.include("shared/till.js");
 var text = Server.include("shared/text.js");
 var layout = Server.include("shared/layout.js");
+var cards = Server.include("shared/cards.js");
 var desk = Server.include("shared/desk.js");
 var customers = Server.include("shared/customers.js");
 
@@ -11,6 +12,8 @@ if (!desk.staffed()) return;
 var customer = customers.byId(Request.form.customer);
 if (!customer) return layout.notice("Pickup", "There is no such customer.", "/", "Find a customer");
 
+if (Session.pickup && (Session.pickup.payments.RecordCount > 0 || cards.waiting(Session.pickup.custSeqNumber)))
+  return layout.unfinished("Somebody is still paying", [desk.works[2]]);
 var isAhead = Request.form.action === "prepay";
 var named = text.numbers(Request.form.tickets);
 function isRacked(ticket) {
@@ -20,8 +23,10 @@ function isRacked(ticket) {
 var chosen = Server.recorded(function () {
   return customers.openTickets(customer.id).filter(function (ticket) {
     if (isAhead) return named.length ? named.indexOf(ticket.number) >= 0 : ticket.total > ticket.paid;
-    return isRacked(ticket);
+    return isRacked(ticket) && !ticket.isBag;
   }).map(function (ticket) { return ticket.number; });
 });
 till.start(customer.id, chosen, isAhead ? "prepay" : "pickup");
+desk.begin("pickup");
+Session.tables = "";
 Response.redirect("/pickup");

@@ -1,6 +1,8 @@
 // The bag is not taken in after all.
-if (Request.method === "POST") {
+var desk = Server.include("shared/desk.js");
+
+if (Request.method === "POST" && desk.isMeant("quick", Request.form.work)) {
   delete Session.quick;
-  Server.include("shared/desk.js").workDone();
+  desk.workDone();
 }
 Response.redirect("/");

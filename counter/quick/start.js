@@ -6,6 +6,7 @@ var tickets = Server.include("shared/tickets.js");
 
 if (Request.method !== "POST") return Response.redirect("/");
 if (!desk.staffed()) return;
+if (Session.quick) return layout.unfinished("A bag is still being taken in", [desk.works[1]]);
 var customerId = text.whole(Request.form.customer);
 var terms = tickets.termsOf(customerId);
 if (!terms) return layout.notice("Quick drop-off", "There is no such customer.", "/", "Find a customer");
@@ -20,4 +21,6 @@ quick.routeNumber = terms.route;
 quick.setStoreDays(desk.place().store);
 quick.loadCustomerPreferences(customerId, "");
 Session.quick = quick;
+Session.tables = "";
+desk.begin("quick");
 Response.redirect("/quick");

@@ -25,14 +25,43 @@ exports.employee = function () {
   return Request.clerk || Session.kept.employee || null;
 };
 
-exports.isWorking = function () {
-  return !!(Session.invoice || Session.pickup || Session.quick);
+// What can be open at a counter: where it is kept, its page and its name.
+exports.works = [
+  ["invoice", "/ticket", "Ticket"],
+  ["quick",   "/quick",  "Bag"],
+  ["pickup",  "/pickup", "Till"]
+];
+
+exports.openWorks = function () {
+  return exports.works.filter(function (one) { return Session[one[0]]; });
+};
+
+// Each ticket, bag or visit at the till has a number, which its pages send along: one that is still open in another
+// tab, or that the browser brings back, changes nothing of what came after it.
+exports.begin = function (work) {
+  Session.kept.begun = (Session.kept.begun || 0) + 1;
+  Session.numbers = Session.numbers || {};
+  Session.numbers[work] = Session.kept.begun;
+};
+exports.numberOf = function (work) {
+  return Session[work] && Session.numbers ? Session.numbers[work] : 0;
+};
+exports.isMeant = function (work, number) {
+  return !!Session[work] && (number === undefined || text.whole(number) === exports.numberOf(work));
+};
+
+// Calendar and departments of the shop are one for all objects of a session: whoever has not loaded them last does.
+exports.tablesFor = function (work, load) {
+  var mine = work + exports.numberOf(work);
+  if (Session.tables === mine) return;
+  load();
+  Session.tables = mine;
 };
 
 // What was written is saved or given up: a restart of the host brings nothing of it back, unless a ticket,
 // a pickup or a bag is still open beside it.
 exports.workDone = function () {
-  if (!exports.isWorking()) Server.workDone();
+  if (!exports.openWorks().length) Server.workDone();
 };
 
 // True when counter and clerk are known; otherwise the browser is sent to where that is said.

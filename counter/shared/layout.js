@@ -2,13 +2,12 @@
 var text = Server.include("shared/text.js");
 var desk = Server.include("shared/desk.js");
 
-var places = [["/", "Customers"], ["/ticket", "Ticket"], ["/pickup", "Pickup"]];
-
+// Customers, and what is open at this counter.
 function navigation() {
   var employee = desk.employee();
-  return places.map(function (place) {
-    var here = place[0] === "/" ? Request.path === "/" : Request.path.indexOf(place[0]) === 0;
-    return "<a href=\"" + place[0] + "\"" + (here ? " aria-current=\"page\"" : "") + ">" + place[1] + "</a>";
+  return [["", "/", "Customers"]].concat(desk.openWorks()).map(function (work) {
+    var here = work[1] === "/" ? Request.path === "/" : Request.path.indexOf(work[1]) === 0;
+    return "<a href=\"" + work[1] + "\"" + (here ? " aria-current=\"page\"" : "") + ">" + work[2] + "</a>";
   }).join("") + "<a class=\"employee\" href=\"/employee\">" + (employee ? text.encoded(employee.name) : "Sign in") + "</a>";
 }
 
@@ -20,6 +19,7 @@ exports.page = function (title, content, options) {
   Response.write("<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n",
     "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n",
     "<meta name=\"request-token\" content=\"", Request.token, "\">\n",
+    "<link rel=\"icon\" href=\"/assets/icon.svg\">\n",
     "<title>", text.encoded(title), "</title>\n",
     styles.map(function (name) { return "<link rel=\"stylesheet\" href=\"/assets/" + name + "\">\n"; }).join(""),
     scripts.map(function (name) { return "<script src=\"/assets/" + name + "\" defer></script>\n"; }).join(""),
@@ -33,11 +33,14 @@ exports.page = function (title, content, options) {
 // happen once however often the button is pressed or the request is sent.
 exports.button = function (path, label, values, options) {
   var more = options || {};
-  var hidden = Object.keys(values || {}).map(function (name) {
+  return "<form method=\"post\" action=\"" + path + "\" class=\"one-button\">" +
+         exports.token() + (more.once ? exports.once() : "") + exports.hidden(values) + "<button" + (more.kind ? " class=\"" + more.kind + "\"" : "") + ">" + text.encoded(label) + "</button></form>";
+};
+
+exports.hidden = function (values) {
+  return Object.keys(values || {}).map(function (name) {
     return "<input type=\"hidden\" name=\"" + name + "\" value=\"" + text.encoded(values[name]) + "\">";
   }).join("");
-  return "<form method=\"post\" action=\"" + path + "\" class=\"one-button\">" +
-         exports.token() + (more.once ? exports.once() : "") + hidden + "<button" + (more.kind ? " class=\"" + more.kind + "\"" : "") + ">" + text.encoded(label) + "</button></form>";
 };
 
 exports.token = function () {
@@ -56,8 +59,18 @@ exports.notice = function (title, words, path, label) {
                text.encoded(label) + "</a></p>");
 };
 
-// Another ticket would push aside the one that is being written.
-exports.unfinished = function () {
-  exports.page("A ticket is still being written", "<p class=\"notice\">Save it or give it up before you begin another one.</p><div class=\"choices\">" +
-               "<a class=\"button main\" href=\"/ticket\">Back to it</a>" + exports.button("/ticket/drop", "Give it up", {}) + "</div>");
+// What is open has to be finished first: something new would push it aside.
+exports.unfinished = function (title, works) {
+  exports.page(title, "<p class=\"notice\">Finish it or give it up first.</p>" + works.map(function (work) {
+    return "<div class=\"choices\"><a class=\"button main\" href=\"" + work[1] + "\">Back to the " + work[2].toLowerCase() + "</a>" + exports.drop(work) + "</div>";
+  }).join(""));
+};
+
+exports.drop = function (work) {
+  return exports.button((work[0] === "invoice" ? "/ticket" : work[1]) + "/drop", "Give it up", exports.of(work[0]), { kind: "quiet" });
+};
+
+// The hidden value that says which work a form is about.
+exports.of = function (work) {
+  return { work: desk.numberOf(work) };
 };

@@ -18,6 +18,11 @@ exports.lines = function (invoice) {
     }).join("");
     return row((pieces > 0 ? pieces + " " : "") + field("itemDesc"), field("total")) + small;
   }).join("");
+  var counted = invoice.lineItems.Clone();
+  counted.Filter = "itemType='DE' and quantity>0";
+  body += text.rows(counted, function (field) {
+    return "<tr><td>" + field("quantity") + " " + text.encoded(field("itemName") || field("deptName")) + " " + text.encoded(field("notes")) + "</td><td></td></tr>";
+  }).join("");
   var surcharges = invoice.liColTotal("lineItemTotal", "itemType='SU'");
   var taxes = invoice.liColTotal("lineItemTotal", "itemType='TA'");
   var total = invoice.getInvoiceAmountToPay();
@@ -32,17 +37,25 @@ exports.asked = function () {
 };
 
 exports.header = function (number) {
-  var found = Database.query("select t.ticketNumber, t.invoiceNumber, t.dueDate, t.pickupTime, t.netTotal, t.amountPaid, t.employeeName, t.storeName, t.dateout, c.customername, " +
+  var found = Database.query("select t.ticketNumber, t.invoiceNumber, t.dueDate, t.pickupTime, t.netTotal, t.amountPaid, isnull(t.employeeName, '') as employeeName, e.employeename as writtenBy, s.name as storeName, t.dateout, c.customername, " +
                              "c.firstName, c.lastName, dbo.formatPhone(c.MainAreaCode, c.MainPhone) as phone from Ticket t " +
-                             "left join TicketCustomer c on c.ticketNumber = t.ticketNumber where t.ticketNumber = " + number);
+                             "left join TicketCustomer c on c.ticketNumber = t.ticketNumber left join Store s on s.storeId = t.storeId " +
+                             "left join employee e on e.employeeid = t.createdByEmployeeId where t.ticketNumber = " + number);
   if (found.EOF) return null;
   return text.rows(found, function (field) {
     return {
       number: number, invoice: field("invoiceNumber"), due: field("dueDate"), time: field("pickupTime"), total: field("netTotal"), paid: field("amountPaid"),
-      employee: field("employeeName"), store: field("storeName"), out: field("dateout"), phone: field("phone"),
+      employee: field("employeeName") || field("writtenBy"), store: field("storeName"), out: field("dateout"), phone: field("phone"),
       customer: field("customername") || ((field("firstName") || "") + " " + (field("lastName") || ""))
     };
   })[0];
+};
+
+// What was paid on a ticket, by the kind of tender.
+exports.tenders = function (number) {
+  return text.rows(Database.query("select paymentType, sum(paymentAmount) as amount from Payment where ticketNumber = " + number + " group by paymentType order by paymentType"), function (field) {
+    return text.encoded(field("paymentType")) + " " + text.money(field("amount"));
+  }).join(", ");
 };
 
 exports.loaded = function (number) {

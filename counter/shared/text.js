@@ -18,9 +18,14 @@ exports.quoted = function (value) {
   return "'" + String(value).replace(/'/g, "''") + "'";
 };
 
+// What somebody typed, up to so many letters, without the signs of mark-up.
+exports.clean = function (value, size) {
+  return String(value === undefined || value === null ? "" : value).substr(0, size).replace(/[<>]/g, "");
+};
+
 // A whole number that came from a browser; anything else is 0.
 exports.whole = function (value) {
-  return /^-?\d{1,9}$/.test(String(value)) ? Number(value) : 0;
+  return /^-?\d{1,9}$/.test(String(value).substr(0, 12)) ? Number(value) : 0;
 };
 
 // Whole numbers above 0 from a text like "1100-1101", as pages pass tickets on to each other.
@@ -30,7 +35,7 @@ exports.numbers = function (value) {
 
 // An amount of money that was keyed in, in dollars; 0 for anything else.
 exports.amount = function (value) {
-  var number = Number(String(value).replace(/[$,\s]/g, ""));
+  var number = Number(String(value).substr(0, 20).replace(/[$,\s]/g, ""));
   return number > 0 && number <= 99999 ? Math.round(number * 100) / 100 : 0;
 };
 

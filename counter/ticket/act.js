@@ -1,14 +1,15 @@
 // One click on the entry screen: does it, and answers what has changed.
 var clicks = Server.include("shared/clicks.js");
 var fragments = Server.include("shared/fragments.js");
+var tickets = Server.include("shared/tickets.js");
 
-if (Request.method !== "POST" || !Session.invoice) {
-  Response.status = 409;
-  return Response.json({ problem: "No ticket is being written." });
-}
-Server.include("shared/tickets.js").reopen();
 var click = Request.json || {};
-var invoice = Session.invoice;
+var invoice = Request.method === "POST" ? tickets.meant(click.work) : null;
+if (!invoice) {
+  Response.status = 409;
+  return Response.json({ problem: "This ticket is no longer being written. Load the page again." });
+}
+Server.include("shared/finishing.js").reopen();
 var line = 0, problem = "";
 try {
   line = clicks.run(invoice, String(click.click), click);

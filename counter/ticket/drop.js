@@ -1,7 +1,9 @@
 // The ticket in progress is given up.
-if (Request.method === "POST") {
+var desk = Server.include("shared/desk.js");
+
+if (Request.method === "POST" && desk.isMeant("invoice", Request.form.work)) {
   delete Session.invoice;
   Session.finished = false;
-  Server.include("shared/desk.js").workDone();
+  desk.workDone();
 }
 Response.redirect("/");

@@ -1,3 +1,5 @@
 // Back from the finished tickets to the entry screen, as if nothing had been finished.
-if (Request.method === "POST") Server.include("shared/tickets.js").reopen();
+var tickets = Server.include("shared/tickets.js");
+
+if (Request.method === "POST" && tickets.meant(Request.form.work)) Server.include("shared/finishing.js").reopen();
 Response.redirect("/ticket");

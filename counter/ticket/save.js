@@ -2,8 +2,8 @@
 var tickets = Server.include("shared/tickets.js");
 var desk = Server.include("shared/desk.js");
 
-var invoice = Session.invoice;
-if (Request.method !== "POST" || !invoice || !Session.finished) return Response.redirect(invoice ? "/ticket" : "/");
+var invoice = Request.method === "POST" ? tickets.meant(Request.form.work) : null;
+if (!invoice || !Session.finished) return Response.redirect(Session.invoice ? "/ticket" : "/");
 var employee = desk.employee();
 if (!employee) return Response.redirect("/employee");
 

@@ -6,6 +6,6 @@ var desk = Server.include("shared/desk.js");
 
 if (Request.method !== "POST") return Response.redirect("/");
 if (!desk.staffed()) return;
-if (tickets.isWriting()) return layout.unfinished();
+if (tickets.isWriting()) return layout.unfinished("A ticket is still being written", [desk.works[0]]);
 if (!tickets.start(text.whole(Request.form.customer))) return layout.notice("Ticket", "There is no such customer.", "/", "Find a customer");
 Response.redirect("/ticket");

@@ -1,0 +1,5 @@
+// The coupons that the tickets of the visit qualify for.
+var till = Server.include("shared/till.js");
+
+var session = till.meant(Request.query.work);
+Response.json({ coupons: session ? till.coupons(session) : "" });

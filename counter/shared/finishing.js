@@ -1,0 +1,134 @@
+// From the ticket on the screen to the tickets that are saved, and back.
+var desk = Server.include("shared/desk.js");
+var text = Server.include("shared/text.js");
+var tickets = Server.include("shared/tickets.js");
+
+function has(invoice, condition) {
+  var lines = invoice.lineItems.Clone();
+  lines.Filter = condition;
+  return lines.RecordCount > 0;
+}
+
+// The invoice with its parts, in the order in which they are saved.
+exports.parts = function (invoice) {
+  var parts = [];
+  var children = invoice.invoicesDictionary;
+  if (children) for (var key = 1; key <= children.Count; key++) parts.push(children.Item(key));
+  if (!parts.length || !invoice.isInvoiceEmpty()) parts.push(invoice);
+  return parts;
+};
+
+// What stands in the way of finishing, in words; nothing when the ticket is whole.
+var required = [
+  ["color",    "isColorRequiredForLine",    "isColorSetForItem"],
+  ["pattern",  "isPatternRequiredForLine",  "isPatternSetForItem"],
+  ["upcharge", "isUpchargeRequiredForLine", "isUpchargeSetForItem"]
+];
+exports.obstacles = function (invoice) {
+  if (!invoice.lineItems.Clone().RecordCount && !invoice.isQuickInvoice()) return ["Nothing is on the ticket."];
+  var lines = invoice.lineItems.Clone(), all = [];
+  lines.Filter = "itemType='IT'";
+  text.rows(lines, function (field) { return { number: field("lineNumber"), name: field("itemName") }; }).forEach(function (line) {
+    required.forEach(function (one) {
+      if (invoice[one[1]](line.number) && !invoice[one[2]](line.number)) all.push(line.name + " needs a " + one[0] + ".");
+    });
+  });
+  if (invoice.isOverMaxDepartmentItems()) all.push("A department has more pieces than it takes on one ticket.");
+  return all;
+};
+
+// ---- what the way through a split loses
+
+// By price-list item, kind and name.
+var carried = ["VIPQualified", "requiresHeatSeal", "minimumPrepay", "peNotes"];
+function keyOf(field) { return [field("itemType"), field("lineItemId"), field("itemName")].join("|"); }
+
+function carriedOf(invoice) {
+  var marks = {};
+  text.rows(invoice.lineItems.Clone(), function (field) { marks[keyOf(field)] = carried.map(field); });
+  return marks;
+}
+
+function carry(invoice, marks) {
+  var lines = invoice.lineItems.Clone();
+  function field(name) { return lines.Fields(name).Value; }
+  for (; !lines.EOF; lines.MoveNext()) {
+    var values = marks[keyOf(field)];
+    if (values) carried.forEach(function (column, at) { lines.Fields(column).Value = values[at]; });
+  }
+}
+
+// The day of each department: route and workload move it, and it moves back.
+function daysOf(invoice) {
+  var days = {};
+  text.rows(invoice.lineItems.Clone(), function (field) {
+    var day = field("dueDate"), department = field("deptId");
+    if (day && field("itemType") === "IT" && !(days[department] > day)) days[department] = day;
+  });
+  return days;
+}
+
+// ---- finishing
+
+function preference(invoice, name) {
+  var keys = invoice.preferenceNames.Keys();
+  for (var at = 0; at < keys.length; at++) if (invoice.preferenceNames.Item(keys[at]) === name) return invoice.preferences.Item(keys[at]);
+  return "";
+}
+
+// What the ticket says of itself beside its lines. What is only sold is no order: it has no day.
+function describe(invoice) {
+  invoice.starchPref = preference(invoice, "Starch");
+  invoice.finishPref = preference(invoice, "Finish");
+  invoice.terminalID = desk.place().terminal;
+  if (!invoice.isAdd) return;
+  invoice.createdByEmployeeId = desk.employee().id;
+  invoice.counterSaleOnly = has(invoice, "itemType='IT'") && !has(invoice, "itemType='IT' and saleOnly=0") && !has(invoice, "itemType='AC'");
+}
+
+// | step                | why it stands where it stands                                                              |
+// |---------------------|--------------------------------------------------------------------------------------------|
+// | pricing             | before the days move: who is delivered early has asked for no rush                         |
+// | route and workload  | a new ticket only, and unless the clerk chose a day                                        |
+// | what a split loses  | noted, and given to the parts                                                              |
+// | split               | not of a bag, which was split when it was taken in: what comes out of it stays on its ticket |
+exports.finish = function (invoice) {
+  describe(invoice);
+  invoice.invoiceDone2();
+  Session.finishing = { leastAhead: invoice.getMinimumPrepay(), paid: invoice.amountPaid, days: daysOf(invoice), carried: carriedOf(invoice) };
+  if (invoice.isAdd && !Session.isDatePicked && !invoice.counterSaleOnly) {
+    invoice.adjustDueDatesForRoute(invoice.custSeqNumber);
+    invoice.adjustDueDatesForWorkload();
+  }
+  if (!invoice.isQuickInvoice() && invoice.isSplitInvoice()) {
+    invoice.splitInvoice(tickets.saveAction(invoice));
+    exports.parts(invoice).forEach(function (part) { carry(part, Session.finishing.carried); });
+  }
+  Session.finished = true;
+};
+
+// A finished ticket that is worked on again is as if nothing had been finished. What was paid on it went to the parts
+// of a split and does not come back from there by itself, nor do the taxes of the screen.
+exports.reopen = function () {
+  var invoice = Session.invoice, finishing = Session.finishing;
+  if (!invoice || !Session.finished) return;
+  invoice.cancelDoneOperation();
+  invoice.amountPaid = finishing.paid;
+  invoice.counterSaleOnly = false;
+  carry(invoice, finishing.carried);
+  Object.keys(finishing.days).forEach(function (department) {
+    invoice.setDeptIdDueDate(Number(department), finishing.days[department]);
+  });
+  invoice.recalculatePrepay();
+  Session.finished = false;
+};
+
+exports.isMissingSeals = function (invoice) {
+  return exports.parts(invoice).some(function (part) { return has(part, "itemType='IT' and heatSeal='' and requiresHeatSeal=1 and saleOnly=0"); });
+};
+
+// The day on which all of a ticket is ready: the latest of its lines. Null when nothing is cleaned.
+exports.readyDay = function (invoice) {
+  var days = text.rows(invoice.lineItems.Clone(), function (field) { return field("dueDate"); }).filter(function (day) { return day; });
+  return invoice.counterSaleOnly || !days.length ? null : days.reduce(function (latest, day) { return day > latest ? day : latest; });
+};
