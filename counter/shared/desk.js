@@ -47,7 +47,7 @@ exports.numberOf = function (work) {
   return Session[work] && Session.numbers ? Session.numbers[work] : 0;
 };
 exports.isMeant = function (work, number) {
-  return !!Session[work] && (number === undefined || text.whole(number) === exports.numberOf(work));
+  return !!Session[work] && !Server.doubtful() && (number === undefined || text.whole(number) === exports.numberOf(work));
 };
 
 // Calendar and departments of the shop are one for all objects of a session: whoever has not loaded them last does.
@@ -64,9 +64,10 @@ exports.workDone = function () {
   if (!exports.openWorks().length) Server.workDone();
 };
 
-// True when counter and clerk are known; otherwise the browser is sent to where that is said.
+// True when counter and clerk are known, and what was saved last; otherwise the browser is sent to where that is said.
 exports.staffed = function () {
-  if (!exports.place()) Response.redirect("/place");
+  if (Server.doubtful() && exports.openWorks().length) Response.redirect("/doubt");
+  else if (!exports.place()) Response.redirect("/place");
   else if (!exports.employee()) Response.redirect("/employee");
   else return true;
   return false;

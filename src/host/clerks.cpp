@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "base/error.h"
+#include "base/text.h"
 #include "host/secrets.h"
 
 namespace ondrel {
@@ -54,10 +55,13 @@ Clerks::Verdict Clerks::check(const std::string& address, const std::string& id,
       std::ranges::find_if(entries, [&](const ClerkLine& each) { return each.clerk.id == id; });
   // Somebody unknown takes as long as a wrong PIN.
   static const std::string nobody = hashPin(randomId());
+  // Counted before it is known, so that many tries at once are not more than the same one after the other.
+  count(clerkKey, false);
+  count(addressKey, false);
   const bool isRight = isPinOf(pin, entry == entries.end() ? nobody : entry->hash) && entry != entries.end();
-  count(clerkKey, isRight);
-  count(addressKey, isRight);
   if (!isRight) return Verdict::Wrong;
+  count(clerkKey, true);
+  count(addressKey, true);
   clerk = entry->clerk;
   return Verdict::Right;
 }
@@ -84,6 +88,8 @@ void Clerks::count(const std::string& key, bool isRight) {
 void Clerks::enter(const std::filesystem::path& file, const Clerk& clerk, const std::string& pin) {
   if (!fitsInLine(clerk.id) || !fitsInLine(clerk.name))
     throw Error(ErrorNumber::InvalidCall, "Host", "A clerk needs a number and a name");
+  if (clerk.id.size() > 9 || !std::ranges::all_of(clerk.id, isDigit))
+    throw Error(ErrorNumber::InvalidCall, "Host", "A clerk's number is that of an employee: digits only");
   if (pin.size() < kShortestPin)
     throw Error(ErrorNumber::InvalidCall, "Host", "A PIN has at least four characters");
   std::vector<ClerkLine> entries = read(file);

@@ -1,5 +1,8 @@
 #include "host/http_server.h"
 
+// A morning's worth of browsers may knock at once.
+#define CPPHTTPLIB_LISTEN_BACKLOG 256
+
 #include <arpa/inet.h>
 #include <httplib.h>
 #include <poll.h>
@@ -250,6 +253,27 @@ HttpRequest requestOf(const httplib::Request& source) {
   return request;
 }
 
+// What is not served whatever it asks for, or 0.
+//
+// | what                                        | status | since                                            |
+// |---------------------------------------------|--------|--------------------------------------------------|
+// | a length that is told twice                 | 400    | a proxy may believe the other one                |
+// | a body of anything but a POST               | 400    | it stays unread and would be the next request    |
+// | a body without a length                     | 411    | its limit is known only when it is all there     |
+// | a path that is too long                     | 414    |                                                  |
+// | a body in another coding                    | 415    | it may be a thousand times as long               |
+// | parts of an answer                          | 416    | many parts are more than the whole               |
+int refusalOf(const httplib::Request& request) {
+  const size_t lengths = request.get_header_value_count("Content-Length");
+  if (lengths > 1) return 400;
+  if (request.has_header("Transfer-Encoding")) return 411;
+  const bool hasBody = lengths == 1 && request.get_header_value("Content-Length") != "0";
+  if (hasBody && request.method != "POST") return 400;
+  if (request.path.size() > kLongestPath) return 414;
+  if (request.has_header("Content-Encoding")) return 415;
+  return request.has_header("Range") ? 416 : 0;
+}
+
 void setAnswer(httplib::Response& target, PageAnswer answer) {
   target.status = answer.status;
   for (auto& [name, value] : answer.headers) target.headers.emplace(std::move(name), std::move(value));
@@ -274,10 +298,11 @@ class HttpServer::Listener : public httplib::Server {
     // Before the body is read: what will not be served leaves it unread, so the connection ends.
     set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
       const bool isUsual = request.method == "GET" || request.method == "HEAD" || request.method == "POST";
-      if (isUsual && request.path.size() <= kLongestPath) return HandlerResponse::Unhandled;
+      const int refusal = refusalOf(request);
+      if (isUsual && refusal == 0) return HandlerResponse::Unhandled;
       currentStream->close();
       HttpRequest refused = requestOf(request);
-      if (isUsual) refused.path = "";
+      refused.refusal = refusal;
       setAnswer(response, handler_(refused));
       return HandlerResponse::Handled;
     });

@@ -25,13 +25,15 @@ struct HttpRequest {
   NamedTexts headers;  // names in lower case
   std::string body;
   std::string address;
+  int refusal = 0;  // the status of what is refused for its form, before its body is read
 };
 
 using HttpHandler = std::function<PageAnswer(const HttpRequest&)>;
 
 // The HTTP side of a host: connections, their limits, and one handler for all requests. What goes past a limit is
 // answered and the connection closed: 413, 414, 431, 400 for what is no request, and 503 at once for a
-// connection too many.
+// connection too many. So is what could get past the limits or be taken for two requests: bodies without a length,
+// in another coding, of a GET, and parts of an answer.
 class HttpServer {
  public:
   HttpServer(HttpHandler handler, HttpLimits limits);

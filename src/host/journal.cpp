@@ -39,10 +39,23 @@ bool holdsCardData(std::string_view text) {
   return maskCardData(text) != text;
 }
 
+bool hasSecretField(const NamedTexts& fields) {
+  return std::ranges::any_of(
+      fields, [](const auto& field) { return !field.second.empty() && isSecretName(field.first); });
+}
+
 bool hasSecrets(const NamedTexts& fields) {
-  for (const auto& [name, value] : fields)
-    if (!value.empty() && (isSecretName(name) || holdsCardData(value) || holdsCardData(name))) return true;
-  return false;
+  return hasSecretField(fields) || std::ranges::any_of(fields, [](const auto& field) {
+           return holdsCardData(field.first) || holdsCardData(field.second);
+         });
+}
+
+NamedTexts masked(NamedTexts fields) {
+  for (auto& [name, value] : fields) {
+    name = maskCardData(name);
+    value = maskCardData(value);
+  }
+  return fields;
 }
 
 // In a JSON text a name stands in quotes with a colon behind it.
@@ -121,14 +134,16 @@ class JournalReader {
     size_t fields;
     void (JournalReader::*take)(const Fields&);
   };
-  static const std::array<Kind, 9> kKinds;
+  static const std::array<Kind, 10> kKinds;
 
   void clerk(const Fields& fields) { contents_.clerk = {fields[1], fields[2]}; }
   void kept(const Fields& fields) { contents_.kept = fields[1]; }
   void ended(const Fields& fields) {
     contents_.calls.clear();
     contents_.kept = fields[1];
+    contents_.isDoubtful = false;
   }
+  void certain(const Fields&) { contents_.isDoubtful = false; }
   void answer(const Fields& fields) { contents_.answers.push_back(answerOf(fields)); }
 
   void call(const Fields& fields) {
@@ -173,7 +188,10 @@ class JournalReader {
     if (isCommitting_ && (open_ || isOmitted_)) {
       const std::string number = open_ ? open_->request.number : omittedNumber_;
       const std::string print = open_ ? RequestNumbers::fingerprintOf(open_->request) : "";
-      if (!number.empty()) contents_.answers.push_back({number, print, doubtfulAnswer()});
+      if (!number.empty()) {
+        contents_.answers.push_back({number, print, doubtfulAnswer()});
+        contents_.isDoubtful = true;
+      }
     }
     open_.reset();
     isOmitted_ = isCommitting_ = false;
@@ -187,7 +205,7 @@ class JournalReader {
 };
 
 // clang-format off
-const std::array<JournalReader::Kind, 9> JournalReader::kKinds = {{
+const std::array<JournalReader::Kind, 10> JournalReader::kKinds = {{
     {"clerk",      3, &JournalReader::clerk},
     {"kept",       2, &JournalReader::kept},
     {"ended",      2, &JournalReader::ended},
@@ -196,6 +214,7 @@ const std::array<JournalReader::Kind, 9> JournalReader::kKinds = {{
     {"omitted",    2, &JournalReader::omitted},
     {"record",     2, &JournalReader::record},
     {"committing", 1, &JournalReader::committing},
+    {"certain",    1, &JournalReader::certain},
     {"done",       7, &JournalReader::done},
 }};
 // clang-format on
@@ -260,6 +279,7 @@ void Journal::write(const Fields& fields, bool toDisk) {
                          ::write(file_, line.data(), line.size()) == static_cast<ssize_t>(line.size()) &&
                          (!toDisk || ::fdatasync(file_) == 0);
   hasFailed_ = !isWritten;
+  if (hasFailed_) ::unlink(path_.c_str());
 }
 
 void Journal::clerk(const Clerk& clerk) {
@@ -268,9 +288,15 @@ void Journal::clerk(const Clerk& clerk) {
 
 void Journal::call(const PageRequest& request, Date moment) {
   isMarked_ = false;
-  if (!takes(request)) return write({"omitted", request.number});
+  if (hasSecretField(request.query) || hasSecretField(request.form) || namesSecret(request.body))
+    return write({"omitted", request.number});
   write({"call", fmt::format("{:.9f}", moment.serial()), request.page, request.path, request.number,
-         formText(request.query), formText(request.form), request.contentType, request.body});
+         formText(masked(request.query)), formText(masked(request.form)), request.contentType,
+         maskCardData(request.body)});
+}
+
+void Journal::certain() {
+  write({"certain"}, true);
 }
 
 void Journal::record(const std::string& result) {
@@ -317,6 +343,8 @@ void Journal::restart(const JournalContents& contents) {
   if (file_ >= 0 && ::fdatasync(file_) != 0) hasFailed_ = true;
   if (!hasFailed_ && std::rename(path_.c_str(), final.c_str()) != 0) hasFailed_ = true;
   path_ = final;
+  // What it began anew from is no longer true.
+  if (hasFailed_) ::unlink(path_.c_str());
 }
 
 void Journal::rename(std::filesystem::path path) {

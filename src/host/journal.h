@@ -26,6 +26,7 @@ struct JournalContents {
   std::string kept = "{}";  // as it was when the work in progress began
   std::vector<JournalledCall> calls;
   std::vector<RememberedAnswer> answers;
+  bool isDoubtful = false;  // a numbered call of this work may have been committed and was not answered
 };
 
 // The journal of one session: a file of its own, readable by its owner only, whose name tells nothing of the
@@ -42,10 +43,12 @@ struct JournalContents {
 // | done, with the answer of  | before the answer leaves            |                                        |
 // | a numbered call           |                                     | the number gives the answer            |
 //
+// | certain                   | when a page has asked about it      | no call is in doubt any more           |
 // | ended, with kept          | when a page says that the work is   | no call before it runs again           |
 // |                           | done                                |                                        |
 //
-// Headers, cookies and tokens are not written. A call with card data in it leaves no more than its number.
+// Headers, cookies and tokens are not written. A call with a field for card data leaves no more than its number; what
+// looks like a card number elsewhere is masked.
 class Journal {
  public:
   // Begins or goes on with the journal at `path`; without a path nothing is written.
@@ -65,6 +68,7 @@ class Journal {
   void done(const PageRequest& request, const PageAnswer& answer);
   // False for a call with card data in it.
   static bool takes(const PageRequest& request);
+  void certain();
   // The work is done and this stays. A journal that has grown begins anew with it.
   void ended(const JournalContents& contents);
 
@@ -72,7 +76,8 @@ class Journal {
   void remove();
   // Nothing is written any more: another owns the file. The only operation for other threads.
   void giveUp() noexcept { isGivenUp_ = true; }
-  // True once a record could not be written, or was too much; the work is no longer safe then.
+  // True once a record could not be written, or was too much; the work is no longer safe then, and the file is gone:
+  // what it lacks would bring back what has been saved since.
   bool hasFailed() const noexcept { return hasFailed_; }
 
  private:

@@ -18,9 +18,17 @@ constexpr size_t kLongestPrint = 2000;
 constexpr size_t kLongestKept = 64 << 10;
 
 // What the host says of every answer; a page does not.
-constexpr std::array<std::string_view, 8> kHostHeaders = {
-    "set-cookie", "content-security-policy", "content-length",         "transfer-encoding",
-    "connection", "cache-control",           "x-content-type-options", "referrer-policy"};
+constexpr std::array<std::string_view, 11> kHostHeaders = {"set-cookie",
+                                                           "content-security-policy",
+                                                           "content-length",
+                                                           "transfer-encoding",
+                                                           "connection",
+                                                           "cache-control",
+                                                           "x-content-type-options",
+                                                           "x-frame-options",
+                                                           "referrer-policy",
+                                                           "cross-origin-opener-policy",
+                                                           "cross-origin-resource-policy"};
 
 std::shared_ptr<Clock> makeClock(const PageSurroundings& surroundings) {
   if (surroundings.now) return std::make_shared<FixedClock>(*surroundings.now);
@@ -111,6 +119,7 @@ void PageEngine::defineFunctions() {
     const Clerk clerk = owner_.clerk();
     return arrayOf({Variant(clerk.id), Variant(clerk.name)});
   });
+  define("doubtful", [this](Arguments) { return Variant(owner_.isDoubtful()); });
   define("encode", [](Arguments text) { return Variant(htmlEncode(text[0])); });
   define("now", [this](Arguments) { return Variant(apartment_->clock->now()); });
   define("recall", [this](Arguments) {
@@ -144,6 +153,7 @@ void PageEngine::defineFunctions() {
     kept_ = text.empty() ? "{}" : std::move(text);
   });
   action("record", [this](Arguments result) { owner_.record(result[0].toText()); });
+  action("settleDoubt", [this](Arguments) { owner_.settleDoubt(); });
   action("signOut", [this](Arguments) { owner_.signOut(); });
   action("workDone", [this](Arguments) { owner_.workDone(); });
 }

@@ -45,6 +45,10 @@ class PageOwner {
   virtual void beforeCommit() = 0;
   // What was written so far is saved or given up, and is not brought back after a restart.
   virtual void workDone() = 0;
+  // True after a restart in the middle of a numbered call of the work that was brought back, which may have been
+  // saved or not; until a page says that it is known which.
+  virtual bool isDoubtful() = 0;
+  virtual void settleDoubt() = 0;
   // What a recorded piece of work gave when the call was made first; nothing outside of a replay.
   virtual std::optional<std::string> recall() = 0;
   virtual void record(const std::string& result) = 0;

@@ -55,6 +55,14 @@ struct Incoming {
   std::string token;
 };
 
+// A proxy on this machine says who asks it, last in the list.
+HttpRequest asProxied(HttpRequest request) {
+  const std::string_view asked = valueOf(request.headers, "x-forwarded-for");
+  if (isLoopback(request.address) && !asked.empty())
+    request.address = trim(asked.substr(asked.rfind(',') + 1));
+  return request;
+}
+
 Incoming incomingOf(const HttpRequest& request, const PageFile& page) {
   Incoming incoming;
   PageRequest& target = incoming.page;
@@ -182,7 +190,8 @@ class PageHost::Work {
     entry.method = request.method;
     entry.path = request.path;
     std::string page = "refused";
-    PageAnswer answer = route(request, entry, page);
+    PageAnswer answer =
+        options_.isBehindTls ? route(asProxied(request), entry, page) : route(request, entry, page);
     addSecurityHeaders(answer);
     entry.status = answer.status;
     entry.bytes = answer.body.size();
@@ -194,7 +203,7 @@ class PageHost::Work {
 
   PageAnswer route(const HttpRequest& request, LogEntry& entry, std::string& page) {
     if (auto refusal = access_.refusal(request)) return *refusal;
-    if (request.path.empty()) return plainAnswer(414, "The path is too long.");
+    if (request.refusal != 0) return plainAnswer(request.refusal, "This form of a request is not served.");
     if (request.path == "/health") return page = "health", health();
     if (request.path == "/metrics") return page = "metrics", metrics(request);
     if (request.path.starts_with("/assets/")) return page = "asset", asset(request);
@@ -251,7 +260,14 @@ class PageHost::Work {
   PageAnswer inSession(Incoming incoming, LogEntry& entry) {
     bool isNew = false;
     PageSessionRef session = sessions_.find(incoming.sessionId);
-    if (!session) session = sessions_.findInJournal(incoming.sessionId);
+    if (!session) {
+      // Whoever has work here waits for a place: a new session would leave it behind.
+      PageSessionRef ousted;
+      const JournalledSession journalled = sessions_.findInJournal(incoming.sessionId, lookers(), ousted);
+      if (ousted) endSession(ousted);
+      if (journalled.hasNoPlace) return fullAnswer();
+      session = journalled.session;
+    }
     if (!session) {
       if (incoming.page.isChanging()) return plainAnswer(403, "The session has ended: load the page again.");
       session = newSession();
@@ -273,10 +289,14 @@ class PageHost::Work {
     return answer;
   }
 
+  // Who has only looked and was not here since may lose the place.
+  std::chrono::steady_clock::time_point lookers() const {
+    return std::chrono::steady_clock::now() - options_.limits.looking;
+  }
+
   PageSessionRef newSession() {
     PageSessionRef ousted;
-    PageSessionRef session =
-        sessions_.create(std::chrono::steady_clock::now() - options_.limits.looking, ousted);
+    PageSessionRef session = sessions_.create(lookers(), ousted);
     if (ousted) endSession(ousted);
     return session;
   }
@@ -342,9 +362,14 @@ class PageHost::Work {
     return failure(entry.number);
   }
 
+  // The journal goes first: a request that comes in between is not to find the session there.
   void endSession(const PageSessionRef& session) {
+    if (runners_->run(session->lane(), [session] { session->end(); }) != RunOutcome::Done) {
+      std::error_code error;
+      const std::filesystem::path journal = PageSession::journalPath(*surroundings_, session->id());
+      if (!journal.empty()) std::filesystem::remove(journal, error);
+    }
     sessions_.remove(session);
-    runners_->run(session->lane(), [session] { session->end(); });
     runners_->close(session->lane());
   }
 

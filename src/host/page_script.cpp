@@ -5,8 +5,8 @@ namespace ondrel {
 const std::string_view kPageScript = R"js((function (global) {
   "use strict";
   var host = {};
-  ["answer", "changed", "clerk", "compile", "encode", "header", "keep", "now", "recall", "record",
-   "request", "room", "setting", "signIn", "signOut", "token", "workDone"].forEach(function (name) {
+  ["answer", "changed", "clerk", "compile", "doubtful", "encode", "header", "keep", "now", "recall", "record",
+   "request", "room", "setting", "settleDoubt", "signIn", "signOut", "token", "workDone"].forEach(function (name) {
     host[name] = global["host_" + name];
     delete global["host_" + name];
   });
@@ -133,6 +133,8 @@ const std::string_view kPageScript = R"js((function (global) {
     },
     include: include,
     recorded: recorded,
+    doubtful: function () { return host.doubtful(); },
+    settleDoubt: function () { host.settleDoubt(); },
     now: function () { return host.now(); },
     setting: function (name) { return host.setting(String(name)); },
     signIn: function (clerk, pin) { return host.signIn(String(clerk), String(pin)); },

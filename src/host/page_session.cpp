@@ -47,7 +47,8 @@ PageEngine& PageSession::engine() {
 // The lane may have changed the session since the request was let in: who has the old id and the old token gets
 // nothing of what a sign-in made of it.
 PageAnswer PageSession::serve(const PageRequest& request, std::string_view admittedAs, PageRun& run) {
-  if (id() != admittedAs) return plainAnswer(403, "The session has changed: load the page again.");
+  if (isSignedOut_ || id() != admittedAs)
+    return plainAnswer(403, "The session has changed: load the page again.");
   request_ = &request;
   PageEngine& pages = engine();
   if (isRestoring_) run.restored = restore();
@@ -61,7 +62,8 @@ PageAnswer PageSession::serve(const PageRequest& request, std::string_view admit
 
 // 1. a known number: the answer that it had   2. journal   3. page   4. journal, before the answer leaves
 PageAnswer PageSession::serveChanging(const PageRequest& request, PageRun& run) {
-  hasWork_ = true;
+  // A try at signing in is no work yet.
+  if (!surroundings_->clerks || !clerk().id.empty()) hasWork_ = true;
   const bool isNumbered = !request.number.empty();
   if (isNumbered)
     if (const PageAnswer* known = numbers_.find(request)) return *known;
@@ -93,6 +95,7 @@ std::string PageSession::signIn(const std::string& clerkId, const std::string& p
   const std::lock_guard lock(mutex_);
   id_ = std::move(id);
   clerk_ = std::move(clerk);
+  hasWork_ = true;
   return "ok";
 }
 
@@ -101,6 +104,11 @@ std::string PageSession::signIn(const std::string& clerkId, const std::string& p
 void PageSession::beforeCommit() {
   journal_->committing(request_ && !request_->number.empty());
   if (isGivenUp_) throw Error(ErrorNumber::InvalidCall, kSource, "The session has ended");
+}
+
+void PageSession::settleDoubt() {
+  if (!std::exchange(isDoubtful_, false)) return;
+  journal_->certain();
 }
 
 std::optional<std::string> PageSession::recall() {
@@ -129,6 +137,7 @@ std::string PageSession::restore() {
   try {
     for (const RememberedAnswer& known : contents.answers) numbers_.remember(known);
     engine_->setKept(contents.kept);
+    isDoubtful_ = contents.isDoubtful;
     while (done < contents.calls.size() && replay(contents.calls[done])) ++done;
   } catch (const std::exception& exception) {
     trouble = std::string("; stopped by: ") + exception.what();

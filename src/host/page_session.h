@@ -61,6 +61,8 @@ class PageSession : private PageOwner {
   void signOut() override { isSignedOut_ = true; }
   void beforeCommit() override;
   void workDone() override { isWorkDone_ = true; }
+  bool isDoubtful() override { return isDoubtful_ && !replayed_; }
+  void settleDoubt() override;
   std::optional<std::string> recall() override;
   void record(const std::string& result) override { journal_->record(result); }
 
@@ -83,6 +85,7 @@ class PageSession : private PageOwner {
   const JournalledCall* replayed_ = nullptr;
   size_t nextRecord_ = 0;
   bool isWorkDone_ = false;
+  bool isDoubtful_ = false;
   std::atomic<bool> isGivenUp_ = false;
   std::atomic<bool> isRestoring_ = false;
   std::atomic<bool> isSignedOut_ = false;

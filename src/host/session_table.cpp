@@ -12,15 +12,18 @@ PageSessionRef SessionTable::find(std::string_view id) {
   return found->second;
 }
 
-PageSessionRef SessionTable::findInJournal(std::string_view id) {
-  if (!isRandomId(id)) return nullptr;
+JournalledSession SessionTable::findInJournal(std::string_view id,
+                                              std::chrono::steady_clock::time_point moment,
+                                              PageSessionRef& ousted) {
+  if (!isRandomId(id)) return {};
   auto session = std::make_shared<PageSession>(surroundings_, std::string(id));
-  if (!session->prepareRestoring()) return nullptr;
+  if (!session->prepareRestoring()) return {};
   const std::lock_guard lock(mutex_);
-  if (const auto found = sessions_.find(id); found != sessions_.end()) return found->second;
-  if (sessions_.size() >= most_) return nullptr;
+  if (const auto found = sessions_.find(id); found != sessions_.end()) return {found->second};
+  if (sessions_.size() >= most_) ousted = takeIdler(moment);
+  if (sessions_.size() >= most_) return {nullptr, true};
   sessions_.emplace(id, session);
-  return session;
+  return {session};
 }
 
 PageSessionRef SessionTable::takeIdler(std::chrono::steady_clock::time_point moment) {

@@ -12,6 +12,12 @@
 
 namespace ondrel {
 
+// A session that an earlier run of the host left a journal of, if there is one and a place for it.
+struct JournalledSession {
+  PageSessionRef session;
+  bool hasNoPlace = false;
+};
+
 // The open sessions by their ids. Safe to share between threads; its lock is held for a look-up only.
 class SessionTable {
  public:
@@ -20,9 +26,9 @@ class SessionTable {
 
   // The open session of an id.
   PageSessionRef find(std::string_view id);
-  // A session for an id that an earlier run of the host left a journal of. Nothing without one, or when the host
-  // is full.
-  PageSessionRef findInJournal(std::string_view id);
+  // A session for an id that an earlier run of the host left a journal of; it takes a place as `create` does.
+  JournalledSession findInJournal(std::string_view id, std::chrono::steady_clock::time_point moment,
+                                  PageSessionRef& ousted);
   // With a new id. When the host is full it takes the place of one that has only looked and was not used since
   // `moment`, the longest unused first, which is given back in `ousted`; nothing when there is none.
   PageSessionRef create(std::chrono::steady_clock::time_point moment, PageSessionRef& ousted);

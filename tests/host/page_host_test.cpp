@@ -256,12 +256,18 @@ TEST_F(PageHostTest, MalformedAndOversizedRequestsAreAnswered) {
       {"POST /" + head + "Content-Length: 5000\r\n\r\n" + std::string(5000, 'x'),    "413"},
       {"POST /" + head + "Content-Length: 999999999999\r\n\r\n",                     "413"},
       {"BREW /" + head + "\r\n",                                                     "4"},
+      {"GET /" + head + "Content-Length: 18\r\n\r\nGET / HTTP/1.1\r\n\r\n",           "400"},
+      {"POST /" + head + "Content-Length: 1\r\nContent-Length: 2\r\n\r\nxx",          "400"},
+      {"POST /" + head + "Transfer-Encoding: chunked\r\n\r\n1\r\nx\r\n0\r\n\r\n",     "411"},
+      {"POST /" + head + "Content-Encoding: deflate\r\nContent-Length: 1\r\n\r\nx",   "415"},
+      {"GET /" + head + "Range: bytes=0-1,0-1,0-1\r\n\r\n",                          "416"},
       {manyHeaders + "\r\n",                                                         "431"},
       {"GET /" + head + "X-Never-Ending: ",                                          "4"},
   };
   // clang-format on
   for (const Case& each : cases)
-    EXPECT_THAT(sent(each.request), StartsWith("HTTP/1.1 " + std::string(each.answer)))
+    EXPECT_THAT(sent(each.request),
+                AllOf(StartsWith("HTTP/1.1 " + std::string(each.answer)), Not(HasSubstr("\r\nHTTP/1.1 "))))
         << each.request.substr(0, 60);
   EXPECT_EQ(Browser(port).get("/").body, "fine");
 }
@@ -443,6 +449,32 @@ TEST_F(PageHostTest, RequestBehindASignInKeepsOutside) {
   EXPECT_FALSE(seen.has_header("Set-Cookie"));
   EXPECT_NE(clerk.cookie, onlooker.cookie);
   EXPECT_EQ(clerk.get("/sign_in").body, clerk.token);
+}
+
+TEST_F(PageHostTest, OnlyWhoHasSignedInKeepsAPlaceAndOnlyUntilSigningOut) {
+  page("sign_in.js",
+       "Response.write(Request.method === 'POST' ? Server.signIn('7', Request.form.pin) : Request.token);");
+  page("out.js", "Server.signOut(); var end = Date.now() + 300; while (Date.now() < end) {}");
+  page("index.js", "Response.write('in as ', Request.clerk.id);");
+  options.clerks = folder / "clerks";
+  options.limits.sessions = 2;
+  options.limits.looking = std::chrono::milliseconds(1);
+  Clerks::enter(options.clerks, {"7", "Ann"}, "2468");
+  start();
+  Browser clerk(port), guesser(port), next(port), same(port);
+  clerk.token = clerk.get("/sign_in").body;
+  clerk.post("/sign_in", "pin=2468");
+  guesser.token = guesser.get("/sign_in").body;
+  EXPECT_EQ(guesser.post("/sign_in", "pin=1111").body, "wrong");
+  std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  EXPECT_EQ(next.get("/sign_in").status, 200) << "in the place of the guesser";
+  EXPECT_EQ(clerk.get("/").body, "in as 7");
+  same.cookie = clerk.cookie;
+  std::thread leaving([&] { clerk.get("/out"); });
+  while (Browser(port).client->Get("/metrics")->body.find("ondrel_runners_busy 1") == std::string::npos)
+    std::this_thread::yield();
+  EXPECT_EQ(same.get("/").status, 403) << "behind a sign-out";
+  leaving.join();
 }
 
 TEST_F(PageHostTest, PagesAreToldTheSettingsOfTheirShop) {

@@ -274,6 +274,54 @@ TEST_F(RestartTest, SpoiltJournalDoesNotSpoilTheSession) {
   }
 }
 
+// Between the commit and the answer a sudden end leaves a question that only a person can answer.
+TEST_F(RestartTest, WhatMayHaveBeenSavedIsAskedAbout) {
+  page("doubt.js", "Response.write(Server.doubtful()); if (Request.form.sure) Server.settleDoubt();");
+  start();
+  Browser browser = visitor();
+  browser.post("/ticket", "item=201");
+  host.reset();
+  std::ofstream(journals().front(), std::ios::app)
+      << "call\t46350.4\tsave.js\t/save\tsave-1\t\tid=911\t\t\ncommitting\n";
+  restartAndReturn(browser);
+  EXPECT_EQ(browser.get("/doubt").body, "true");
+  EXPECT_EQ(browser.post("/save", "id=911", "save-1").status, 409);
+  EXPECT_EQ(browser.get("/ticket").body, "[201] day 24 clerk ");
+  browser.post("/doubt", "sure=1");
+  EXPECT_EQ(browser.get("/doubt").body, "false");
+  restartAndReturn(browser);
+  EXPECT_EQ(browser.get("/doubt").body, "false");
+}
+
+// A note with the digits of a card is a click like any other: those behind it belong to the same lines.
+TEST_F(RestartTest, NumbersLikeThoseOfCardsAreMaskedAndTheirCallsKept) {
+  start();
+  Browser browser = visitor();
+  browser.post("/ticket", "item=201&note=4111111111111111");
+  browser.post("/ticket", "item=103");
+  EXPECT_THAT(journalText(), Not(HasSubstr("4111111111111111")));
+  restartAndReturn(browser);
+  EXPECT_EQ(browser.get("/ticket").body, "[201,103] day 24 clerk ");
+}
+
+// Whose journal waits for a place on a full host is not given a new session over it.
+TEST_F(RestartTest, FullHostKeepsTheWorkOfThoseWhoComeBack) {
+  start();
+  Browser browser = visitor();
+  browser.post("/ticket", "item=201");
+  options.limits.sessions = 1;
+  options.limits.looking = std::chrono::milliseconds(50);
+  restart();
+  Browser looker(port);
+  looker.get("/customer");
+  browser.moveTo(port);
+  const std::string cookie = browser.cookie;
+  EXPECT_EQ(browser.get("/ticket").status, 503);
+  EXPECT_EQ(browser.cookie, cookie);
+  std::this_thread::sleep_for(std::chrono::milliseconds(60));
+  EXPECT_EQ(browser.get("/ticket").body, "[201] day 24 clerk ");
+}
+
 TEST_F(RestartTest, JournalGoesWithItsSession) {
   page("out.js", "Server.signOut();");
   options.limits.idle = std::chrono::milliseconds(100);

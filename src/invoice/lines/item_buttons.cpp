@@ -83,7 +83,7 @@ Variant Invoice::addItemByHeatSeal(const Variant& hsnumber) {
       fmt::format(
           "select pricelistitemid, taggeditemid from taggedItem where taggedItemID = (select distinct "
           "taggedItemID from taggedPiece where heatSealID = '{}')",
-          hsnumber.joined()));
+          escapeSqlValue(hsnumber)));
   if (tagged->eof()) return -1;
   const Variant line = addItem2(tagged->value("pricelistitemid"), 1);
   Variant seal = hsnumber;
@@ -100,14 +100,14 @@ Variant Invoice::getUpchargeNameById(const Variant& id) {
   return firstValue(
       queryDatabase(*apartment_, fmt::format(" select descriptorname from itemdescriptorprice  where "
                                              "itemDescriptorPriceID = '{}'",
-                                             id.joined())),
+                                             escapeSqlValue(id))),
       "descriptorname");
 }
 
 Variant Invoice::getDescriptorNameById(const Variant& id) {
   return firstValue(
-      queryDatabase(*apartment_,
-                    fmt::format(" select name from descriptor  where descriptorID = '{}'", id.joined())),
+      queryDatabase(*apartment_, fmt::format(" select name from descriptor  where descriptorID = '{}'",
+                                             escapeSqlValue(id))),
       "name");
 }
 

@@ -24,7 +24,7 @@ Variant Invoice::addCoupon(const Variant& couponID) {
 }
 
 Variant Invoice::removeCoupon(const Variant& line) {
-  lineItems->setFilter(fmt::format("itemType='CU' and linenumber={}", line.joined()));
+  lineItems->setFilter(fmt::format("itemType='CU' and linenumber={}", line.toLong()));
   for (; !lineItems->eof(); lineItems->moveNext()) lineItems->deleteRow();
   return {};
 }

@@ -5,7 +5,7 @@
 // |------------|-------|------------------------------------|--------------------------------------------------|
 // | reset      |       |                                    | back to the line's amount                        |
 // | VIP        | VI    | price of the garment with children | less the rounded share, children in proportion   |
-// | coupons    | CU    | price of the garment with children | less the rounded share, children in proportion   |
+// | coupons    | CU    | price of the garment with children | less the unrounded share, children in proportion |
 // | loyalty    | LY    | price of the garment with children | less the rounded share, children in proportion   |
 // | promotions | PR    | price of the garment with children | less the unrounded share, children untouched     |
 // | surcharges | SU    | taxable amount, or a fixed amount  | untouched; the SU line is taxable by its amount  |
