@@ -43,6 +43,7 @@ async function customerDoes(customer, what) {
   await page.getByLabel("Name, phone or ticket number").fill(customer);
   await page.locator(".customer").first().click();
   await page.getByRole("button", { name: what, exact: true }).click();
+  await page.waitForURL(/\/(ticket|quick|pickup)(\/start)?$/);
 }
 
 function newTicket(customer) { return customerDoes(customer, "New ticket"); }
@@ -61,12 +62,25 @@ async function picture(name) {
   if (process.env.ONDREL_IMAGES) await page.screenshot({ path: join(process.env.ONDREL_IMAGES, `${name}.png`) });
 }
 
-// No finding that keeps somebody from working.
+// No finding that keeps somebody from working, in light and in dark; nothing to press that a finger misses; and no
+// scrolling sideways on the smallest screen.
 async function accessible(where) {
   await page.evaluate(axe);
-  const found = await page.evaluate(() => window.axe.run(document, { resultTypes: ["violations"] }));
-  const serious = found.violations.filter((one) => one.impact === "serious" || one.impact === "critical");
-  assert.deepEqual(serious.map((one) => `${where}: ${one.id} ${one.nodes[0].html}`), []);
+  for (const colorScheme of ["light", "dark"]) {
+    await page.emulateMedia({ colorScheme });
+    const found = await page.evaluate(() => window.axe.run(document, { resultTypes: ["violations"] }));
+    const serious = found.violations.filter((one) => one.impact === "serious" || one.impact === "critical");
+    assert.deepEqual(serious.map((one) => `${where}, ${colorScheme}: ${one.id} ${one.nodes[0].html}`), []);
+  }
+  await page.emulateMedia({ colorScheme: "light" });
+  const small = await page.evaluate(() => [...document.querySelectorAll("button, a, input, select, summary, [role=button]")].filter((one) => {
+    const box = one.getBoundingClientRect();
+    return one.offsetParent && !one.matches(".skip") && box.height < 44;
+  }).map((one) => one.outerHTML));
+  assert.deepEqual(small, [], `${where}: too small to press`);
+  await page.setViewportSize({ width: 1024, height: 768 });
+  assert.equal(await page.evaluate(() => document.documentElement.scrollWidth), 1024, `${where}: wider than the screen`);
+  await page.setViewportSize({ width: 1280, height: 800 });
 }
 
 async function savedTickets() {
@@ -307,6 +321,10 @@ test("a line's form, a coupon on and off, a ticket like it", async () => {
   }
   await page.locator(".lineitem").first().click();
   await page.locator(".id-group-button", { hasText: "Properties" }).click();
+  await page.locator("#item-price").waitFor();
+  await page.getByText("Due date", { exact: true }).click();
+  await page.locator("#ticket-due .dept-due").first().waitFor();
+  await accessible("properties, coupons and the day picker");
   await page.locator("#item-price").fill("18.50");
   await Promise.all([page.waitForResponse(/ticket\/act/), page.keyboard.press("Tab")]);
   await assertTotal("$37.00");
