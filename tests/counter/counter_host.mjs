@@ -1,6 +1,6 @@
 // A host of its own for a test: a store in a file, a free port, and a browser beside it.
 import { spawn, execFileSync } from "node:child_process";
-import { mkdirSync, mkdtempSync, readdirSync, readFileSync, rmSync } from "node:fs";
+import { appendFileSync, mkdirSync, mkdtempSync, readdirSync, readFileSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { chromium } from "playwright-core";
@@ -45,6 +45,12 @@ export class Host {
   files() {
     const journals = join(this.folder, "shop.db.sessions");
     return [join(this.folder, "host.log"), ...readdirSync(journals).map((name) => join(journals, name))].map((name) => readFileSync(name, "utf8")).join("\n");
+  }
+
+  // As if the host had ended between the commit of a numbered call and its answer, in every session.
+  interruptCommit() {
+    const journals = join(this.folder, "shop.db.sessions");
+    for (const name of readdirSync(journals)) appendFileSync(join(journals, name), "call\t46350.4\tticket/save.js\t/ticket/save\tn-1\t\t\t\t\ncommitting\n");
   }
 
   remove() {
