@@ -6,58 +6,30 @@ namespace ondrel {
 namespace {
 
 TEST(DateTest, SerialsCountFromTheEndOf1899) {
-  const struct {
-    Date date;
-    double serial;
-  } cases[] = {
+  const std::pair<Date, double> cases[] = {
       // clang-format off
-      {Date::of(1899, 12, 30), 0},
-      {Date::of(1899, 12, 31), 1},
-      {Date::of(1899, 12, 29), -1},
-      {Date::of(1900, 1, 1), 2},
-      {Date::of(1900, 3, 1), 61},
-      {Date::of(1970, 1, 1), 25569},
-      {Date::of(2000, 1, 1), 36526},
-      {Date::of(2000, 1, 1, 6), 36526.25},
-      {Date::of(9999, 12, 31), 2958465},
-      {Date::of(100, 1, 1), -657434},
+      {Date::of(1899, 12, 30), 0},     {Date::of(1899, 12, 29), -1},          {Date::of(1900, 3, 1), 61},
+      {Date::of(9999, 12, 31), 2958465}, {Date::of(2000, 1, 1, 6), 36526.25}, {Date::of(100, 1, 1), -657434},
       // clang-format on
   };
-  for (const auto& each : cases) EXPECT_EQ(each.date.serial(), each.serial) << each.date.text();
+  for (const auto& [date, serial] : cases) EXPECT_EQ(date.serial(), serial) << date.text();
 }
 
-TEST(DateTest, PartsOutOfRangeCarry) {
-  const struct {
-    Date date;
-    const char* text;
-  } cases[] = {
+TEST(DateTest, PartsOutOfRangeCarryAndTextDropsMidnightAndDayZero) {
+  const std::pair<Date, const char*> cases[] = {
       // clang-format off
-      {Date::of(2026, 13, 1), "1/1/2027"},
-      {Date::of(2026, 12, 31), "12/31/2026"},
-      {Date::of(2026, 24, 1), "12/1/2027"},
-      {Date::of(2026, 25, 1), "1/1/2028"},
-      {Date::of(2026, 0, 1), "12/1/2025"},
-      {Date::of(2026, -11, 1), "1/1/2025"},
-      {Date::of(2026, -12, 1), "12/1/2024"},
-      {Date::of(2024, 2, 30), "3/1/2024"},
-      {Date::of(2023, 2, 30), "3/2/2023"},
-      {Date::of(1900, 2, 29), "3/1/1900"},
-      {Date::of(2026, 3, 0), "2/28/2026"},
+      {Date::of(2026, 13, 1), "1/1/2027"},   {Date::of(2026, 24, 1), "12/1/2027"}, {Date::of(2026, 25, 1), "1/1/2028"},
+      {Date::of(2026, 0, 1), "12/1/2025"},   {Date::of(2026, -11, 1), "1/1/2025"}, {Date::of(2026, -12, 1), "12/1/2024"},
+      {Date::of(2024, 2, 30), "3/1/2024"},   {Date::of(1900, 2, 29), "3/1/1900"},  {Date::of(2026, 3, 0), "2/28/2026"},
       {Date::of(2026, 1, 1, 24), "1/2/2026"},
       {Date::of(2026, 1, 1, 0, 90), "1/1/2026 1:30:00 AM"},
       {Date::of(2026, 1, 1, 0, 0, -1), "12/31/2025 11:59:59 PM"},
+      {Date::of(2026, 1, 5, 12), "1/5/2026 12:00:00 PM"},
+      {Date::of(1899, 12, 30, 9, 30), "9:30:00 AM"},
+      {Date(0), "12:00:00 AM"},
       // clang-format on
   };
-  for (const auto& each : cases) EXPECT_EQ(each.date.text(), each.text);
-}
-
-TEST(DateTest, TextDropsMidnightAndDayZero) {
-  EXPECT_EQ(Date::of(2026, 11, 24).text(), "11/24/2026");
-  EXPECT_EQ(Date::of(2026, 1, 5, 0, 0, 1).text(), "1/5/2026 12:00:01 AM");
-  EXPECT_EQ(Date::of(2026, 1, 5, 12, 0, 0).text(), "1/5/2026 12:00:00 PM");
-  EXPECT_EQ(Date::of(2026, 1, 5, 17, 5, 9).text(), "1/5/2026 5:05:09 PM");
-  EXPECT_EQ(Date::of(1899, 12, 30, 9, 30).text(), "9:30:00 AM");
-  EXPECT_EQ(Date(0).text(), "12:00:00 AM");
+  for (const auto& [date, text] : cases) EXPECT_EQ(date.text(), text);
 }
 
 TEST(DateTest, EveryMinuteOfADaySurvivesItsText) {
@@ -70,71 +42,34 @@ TEST(DateTest, EveryMinuteOfADaySurvivesItsText) {
 }
 
 TEST(DateTest, ParsesTheDefaultFormIsoAndTimes) {
-  const struct {
-    const char* text;
-    Date date;
-  } cases[] = {
+  const std::pair<const char*, Date> cases[] = {
       // clang-format off
-      {"11/24/2026", Date::of(2026, 11, 24)},
-      {" 1/5/2026 ", Date::of(2026, 1, 5)},
-      {"01/05/26", Date::of(2026, 1, 5)},
-      {"1/5/29", Date::of(2029, 1, 5)},
-      {"1/5/30", Date::of(1930, 1, 5)},
-      {"1/5/99", Date::of(1999, 1, 5)},
-      {"2/29/2024", Date::of(2024, 2, 29)},
-      {"11/24/2026 5:05:09 PM", Date::of(2026, 11, 24, 17, 5, 9)},
-      {"11/24/2026 5:05 pm", Date::of(2026, 11, 24, 17, 5)},
-      {"11/24/2026 17:05", Date::of(2026, 11, 24, 17, 5)},
-      {"11/24/2026 12:00:00 AM", Date::of(2026, 11, 24)},
-      {"2026-11-24", Date::of(2026, 11, 24)},
-      {"2026-11-24 10:30", Date::of(2026, 11, 24, 10, 30)},
-      {"2026-11-24T10:30:15.250", Date::of(2026, 11, 24, 10, 30, 15)},
-      {"17:05", Date::of(1899, 12, 30, 17, 5)},
-      {"5:05PM", Date::of(1899, 12, 30, 17, 5)},
-      {"12:30 AM", Date::of(1899, 12, 30, 0, 30)},
-      {"12:30 PM", Date::of(1899, 12, 30, 12, 30)},
+      {" 1/5/2026 ", Date::of(2026, 1, 5)},   {"01/05/26", Date::of(2026, 1, 5)},
+      {"1/5/29", Date::of(2029, 1, 5)},       {"1/5/30", Date::of(1930, 1, 5)},
+      {"2/29/2024", Date::of(2024, 2, 29)},   {"11/24/2026 12:00:00 AM", Date::of(2026, 11, 24)},
+      {"11/24/2026 5:05 pm", Date::of(2026, 11, 24, 17, 5)}, {"11/24/2026 17:05", Date::of(2026, 11, 24, 17, 5)},
+      {"2026-11-24 10:30", Date::of(2026, 11, 24, 10, 30)},  {"2026-11-24T10:30:15.250", Date::of(2026, 11, 24, 10, 30, 15)},
+      {"17:05", Date::of(1899, 12, 30, 17, 5)},    {"5:05PM", Date::of(1899, 12, 30, 17, 5)},
+      {"12:30 AM", Date::of(1899, 12, 30, 0, 30)}, {"12:30 PM", Date::of(1899, 12, 30, 12, 30)},
       // clang-format on
   };
-  for (const auto& each : cases) EXPECT_EQ(Date::parse(each.text), each.date) << each.text;
+  for (const auto& [text, date] : cases) EXPECT_EQ(Date::parse(text), date) << text;
 }
 
 TEST(DateTest, RefusesWhatIsNoDate) {
-  for (const char* text : {"",
-                           " ",
-                           "tomorrow",
-                           "5",
-                           "2/30/2026",
-                           "2/29/2023",
-                           "13/1/2026",
-                           "0/1/2026",
-                           "1/0/2026",
-                           "1/1",
-                           "1/1/",
-                           "1/1/20266",
-                           "2026-13-01",
-                           "2026-1",
-                           "26-01-05",
-                           "0099-01-05",
-                           "24:00",
-                           "10:60",
-                           "10:30:60",
-                           "0:30 PM",
-                           "13:30 PM",
-                           "10",
-                           "11/24/2026 5",
-                           "11/24/2026 10:30 XM",
-                           "11/24/202610:30",
-                           "2026-11-24T"}) {
+  // clang-format off
+  for (const char* text : {"", " ", "tomorrow", "5", "10", "2/30/2026", "2/29/2023", "13/1/2026", "0/1/2026", "1/0/2026",
+                           "1/1", "1/1/", "1/1/20266", "2026-13-01", "2026-1", "26-01-05", "0099-01-05", "24:00", "10:60",
+                           "10:30:60", "0:30 PM", "13:30 PM", "11/24/2026 5", "11/24/2026 10:30 XM", "11/24/202610:30",
+                           "2026-11-24T"})
+    // clang-format on
     EXPECT_FALSE(Date::parse(text)) << text;
-  }
 }
 
 TEST(DateTest, WeekStartsOnMonday) {
   EXPECT_EQ(Date::of(2026, 11, 23).weekday(), 1);
-  EXPECT_EQ(Date::of(2026, 11, 24, 23, 59).weekday(), 2);
-  EXPECT_EQ(Date::of(2026, 11, 29).weekday(), 7);
+  EXPECT_EQ(Date::of(2026, 11, 29, 23, 59).weekday(), 7);
   EXPECT_EQ(Date::of(1899, 12, 30).weekday(), 6);
-  EXPECT_EQ(Date::of(1899, 12, 24).weekday(), 7);
   EXPECT_EQ(Date::of(1865, 4, 14).weekday(), 5);
 }
 
@@ -143,7 +78,6 @@ TEST(DateTest, DifferencesCountCalendarDays) {
   EXPECT_EQ(daysBetween(night, Date::of(2026, 11, 25)), 1);
   EXPECT_EQ(daysBetween(night, Date::of(2026, 11, 24)), 0);
   EXPECT_EQ(daysBetween(Date::of(2026, 3, 1), Date::of(2024, 2, 28)), -732);
-  EXPECT_EQ(daysBetween(Date::of(2026, 3, 8), Date::of(2026, 3, 9)), 1);
 }
 
 TEST(DateTest, TimeThatRoundsUpToMidnightIsTheNextDay) {
@@ -153,15 +87,13 @@ TEST(DateTest, TimeThatRoundsUpToMidnightIsTheNextDay) {
   EXPECT_EQ(almost.midnight(), Date::of(2026, 11, 25));
   EXPECT_EQ(almost.secondOfDay(), 0);
   EXPECT_EQ(almost.weekday(), 3);
-  const Date before = Date::of(2026, 11, 25).addDays(-kSecond * 0.6);
-  EXPECT_EQ(before.text(), "11/24/2026 11:59:59 PM");
+  EXPECT_EQ(almost.addDays(-kSecond * 0.2).text(), "11/24/2026 11:59:59 PM");
 }
 
 TEST(DateTest, AddingDaysKeepsTheTime) {
   const Date moment = Date::of(2026, 12, 30, 10, 20, 30);
   EXPECT_EQ(moment.addDays(3), Date::of(2027, 1, 2, 10, 20, 30));
   EXPECT_EQ(moment.addDays(-365), Date::of(2025, 12, 30, 10, 20, 30));
-  EXPECT_LT(moment, moment.addDays(0.5));
   EXPECT_EQ(Date::of(moment.parts()), moment);
 }
 

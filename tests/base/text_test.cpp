@@ -11,52 +11,29 @@ namespace {
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 TEST(TextTest, NumbersShowUpTo15SignificantDigits) {
-  const struct {
-    double value;
-    const char* text;
-  } cases[] = {
+  const std::pair<double, const char*> cases[] = {
       // clang-format off
-      {0, "0"},
-      {-0.0, "0"},
-      {7, "7"},
-      {-12.5, "-12.5"},
-      {100, "100"},
-      {0.001, "0.001"},
-      {0.1 + 0.2, "0.3"},
-      {2.0000000000000004, "2"},
-      {1.0 / 3, "0.333333333333333"},
-      {2.0 / 3, "0.666666666666667"},
-      {1234567.891, "1234567.891"},
-      {123456789012345, "123456789012345"},
-      {1e14, "100000000000000"},
-      {1e15, "1E+15"},
-      {-1.5e20, "-1.5E+20"},
-      {1e100, "1E+100"},
-      {0.00001, "0.00001"},
-      {1e-15, "0.000000000000001"},
-      {1e-16, "1E-16"},
-      {-2.5e-20, "-2.5E-20"},
-      {999999999999999.9, "1E+15"},
-      {0.0000123456789012345, "1.23456789012345E-05"},
+      {-0.0, "0"},                {-12.5, "-12.5"},           {100, "100"},                   {0.1 + 0.2, "0.3"},
+      {2.0000000000000004, "2"},  {1.0 / 3, "0.333333333333333"}, {2.0 / 3, "0.666666666666667"},
+      {123456789012345, "123456789012345"}, {1e14, "100000000000000"}, {1e15, "1E+15"},       {-1.5e20, "-1.5E+20"},
+      {1e100, "1E+100"},          {0.00001, "0.00001"},       {1e-15, "0.000000000000001"},   {-2.5e-20, "-2.5E-20"},
+      {999999999999999.9, "1E+15"}, {0.0000123456789012345, "1.23456789012345E-05"},
+      {kInfinity, "1.#INF"},      {-kInfinity, "-1.#INF"},    {std::nan(""), "-1.#IND"},
       // clang-format on
   };
-  for (const auto& each : cases) EXPECT_EQ(numberText(each.value), each.text);
+  for (const auto& [value, text] : cases) EXPECT_EQ(numberText(value), text);
 }
 
 TEST(TextTest, NumberTextIsReadAsThePlatformDoes) {
-  const struct {
-    const char* text;
-    double value;
-  } accepted[] = {
+  const std::pair<const char*, double> accepted[] = {
       // clang-format off
-      {"12", 12},         {" 12 ", 12},      {"\t12\t", 12},     {"-3", -3},       {"+3", 3},
-      {"- 3", -3},        {"1.5", 1.5},      {".5", 0.5},        {"5.", 5},        {"-.5", -0.5},
-      {"1,234.50", 1234.5}, {"12,34", 1234}, {"$5", 5},          {"-$5.25", -5.25}, {"$-5.25", -5.25},
-      {"$ 5", 5},         {"1e3", 1000},     {"1E+3", 1000},     {"25e-1", 2.5},   {"000.10", 0.1},
-      {"0", 0},           {"123456789012345678901", 123456789012345678901.0},
+      {" 12 ", 12},       {"\t12\t", 12},   {"+3", 3},         {"- 3", -3},       {".5", 0.5},     {"5.", 5},
+      {"-.5", -0.5},      {"1,234.50", 1234.5}, {"12,34", 1234}, {"-$5.25", -5.25}, {"$-5.25", -5.25}, {"$ 5", 5},
+      {"1e3", 1000},      {"1E+3", 1000},   {"25e-1", 2.5},    {"000.10", 0.1},
+      {"123456789012345678901", 123456789012345678901.0},
       // clang-format on
   };
-  for (const auto& each : accepted) EXPECT_EQ(parseNumber(each.text), each.value) << each.text;
+  for (const auto& [text, value] : accepted) EXPECT_EQ(parseNumber(text), value) << text;
   for (const char* text :
        {"",   " ",  "abc", "12a",   "a12",   "1 2",   "1.2.3", "--1", "-+1",  "$$1",   ".",   "-",   "$",
         "1e", "e5", "1e+", "1e2.5", "1e2e3", "1.5,0", ",5",    "5-",  "0x1F", "1e999", "inf", "nan", "#5"})
@@ -70,61 +47,26 @@ TEST(TextTest, AmountsRoundHalfAwayFromZeroOnTheirDecimalDigits) {
     const char* text;
   } cases[] = {
       // clang-format off
-      {1.005, 2, "1.01"},       // below 1.005 in binary
-      {2.675, 2, "2.68"},
-      {-1.005, 2, "-1.01"},
-      {1.0049, 2, "1.00"},
-      {1.00499999999999, 2, "1.00"},
-      {0.5, 0, "1"},
-      {0.49999, 0, "0"},
-      {-0.5, 0, "-1"},
-      {2.5, 0, "3"},
-      {0.05, 1, "0.1"},
-      {0.004, 2, "0.00"},
-      {0.005, 2, "0.01"},
-      {-0.004, 2, "0.00"},
-      {0.0005, 2, "0.00"},
-      {9.995, 2, "10.00"},
-      {99.999, 0, "100"},
-      {0.999, 2, "1.00"},
-      {-0.0, 2, "0.00"},
-      {12, 2, "12.00"},
-      {0.125, 4, "0.1250"},
-      {1234.5, 0, "1235"},
-      {1e20, 2, "100000000000000000000.00"},
+      // 1.005 lies below itself in binary
+      {1.005, 2, "1.01"},   {-1.005, 2, "-1.01"}, {1.0049, 2, "1.00"},  {1.00499999999999, 2, "1.00"},
+      {2.675, 2, "2.68"},   {0.5, 0, "1"},        {-0.5, 0, "-1"},      {0.49999, 0, "0"},
+      {0.05, 1, "0.1"},     {0.005, 2, "0.01"},   {-0.004, 2, "0.00"},  {0.0005, 2, "0.00"},
+      {9.995, 2, "10.00"},  {99.999, 0, "100"},   {12, 2, "12.00"},     {0.125, 4, "0.1250"},
+      {1e20, 2, "100000000000000000000.00"},      {1e-300, 3, "0.000"}, {-kInfinity, 2, "-1.#INF"},
       {1234567890123456, 1, "1234567890123460.0"},  // 15 digits count
-      {1e-300, 3, "0.000"},
       // clang-format on
   };
   for (const auto& each : cases) EXPECT_EQ(fixedText(each.value, each.digits), each.text) << each.value;
 }
 
 TEST(TextTest, CurrencyHasCommasAndBracketsForDebts) {
-  const struct {
-    double value;
-    const char* text;
-  } cases[] = {
+  const std::pair<double, const char*> cases[] = {
       // clang-format off
-      {0, "$0.00"},
-      {0.1, "$0.10"},
-      {-0.001, "$0.00"},
-      {12.345, "$12.35"},
-      {999.994, "$999.99"},
-      {999.995, "$1,000.00"},
-      {1234.5, "$1,234.50"},
-      {-1234.5, "($1,234.50)"},
-      {100000, "$100,000.00"},
-      {1234567.895, "$1,234,567.90"},
-      {-1e9, "($1,000,000,000.00)"},
+      {0.1, "$0.10"},             {-0.001, "$0.00"},          {999.994, "$999.99"},         {999.995, "$1,000.00"},
+      {-1234.5, "($1,234.50)"},   {100000, "$100,000.00"},    {-1e9, "($1,000,000,000.00)"}, {std::nan(""), "-1.#IND"},
       // clang-format on
   };
-  for (const auto& each : cases) EXPECT_EQ(currencyText(each.value), each.text);
-}
-
-TEST(TextTest, ValuesThatAreNoNumberKeepTheirNames) {
-  EXPECT_EQ(numberText(kInfinity), "1.#INF");
-  EXPECT_EQ(fixedText(-kInfinity, 2), "-1.#INF");
-  EXPECT_EQ(currencyText(std::nan("")), "-1.#IND");
+  for (const auto& [value, text] : cases) EXPECT_EQ(currencyText(value), text);
 }
 
 TEST(TextTest, TrimsBlanksOnly) {
@@ -134,28 +76,25 @@ TEST(TextTest, TrimsBlanksOnly) {
 }
 
 TEST(TextTest, CaseCoversTheAccentedLettersOfTheAnsiPage) {
-  EXPECT_EQ(toLower("ABZ \xC3\x89 \xC3\x97 \xC5\xA0 \xC5\xB8 1"),
-            "abz \xC3\xA9 \xC3\x97 \xC5\xA1 \xC3\xBF 1");  // É × Š Ÿ
-  EXPECT_EQ(toUpper("m\xC3\xBCller \xC3\xB7 \xC3\x9F \xC5\x93"),
-            "M\xC3\x9CLLER \xC3\xB7 \xC3\x9F \xC5\x92");  // ü ÷ ß œ
-  EXPECT_EQ(toUpper("\xD0\xB6"), "\xD0\xB6");             // outside the page
-
-  EXPECT_TRUE(equalsIgnoringCase("Caf\xC3\xA9", "CAF\xC3\x89"));
-  EXPECT_FALSE(equalsIgnoringCase("Cafe", "Caf\xC3\xA9"));
-  EXPECT_FALSE(equalsIgnoringCase("ab", "abc"));
-  EXPECT_FALSE(equalsIgnoringCase("@", "`"));
-  EXPECT_FALSE(equalsIgnoringCase("[", "{"));
-
-  EXPECT_LT(compareIgnoringCase("apple", "BANANA"), 0);
-  EXPECT_GT(compareIgnoringCase("shirts", "SHIRT"), 0);
-  EXPECT_LT(compareIgnoringCase("", "a"), 0);
-  EXPECT_GT(compareIgnoringCase("\xC3\xA9", "Z"), 0);
-  EXPECT_EQ(compareIgnoringCase("\xC3\x84x", "\xC3\xA4X"), 0);
+  EXPECT_EQ(toLower("ABZ É × Š Ÿ 1"), "abz é × š ÿ 1");
+  EXPECT_EQ(toUpper("müller ÷ ß œ ÿ"), "MÜLLER ÷ ß Œ Ÿ");
+  EXPECT_EQ(toUpper("ж"), "ж");  // outside the page
+  const struct {
+    const char *a, *b;
+    int order;
+  } cases[] = {{"Café", "CAFÉ", 0}, {"Cafe", "Café", -1},    {"ab", "abc", -1},      {"@", "`", -1},
+               {"[", "{", -1},      {"apple", "BANANA", -1}, {"shirts", "SHIRT", 1}, {"", "a", -1},
+               {"é", "Z", 1},       {"Äx", "äX", 0}};
+  for (const auto& [a, b, order] : cases) {
+    const int found = compareIgnoringCase(a, b);
+    EXPECT_EQ((found > 0) - (found < 0), order) << a << " " << b;
+    EXPECT_EQ(equalsIgnoringCase(a, b), order == 0) << a << " " << b;
+  }
 }
 
 TEST(TextTest, CountsCharactersNotBytes) {
-  EXPECT_EQ(characterCount("Jos\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x91\x94"), 8u);  // é € 👔
-  EXPECT_EQ(leftCharacters("\xC3\xA9\xE2\x82\xAC!", 2), "\xC3\xA9\xE2\x82\xAC");
+  EXPECT_EQ(characterCount("José € 👔"), 8u);
+  EXPECT_EQ(leftCharacters("é€!", 2), "é€");
   EXPECT_EQ(leftCharacters("ab", 5), "ab");
   EXPECT_EQ(leftCharacters("ab", 0), "");
 }
@@ -168,12 +107,10 @@ TEST(TextTest, ByteOutsideAValidSequenceIsACharacterOfItsOwn) {
   } cases[] = {
       // clang-format off
       {"\xE9", 1, 0xE9},                // cut off, and the ANSI code of é
-      {"\xC3", 1, 0xC3},
       {"\xE2\x82", 2, 0xE2},
       {"\xC3(", 2, 0xC3},
       {"\x80", 1, 0x80},
       {"\xC0\xAF", 2, 0xC0},            // longer than needed
-      {"\xE0\x80\xAF", 3, 0xE0},
       {"\xF0\x80\x80\xAF", 4, 0xF0},
       {"\xED\xA0\x80", 3, 0xED},        // half of a pair
       {"\xF4\x90\x80\x80", 4, 0xF4},    // behind the last character
@@ -205,7 +142,6 @@ TEST(TextTest, AnsiCodesAndCharactersAnswerEachOther) {
 TEST(TextTest, ReplacesFromLeftToRight) {
   EXPECT_EQ(replaceAll("O'Brien's", "'", "''"), "O''Brien''s");
   EXPECT_EQ(replaceAll("aaa", "aa", "b"), "ba");
-  EXPECT_EQ(replaceAll("abc", "b", ""), "ac");
   EXPECT_EQ(replaceAll("abc", "", "x"), "abc");
 }
 

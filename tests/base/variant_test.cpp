@@ -10,8 +10,6 @@
 namespace ondrel {
 namespace {
 
-using Kind = Variant::Kind;
-
 class Thing : public Object {
  public:
   std::string_view className() const override { return "Thing"; }
@@ -45,31 +43,31 @@ TEST(VariantTest, ConvertsEveryKindToEveryOther) {
   const Date noon = Date::of(2026, 11, 24, 12);
   const double noonSerial = noon.serial();
   const Variant object(std::make_shared<Thing>());
+  const int lowest = std::numeric_limits<int>::min();
   const struct {
     const char* name;
     Variant value;
     Outcome asBoolean, asLong, asDouble, asText;
+    bool isNumeric;
   } cases[] = {
       // clang-format off
-      {"Empty",     Variant(),       false,    0,        0.0,        ""},
-      {"Null",      Variant::null(), NullUse,  NullUse,  NullUse,    NullUse},
-      {"True",      true,            true,     -1,       -1.0,       "True"},
-      {"False",     false,           false,    0,        0.0,        "False"},
-      {"Long",      7,               true,     7,        7.0,        "7"},
-      {"lowest",    std::numeric_limits<int>::min(), true, std::numeric_limits<int>::min(), -2147483648.0, "-2147483648"},
-      {"zero",      0,               false,    0,        0.0,        "0"},
-      {"Double",    2.5,             true,     2,        2.5,        "2.5"},
-      {"tiny",      0.25,            true,     0,        0.25,       "0.25"},
-      {"wide",      3e9,             true,     Overflow, 3e9,        "3000000000"},
-      {"Date",      noon,            true,     46350,    noonSerial, "11/24/2026 12:00:00 PM"},
-      {"digits",    "12",            true,     12,       12.0,       "12"},
-      {"amount",    " $1,250.50 ",   true,     1250,     1250.5,     " $1,250.50 "},
-      {"true text", "TRUE",          true,     Mismatch, Mismatch,   "TRUE"},
-      {"false text", "false",        false,    Mismatch, Mismatch,   "false"},
-      {"zero text", "0",             false,    0,        0.0,        "0"},
-      {"no text",   "",              Mismatch, Mismatch, Mismatch,   ""},
-      {"word",      "shirt",         Mismatch, Mismatch, Mismatch,   "shirt"},
-      {"object",    object,          NoMember, NoMember, NoMember,   NoMember},
+      {"Empty",     Variant(),       false,    0,        0.0,        "",         true},
+      {"Null",      Variant::null(), NullUse,  NullUse,  NullUse,    NullUse,    false},
+      {"True",      true,            true,     -1,       -1.0,       "True",     true},
+      {"False",     false,           false,    0,        0.0,        "False",    true},
+      {"Long",      7,               true,     7,        7.0,        "7",        true},
+      {"lowest",    lowest,          true,     lowest,   -2147483648.0, "-2147483648", true},
+      {"Double",    2.5,             true,     2,        2.5,        "2.5",      true},
+      {"tiny",      0.25,            true,     0,        0.25,       "0.25",     true},
+      {"wide",      3e9,             true,     Overflow, 3e9,        "3000000000", true},
+      {"Date",      noon,            true,     46350,    noonSerial, "11/24/2026 12:00:00 PM", false},
+      {"amount",    " $1,250.50 ",   true,     1250,     1250.5,     " $1,250.50 ", true},
+      {"true text", "TRUE",          true,     Mismatch, Mismatch,   "TRUE",     false},
+      {"false text", "false",        false,    Mismatch, Mismatch,   "false",    false},
+      {"zero text", "0",             false,    0,        0.0,        "0",        true},
+      {"no text",   "",              Mismatch, Mismatch, Mismatch,   "",         false},
+      {"words",     "12 pcs",        Mismatch, Mismatch, Mismatch,   "12 pcs",   false},
+      {"object",    object,          NoMember, NoMember, NoMember,   NoMember,   false},
       // clang-format on
   };
   for (const auto& each : cases) {
@@ -78,63 +76,46 @@ TEST(VariantTest, ConvertsEveryKindToEveryOther) {
     expectOutcome(each.asLong, name + " as Long", [&] { return Variant(each.value.toLong()); });
     expectOutcome(each.asDouble, name + " as Double", [&] { return Variant(each.value.toDouble()); });
     expectOutcome(each.asText, name + " as text", [&] { return Variant(each.value.toText()); });
+    EXPECT_EQ(each.value.isNumeric(), each.isNumeric) << name;
   }
 }
 
 TEST(VariantTest, LongsRoundHalfToEven) {
-  const struct {
-    double value;
-    Outcome rounded;
-  } cases[] = {
+  const std::pair<double, Outcome> cases[] = {
       // clang-format off
-      {0.5, 0}, {1.5, 2}, {2.5, 2}, {3.5, 4}, {-0.5, 0}, {-1.5, -2}, {-2.5, -2}, {2.5000001, 3}, {2.4999999, 2},
+      {0.5, 0}, {1.5, 2}, {2.5, 2}, {-0.5, 0}, {-1.5, -2}, {2.5000001, 3}, {2.4999999, 2},
       {2147483647.4, 2147483647}, {2147483647.5, Overflow}, {-2147483648.5, std::numeric_limits<int>::min()},
       {-2147483648.6, Overflow}, {1e300, Overflow}, {std::numeric_limits<double>::quiet_NaN(), Overflow},
       // clang-format on
   };
-  for (const auto& each : cases)
-    expectOutcome(each.rounded, std::to_string(each.value), [&] { return Variant(toLong(each.value)); });
+  for (const auto& [value, rounded] : cases)
+    expectOutcome(rounded, std::to_string(value), [&] { return Variant(toLong(value)); });
 }
 
 TEST(VariantTest, IntegersWiderThanALongBecomeDoubles) {
-  EXPECT_EQ(Variant(2147483647LL).kind(), Kind::Long);
-  EXPECT_EQ(Variant(2147483648LL).kind(), Kind::Double);
-  EXPECT_EQ(Variant(4000000000U).toDouble(), 4e9);
-  EXPECT_EQ(Variant(true).kind(), Kind::Boolean);
-  EXPECT_EQ(Variant("x").kind(), Kind::Text);
+  EXPECT_TRUE(Variant(2147483647LL).identicalTo(2147483647));
+  EXPECT_FALSE(Variant(2147483647LL).identicalTo(2147483647.0));
+  EXPECT_TRUE(Variant(2147483648LL).identicalTo(2147483648.0));
+  EXPECT_TRUE(Variant(4000000000U).identicalTo(4e9));
 }
 
 TEST(VariantTest, DatesComeFromDatesTextsAndNumbers) {
   const Date day = Date::of(2026, 11, 24);
-  const struct {
-    Variant value;
-    Outcome date;
-  } cases[] = {
+  const std::pair<Variant, Outcome> cases[] = {
       // clang-format off
-      {day, day}, {"11/24/2026", day}, {"2026-11-24", day}, {46350, day}, {46350.0, day}, {Variant(), Date(0)},
+      {day, day}, {"11/24/2026", day}, {46350, day}, {46350.0, day}, {Variant(), Date(0)},
       {"17:30", Date::of(1899, 12, 30, 17, 30)}, {"soon", Mismatch}, {"", Mismatch}, {Variant::null(), NullUse},
       {2958466, Overflow}, {-657435, Overflow}, {1e300, Overflow},
       // clang-format on
   };
-  for (const auto& each : cases) {
-    expectOutcome(each.date, each.value.joined(), [&] { return Variant(each.value.toDate()); });
-  }
-}
-
-TEST(VariantTest, NumericMeansConvertibleToANumber) {
-  for (const Variant& value :
-       {Variant(), Variant(false), Variant(3), Variant(0.5), Variant("12"), Variant(" -$1,000.5e2 ")})
-    EXPECT_TRUE(value.isNumeric()) << value.toText();
-  for (const Variant& value : {Variant::null(), Variant(Date(5)), Variant(""), Variant("12 pcs"),
-                               Variant("True"), Variant(std::make_shared<Thing>())})
-    EXPECT_FALSE(value.isNumeric());
+  for (const auto& [value, date] : cases)
+    expectOutcome(date, value.joined(), [&] { return Variant(value.toDate()); });
 }
 
 TEST(VariantTest, ObjectsAreGivenOutAndNothingElseIs) {
   const auto thing = std::make_shared<Thing>();
   EXPECT_EQ(Variant(thing).toObject(), thing);
   EXPECT_EQ(Variant().toObject(), nullptr);
-  EXPECT_EQ(errorOf([] { Variant(5).toObject(); }), 424);
   EXPECT_EQ(errorOf([] { Variant("x").toObject(); }), 424);
 }
 
@@ -150,11 +131,11 @@ TEST(VariantTest, ArithmeticKeepsTheNarrowestKindAndNullSpreads) {
   } cases[] = {
       // clang-format off
       {2, '+', 3, 5},             {2, '-', 3, -1},            {2, '*', 3, 6},           {6, '/', 3, 2.0},
-      {1, '/', 4, 0.25},          {2, '+', 0.5, 2.5},         {0.5, '*', 4, 2.0},       {true, '+', true, -2},
-      {true, '*', 5, -5},         {empty, '+', 5, 5},         {empty, '+', empty, 0},   {empty, '-', 2.5, -2.5},
+      {1, '/', 4, 0.25},          {2, '+', 0.5, 2.5},         {true, '+', true, -2},
+      {true, '*', 5, -5},         {empty, '+', empty, 0},   {empty, '-', 2.5, -2.5},
       {highest, '+', 1, Overflow}, {-2, '-', highest, Overflow}, {65536, '*', 65536, Overflow}, {1e308, '*', 10, Overflow},
       {1, '/', 0, ByZero},        {1, '/', empty, ByZero},    {1.5, '/', "0", ByZero},
-      {null, '+', 1, null},       {"a", '+', null, null},     {null, '*', null, null},  {null, '/', 0, null},
+      {null, '+', 1, null},       {"a", '+', null, null},     {null, '*', 2, null},  {null, '/', 0, null},
       {1, '-', null, null},
       {"1", '+', "2", "12"},      {"a", '+', "", "a"},        {"a", '+', empty, "a"},   {empty, '+', "a", "a"},
       {"1", '+', 2, 3.0},         {"4", '-', "1", 3.0},       {"2", '*', "3", 6.0},     {"9", '/', "3", 3.0},
@@ -165,20 +146,11 @@ TEST(VariantTest, ArithmeticKeepsTheNarrowestKindAndNullSpreads) {
       // clang-format on
   };
   for (const auto& each : cases) {
-    expectOutcome(each.result, each.a.joined() + each.operation + each.b.joined(), [&] {
-      switch (each.operation) {
-        case '+':
-          return each.a + each.b;
-        case '-':
-          return each.a - each.b;
-        case '*':
-          return each.a * each.b;
-        default:
-          return each.a / each.b;
-      }
+    const auto& [a, operation, b, result] = each;
+    expectOutcome(result, a.joined() + operation + b.joined(), [&] {
+      return operation == '+' ? a + b : operation == '-' ? a - b : operation == '*' ? a * b : a / b;
     });
   }
-  EXPECT_TRUE((-Variant(5)).identicalTo(-5));
   EXPECT_TRUE((-null).isNull());
   EXPECT_EQ(errorOf([] { -Variant(std::numeric_limits<int>::min()); }), 6);
   EXPECT_EQ(errorOf([] { Variant(std::make_shared<Thing>()) + Variant(1); }), 438);
@@ -214,15 +186,8 @@ TEST(VariantTest, ComparesNumbersTextsAndDates) {
 }
 
 TEST(VariantTest, JoiningTakesNullAsNoText) {
-  EXPECT_EQ(Variant::null().joined(), "");
-  EXPECT_EQ(Variant().joined() + Variant(1.50).joined() + Variant(true).joined(), "1.5True");
+  EXPECT_EQ(Variant::null().joined() + Variant().joined() + Variant(1.50).joined(), "1.5");
   EXPECT_EQ(errorOf([] { Variant(std::make_shared<Thing>()).joined(); }), 438);
-}
-
-TEST(VariantTest, IdentityDistinguishesKinds) {
-  EXPECT_TRUE(Variant::null().identicalTo(Variant::null()));
-  EXPECT_FALSE(Variant(1).identicalTo(1.0));
-  EXPECT_FALSE(Variant().identicalTo(""));
 }
 
 }  // namespace

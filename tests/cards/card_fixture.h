@@ -1,12 +1,9 @@
 #pragma once
 
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <memory>
-#include <string>
 #include <thread>
 
 #include <sys/prctl.h>
@@ -16,6 +13,7 @@
 #include "cards/credit_card_processing.h"
 #include "support/error_of.h"
 #include "support/store_fixture.h"
+#include "support/temporary_folder.h"
 
 namespace ondrel {
 
@@ -34,21 +32,16 @@ class JumpingClock : public FixedClock {
 class CardTest : public StoreTest {
  protected:
   CardTest() {
-    std::string name = (std::filesystem::temp_directory_path() / "cardsXXXXXX").string();
-    drives = ::mkdtemp(name.data());
-    folder = drives / "c" / "xc";
     std::filesystem::create_directories(folder);
-    apartment->files = Files(drives.string());
+    apartment->files = Files(drives);
     apartment->clock = cardClock;
     cards.setXChargeDirectory("C:/xc");
     cards.setXChargeTimeout(60);
   }
   ~CardTest() override {
-    if (simulator_ > 0) {
-      ::kill(simulator_, SIGKILL);
-      ::waitpid(simulator_, nullptr, 0);
-    }
-    std::filesystem::remove_all(drives);
+    if (simulator_ <= 0) return;
+    ::kill(simulator_, SIGKILL);
+    ::waitpid(simulator_, nullptr, 0);
   }
 
   // Starts the card program; see its table of amounts. Sleeps are a hundred times shorter from here on.
@@ -79,7 +72,12 @@ class CardTest : public StoreTest {
   }
   bool isThere(const std::string& shopPath) const { return std::filesystem::exists(hostFile(shopPath)); }
 
-  std::filesystem::path drives, folder;
+  std::string path(const std::string& guid, const char* suffix) const { return "C:\\xc\\" + guid + suffix; }
+  double secondsSince(Date start) const { return (cardClock->now().serial() - start.serial()) * 86400; }
+
+  TemporaryFolder temporary;
+  std::string drives = temporary.path;
+  std::filesystem::path folder = drives + "/c/xc";
   std::shared_ptr<JumpingClock> cardClock = std::make_shared<JumpingClock>(Date::of(2026, 11, 24, 10, 30));
   CreditCardProcessing cards;
 

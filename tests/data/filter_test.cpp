@@ -4,6 +4,7 @@
 #include <array>
 
 #include "data/recordset/recordset.h"
+#include "support/error_of.h"
 
 namespace ondrel {
 namespace {
@@ -50,72 +51,32 @@ class FilterTest : public testing::Test {
   RecordsetRef rs_ = Recordset::create(kColumns);
 };
 
-TEST_F(FilterTest, Comparisons) {
+// What the comparison with SQLite does not draw; the other forms are there.
+TEST_F(FilterTest, ShowsTheRowsThatPass) {
   // clang-format off
   const struct { const char* filter; const char* lines; } cases[] = {
       // numbers, bare and quoted; a missing value passes no comparison
-      {"lineNumber=2", "2"},          {"LINENUMBER = 2", "2"},         {"linenumber='3'", "3"},
-      {"deptId<>1", "3 5"},           {"deptID='12'", "5"},            {"deptId = ' 1 '", "1 2"},
-      {"unitPrice < 0", "3"},         {"unitPrice > -4.5", "1 2 3 5"}, {"unitPrice=1E3", "5"},
-      {"unitPrice>=2.5", "1 5"},      {"unitPrice<=.0", "2 3"},        {"unitPrice='$1,000.00'", "5"},
-      {"deptId > 1.5", "3 5"},        {"deptId = 1.5", ""},            {"deptId < 3000000000", "1 2 3 5"},
-      {"deptId <> 1.5", "1 2 3 5"},   {"lineNumber=+4", "4"},          {"[pieces left]=7", "5"},
-      // Booleans
-      {"redo=1", "2 5"},              {"redo='1'", "2 5"},             {"redo = -1", "2 5"},
-      {"redo=true", "2 5"},           {"redo = 0", "1 3"},             {"redo=False", "1 3"},
-      {"redo='False'", "1 3"},        {"redo<>0", "2 5"},              {"redo>0", "2 5"},
-      // missing values
-      {"deptId=Null", "4"},           {"deptId = NULL", "4"},          {"itemName<>null", "1 2 3 5"},
-      {"redo=null", "4"},             {"dueDate<>Null", "1 2 5"},      {"deptId>null", ""},
-      {"lineNumber=null", ""},        {"lineNumber<>null", "1 2 3 4 5"},
+      {"LINENUMBER = 2", "2"},        {"deptId = ' 1 '", "1 2"},       {"unitPrice=1E3", "5"},
+      {"unitPrice<=.0", "2 3"},       {"unitPrice='$1,000.00'", "5"},  {"deptId > 1.5", "3 5"},
+      {"deptId = 1.5", ""},           {"deptId <> 1.5", "1 2 3 5"},    {"deptId < 3000000000", "1 2 3 5"},
+      {"lineNumber=+4", "4"},         {"[pieces left]=7", "5"},        {"redo>0", "2 5"},
+      {"deptId>null", ""},            {"lineNumber=null", ""},         {"lineNumber<>null", "1 2 3 4 5"},
       // text, without regard to case
-      {"itemType='IT'", "1 3"},       {"itemType='up'", "2"},          {"itemType=''", "5"},
-      {"itemType <> ''", "1 2 3"},    {"itemType<>'it'", "2 5"},       {"itemName='o''brien''S LONG coat'", "3"},
+      {"itemName='o''brien''S LONG coat'", "3"},                       {"itemName<>'o''brien''s long coat'", "1 2 5"},
       {"itemName='bl\xC3\xA9 BROD\xC3\x89 main'", "5"},                {"itemName='BLE brode main'", ""},
-      {"itemName<>'o''brien''s long coat'", "1 2 5"},                  {"itemName > 'shirt'", "2"},
-      {"itemName<'o'", "5"},          {"itemType='I'", ""},            {"itemName='Starching'", ""},
+      {"itemType='I'", ""},           {"itemName > 'shirt'", "2"},     {"itemName<'o'", "5"},
       // dates
       {"dueDate='11/24/2026'", "1"},  {"dueDate > '2026-11-24'", "2 5"}, {"dueDate<#11/25/2026 9:00 AM#", "1"},
       {"dueDate = #11/25/2026 9:00 AM#", "2"},                         {"dueDate<>'12/1/2026'", "1 2"},
+      // texts that look like one that the table has seen
+      {"lineNumber=5", "5"},          {"lineNumber='5'", "5"},         {"itemName=12", ""},
+      {"itemName='Shirt'", "1"},      {"itemName='a=1 or b=''2'''", ""}, {"itemName='' or itemType=''", "5"},
+      // junctions
+      {"lineNumber=5 or itemType='IT' and deptId=1", "1 5"},           {"itemType='IT' And redo=0 aNd deptId = 2", "3"},
+      {"((lineNumber=1)or(lineNumber=4))and((deptId=null))", "4"},     {"\tlineNumber=1\r\nor lineNumber=2 ", "1 2"},
   };
   // clang-format on
   for (const auto& [filter, lines] : cases) EXPECT_EQ(shown(filter), lines) << filter;
-}
-
-TEST_F(FilterTest, JunctionsBindAndBeforeOr) {
-  // clang-format off
-  const struct { const char* filter; const char* lines; } cases[] = {
-      {"itemType='IT' OR itemType='UP'", "1 2 3"},
-      {"itemType='IT' And redo=0 aNd deptId = 2", "3"},
-      {"lineNumber=5 or itemType='IT' and deptId=1", "1 5"},
-      {"itemType='IT' and deptId=1 or lineNumber=5", "1 5"},
-      {"(lineNumber=5 or itemType='IT') and deptId=1", "1"},
-      {"deptId=1 and (redo=1 or (itemName='shirt' and (unitPrice>2)))", "1 2"},
-      {"(itemType='IT' and deptId = 1 and redo = 0) or (itemType = 'UP' and deptId = 1 and redo = 1)", "1 2"},
-      {"((lineNumber=1)or(lineNumber=4))and((deptId=null))", "4"},
-      {"\tlineNumber=1\r\nor lineNumber=2 ", "1 2"},
-  };
-  // clang-format on
-  for (const auto& [filter, lines] : cases) EXPECT_EQ(shown(filter), lines) << filter;
-}
-
-// A text of a shape that the table has seen is not parsed again; texts that only look alike must be.
-TEST_F(FilterTest, ShapesAreToldApart) {
-  // clang-format off
-  const struct { const char* filter; const char* lines; } cases[] = {
-      {"lineNumber=1", "1"}, {"lineNumber=5", "5"}, {"lineNumber='5'", "5"}, {"lineNumber=1 or lineNumber=2", "1 2"},
-      {"lineNumber=3 or lineNumber=5", "3 5"}, {"lineNumber=2", "2"}, {"lineNumber=null", ""}, {"lineNumber<>5", "1 2 3 4"},
-      {"itemName='Shirt'", "1"}, {"itemName='o''brien''s long coat'", "3"}, {"itemName='' or deptId=''''", "error"},
-      {"itemName='Starch' or itemType=''", "2 5"}, {"itemName='a=1 or b=''2'''", ""}, {"lineNumber=1 and ", "error"},
-      {"itemName='Shirt' and redo=0", "1"}, {"itemName='Shirt' and redo=1", ""}, {"itemName=12", ""},
-  };
-  // clang-format on
-  for (const auto& [filter, lines] : cases) {
-    if (std::string_view(lines) == "error")
-      EXPECT_THROW(rs_->setFilter(filter), Error) << filter;
-    else
-      EXPECT_EQ(shown(filter), lines) << filter;
-  }
 }
 
 TEST_F(FilterTest, AssignedValueReadsBack) {
@@ -131,20 +92,16 @@ TEST_F(FilterTest, AssignedValueReadsBack) {
 TEST_F(FilterTest, ErrorsNamePositionAndWord) {
   // clang-format off
   const struct { const char* filter; int number; const char* description; } cases[] = {
-      {"colour=1",                     3265, "colour"},
       {"lineNumber=1 and colour=1",    3265, "colour"},
+      {"lineNumber=1 and ",            3001, "the end"},
       {"lineNumber",                   3001, "position 11: the end"},
-      {"lineNumber=",                  3001, "position 12: the end"},
       {"lineNumber=1 lineNumber=2",    3001, "position 14: \"lineNumber\""},
       {"lineNumber=deptId",            3001, "position 12: \"deptId\""},
       {"lineNumber=1 and or redo=1",   3001, "position 18: \"or\""},
-      {"(lineNumber=1",                3001, "position 14: the end"},
       {"lineNumber=1)",                3001, "position 13: \")\""},
-      {"lineNumber like 1",            3001, "position 12: \"like\""},
       {"itemName='Shirt",              3001, "position 10: \"'Shirt\""},
       {"lineNumber=1; lineNumber=2",   3001, "position 13"},
       {"1=1",                          3001, "position 1: \"1\""},
-      {"lineNumber='abc'",             3001, "position 12: \"'abc'\""},
       {"itemType='IT' and deptId=''",  3001, "position 26: \"''\""},
       {"redo='maybe'",                 3001, "position 6"},
       {"dueDate='soon'",               3001, "position 9: \"'soon'\""},
@@ -153,16 +110,11 @@ TEST_F(FilterTest, ErrorsNamePositionAndWord) {
   rs_->setFilter("deptId=1");
   rs_->moveNext();
   for (const auto& [filter, number, description] : cases) {
-    try {
-      rs_->setFilter(filter);
-      ADD_FAILURE() << filter;
-    } catch (const Error& error) {
-      EXPECT_EQ(error.number(), number) << filter;
-      EXPECT_THAT(error.description(), HasSubstr(description)) << filter;
-      if (number == 3001) {
-        EXPECT_THAT(error.description(), HasSubstr(filter));
-      }
-    }
+    const auto action = [&] { rs_->setFilter(filter); };
+    EXPECT_EQ(errorOf(action), number) << filter;
+    const std::string said = descriptionOf(action);
+    EXPECT_THAT(said, HasSubstr(description)) << filter;
+    EXPECT_EQ(said.find(filter) != std::string::npos, number == 3001) << filter;
     EXPECT_EQ(rs_->filter().text(), "deptId=1");
     EXPECT_EQ(rs_->integer("lineNumber"), 2);
   }

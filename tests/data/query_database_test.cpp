@@ -24,17 +24,23 @@ TEST_F(QueryDatabase, ReadsOnceOnAConnectionOfItsOwn) {
   EXPECT_THAT(database.take(), ElementsAre("<timeout 240>", "<open>", "select 1", "<close>"));
   EXPECT_EQ(table->integer("one"), 1) << "readable after the connection is closed";
   EXPECT_FALSE(apartment.sharedConnection);
-
   queryDatabaseBatch(apartment, "select 2");
-  EXPECT_THAT(database.take(), ElementsAre("<open>", "select 2", "<close>"))
-      << "the connection's own timeout";
+  EXPECT_THAT(database.take(), ElementsAre("<open>", "select 2", "<close>")) << "its own timeout";
 }
 
 TEST_F(QueryDatabase, AStatementAloneIsATransaction) {
+  queryDatabase(apartment, "select 0");
+  database.take();
+  apartment.trace.start();
   executeInTransaction(apartment, "delete t");
   EXPECT_THAT(database.take(), ElementsAre("<open>", "<begin>", "delete t", "<commit>", "<close>"));
-  EXPECT_FALSE(apartment.sharedConnection);
+  EXPECT_THAT(apartment.trace.take(), ElementsAre("<begin>", "delete t", "<commit>", "<close>"));
+  EXPECT_TRUE(apartment.trace.take().empty());
   EXPECT_TRUE(apartment.sharedCommand.empty());
+  commitTransaction(apartment);
+  closeTransaction(apartment);
+  EXPECT_TRUE(database.take().empty()) << "nothing is open";
+  EXPECT_THROW(queryInTransaction(apartment, "select 1"), Error);
 }
 
 TEST_F(QueryDatabase, StatementsOfOneTransactionShareTheConnection) {
@@ -42,24 +48,14 @@ TEST_F(QueryDatabase, StatementsOfOneTransactionShareTheConnection) {
   executeInTransaction(apartment, "insert a");
   queryInTransaction(apartment, "select a");
   EXPECT_EQ(apartment.sharedCommand, "insert a");
-  executeInTransaction(apartment, "insert b");
   commitTransaction(apartment);
   EXPECT_THAT(database.take(),
-              ElementsAre("<open>", "<begin>", "insert a", "select a", "insert b", "<commit>", "<close>"));
-}
+              ElementsAre("<open>", "<begin>", "insert a", "select a", "<commit>", "<close>"));
 
-TEST_F(QueryDatabase, NothingOpenMeansNothingToDo) {
-  commitTransaction(apartment);
-  closeTransaction(apartment);
-  EXPECT_TRUE(database.take().empty());
-  EXPECT_THROW(queryInTransaction(apartment, "select 1"), Error);
-}
-
-TEST_F(QueryDatabase, ClosingDiscardsWithoutACommit) {
   openTransaction(apartment);
-  executeInTransaction(apartment, "insert a");
+  executeInTransaction(apartment, "insert b");
   closeTransaction(apartment);
-  EXPECT_THAT(database.take(), ElementsAre("<open>", "<begin>", "insert a", "<close>"));
+  EXPECT_THAT(database.take(), ElementsAre("<open>", "<begin>", "insert b", "<close>")) << "no commit";
 }
 
 TEST_F(QueryDatabase, AOneShotReadTakesTheTransactionsPlace) {
@@ -75,28 +71,9 @@ TEST_F(QueryDatabase, AOneShotReadTakesTheTransactionsPlace) {
 TEST_F(QueryDatabase, AFailedStatementLeavesItsTransactionOpenForTheNext) {
   database.failStatement(1);
   EXPECT_THROW(executeInTransaction(apartment, "insert a"), Error);
-  ASSERT_TRUE(apartment.sharedConnection);
   executeInTransaction(apartment, "insert b");
   EXPECT_THAT(database.take(), ElementsAre("<open>", "<begin>", "insert a", "insert b"))
       << "the next statement joins the transaction and does not commit it";
-}
-
-TEST_F(QueryDatabase, TheTraceTellsWhatWasSent) {
-  queryDatabase(apartment, "select 0");
-  apartment.trace.start();
-  executeInTransaction(apartment, "delete t");
-  EXPECT_THAT(apartment.trace.take(), ElementsAre("<begin>", "delete t", "<commit>", "<close>"));
-  EXPECT_TRUE(apartment.trace.take().empty());
-}
-
-TEST_F(QueryDatabase, ApartmentsDoNotShare) {
-  const auto other = std::make_shared<Apartment>();
-  const auto before = Apartment::current();
-  {
-    ApartmentScope scope(other);
-    EXPECT_EQ(Apartment::current(), other);
-  }
-  EXPECT_EQ(Apartment::current(), before);
 }
 
 }  // namespace

@@ -57,8 +57,7 @@ class Draw {
     switch (field) {
       case redo: {
         const bool yes = below(2) == 0;
-        const char* forms[2][6] = {{"0", "'0'", "false", "False", "0.0", "'false'"},
-                                   {"1", "'1'", "true", "TRUE", "-1", "'True'"}};
+        const char* forms[2][4] = {{"0", "'0'", "False", "'false'"}, {"1", "'1'", "TRUE", "-1"}};
         return {yes, of(forms[yes]), yes ? "1" : "0"};
       }
       case kind:
@@ -83,12 +82,10 @@ class Draw {
     if (depth == 0 || below(3) == 0) return comparison();
     const auto [left, leftSql] = condition(depth - 1);
     const auto [right, rightSql] = condition(depth - 1);
-    const bool both = below(2) == 0;
-    const char* word = of(std::array{both ? "and" : "or", both ? "AND" : "OR", both ? "And" : "Or"});
-    if (below(3) == 0)
-      return {fmt::format("{} {} {}", left, word, right), fmt::format("{} {} {}", leftSql, word, rightSql)};
-    return {fmt::format("({}) {} ({})", left, word, right),
-            fmt::format("({}) {} ({})", leftSql, word, rightSql)};
+    const char* word = of(std::array{"and", "And", "or", "OR"});
+    const char* form = below(3) == 0 ? "{} {} {}" : "({}) {} ({})";
+    return {fmt::format(fmt::runtime(form), left, word, right),
+            fmt::format(fmt::runtime(form), leftSql, word, rightSql)};
   }
 
   std::pair<std::string, std::string> sort() {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
 
 #include "base/error.h"
 
@@ -16,6 +17,16 @@ inline int errorOf(const std::function<void()>& action) {
     return error.number();
   }
   return 0;
+}
+
+// What the error says that `action` raises, "" when it raises none.
+inline std::string descriptionOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return error.description();
+  }
+  return "";
 }
 
 }  // namespace ondrel

@@ -4,19 +4,17 @@
 #include <gtest/gtest.h>
 #include <sql.h>
 #include <sqlext.h>
-#include <unistd.h>
 
-#include <atomic>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 #include "base/text.h"
 #include "data/embedded/embedded_store.h"
 #include "data/query_database.h"
 #include "scripted_server.h"
 #include "support/error_of.h"
+#include "support/temporary_folder.h"
 
 namespace ondrel {
 namespace {
@@ -42,6 +40,7 @@ ServerResult rowsOf(std::vector<ServerColumn> columns, std::vector<std::vector<S
   return result;
 }
 
+constexpr int kConnectionFailed = static_cast<int>(ErrorNumber::ConnectionFailed);
 const ServerResult kRowCount;
 const ServerResult kOne = rowsOf({{"one", SQL_INTEGER, 10}}, {{std::int64_t{1}}});
 
@@ -57,14 +56,6 @@ class OdbcConnections : public testing::Test {
     connection->open();
     return connection;
   }
-  std::string descriptionOf(const std::function<void()>& action) {
-    try {
-      action();
-    } catch (const Error& error) {
-      return error.description();
-    }
-    return "";
-  }
   // What the server saw, without what readies a connection for the next user.
   std::vector<std::string> seen() {
     std::vector<std::string> log = server.take();
@@ -75,7 +66,10 @@ class OdbcConnections : public testing::Test {
   void countTransactions(std::int64_t count) {
     server.answer("select @@trancount", {rowsOf({{"", SQL_INTEGER, 10}}, {{count}})});
   }
-  OdbcTarget target() { return odbcTarget({text, "", "", nullptr}, {}); }
+  void begin(const std::string& statement) {
+    openTransaction(page);
+    executeInTransaction(page, statement);
+  }
 
   ScriptedServer server;
   std::string text = connectionStringOf(server);
@@ -95,15 +89,11 @@ TEST_F(OdbcConnections, SendTheDoorsSequence) {
       << "the same connection, with its own time limit";
   executeInTransaction(page, "delete t");
   EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "delete t", "<commit>", "<autocommit on>"));
-  openTransaction(page);
-  executeInTransaction(page, "insert a");
+  begin("insert a");
   queryInTransaction(page, "select 1");
-  closeTransaction(page);
-  EXPECT_THAT(seen(),
-              ElementsAre("<autocommit off>", "insert a", "select 1", "<rollback>", "<autocommit on>"));
-  openTransaction(page);
   queryDatabase(page, "select 1");
-  EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "<rollback>", "<autocommit on>", "select 1"))
+  EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "insert a", "select 1", "<rollback>", "<autocommit on>",
+                                  "select 1"))
       << "the read takes the transaction's place";
   page = {};
   pool = nullptr;
@@ -122,44 +112,26 @@ TEST_F(OdbcConnections, MapTheTypesOfTheServer) {
   const std::int64_t big = 3'000'000'000;
   // clang-format off
   const Case cases[] = {
-      {SQL_INTEGER,        std::int64_t{-7},                   FieldType::Long,    -7},
-      {SQL_SMALLINT,       std::int64_t{7},                    FieldType::Long,    7},
       {SQL_TINYINT,        std::int64_t{255},                  FieldType::Long,    255},
       {SQL_BIGINT,         std::int64_t{12},                   FieldType::Long,    12},
       {SQL_BIGINT,         big,                                FieldType::Double,  3e9},
       {SQL_BIT,            std::int64_t{1},                    FieldType::Boolean, true},
-      {SQL_REAL,           0.5,                                FieldType::Double,  0.5},
-      {SQL_FLOAT,          0.1,                                FieldType::Double,  0.1},
-      {SQL_DECIMAL,        12.35,                              FieldType::Double,  12.35},
       {SQL_NUMERIC,        8.25,                               FieldType::Double,  8.25},
       {SQL_TYPE_TIMESTAMP, Moment{2026, 11, 24, 10, 30, 5},    FieldType::Date,    Date::of(2026, 11, 24, 10, 30, 5)},
       {SQL_TYPE_DATE,      Moment{2026, 11, 24, 0, 0, 0},      FieldType::Date,    Date::of(2026, 11, 24)},
-      {SQL_CHAR,           "ab  ",                             FieldType::Text,    "ab  "},
-      {SQL_VARCHAR,        "",                                 FieldType::Text,    ""},
+      {SQL_CHAR,           "longer than told  ",               FieldType::Text,    "longer than told  "},
       {SQL_WVARCHAR,       "Zoë €",                            FieldType::Text,    "Zoë €"},
-      {SQL_LONGVARCHAR,    "x",                                FieldType::Text,    "x"},
-      {SQL_WCHAR,          "é ",                               FieldType::Text,    "é "},
-      {SQL_WLONGVARCHAR,   "x",                                FieldType::Text,    "x"},
       {SQL_GUID,           "6F9619FF-8B86-D011-B42D-00C04FC964FF", FieldType::Text, "6F9619FF-8B86-D011-B42D-00C04FC964FF"},
   };
   // clang-format on
   for (const Case& each : cases) {
-    server.answer("select", {rowsOf({{"v", each.type, 40}}, {{each.cell}, {ServerCell()}})});
+    server.answer("select", {rowsOf({{"v", each.type, 10}}, {{each.cell}, {ServerCell()}})});
     const RecordsetRef table = open()->query("select");
     EXPECT_EQ(table->fieldType(Column(0)), each.field) << each.type;
     EXPECT_TRUE(table->value("V").identicalTo(each.value)) << each.type;
     table->moveNext();
     EXPECT_TRUE(table->isNull("v")) << each.type;
   }
-}
-
-TEST_F(OdbcConnections, FetchLongTextsWhole) {
-  std::string whole = "x";
-  for (int k = 0; k < 5000; ++k) whole += "né€ ";
-  server.answer("select", {rowsOf({{"a", SQL_VARCHAR, 3}, {"b", SQL_WLONGVARCHAR, 0}}, {{"123456", whole}})});
-  const RecordsetRef table = open()->query("select");
-  EXPECT_EQ(table->text("b"), whole);
-  EXPECT_EQ(table->text("a"), "123456") << "longer than the driver told";
 }
 
 TEST_F(OdbcConnections, TakeTheFirstResultWithColumns) {
@@ -204,7 +176,7 @@ TEST_F(OdbcConnections, TellNumberStateAndText) {
       {failure("HYT00", 0, "Timeout expired"), -2147217871, "Timeout expired (SQLSTATE HYT00)"},
       {failure("42000", 0, "no"), -2147217900, "no (SQLSTATE 42000)"},
       {failure("42000", 50000, "login of s3cret"), 50000, "login of *** (SQLSTATE 42000)"},
-      {failure("42000", 50000, "[M][D][SQL Server][Bin 4] is full"), 50000, "[Bin 4] is full (SQLSTATE 42000)"},
+      {failure("42000", 50000, "[D][SQL Server][Bin 4] is full"), 50000, "[Bin 4] is full (SQLSTATE 42000)"},
       {failure("42000", 50000, "[a][b][c][Bin 4] is full"), 50000, "[Bin 4] is full (SQLSTATE 42000)"},
   };
   // clang-format on
@@ -220,15 +192,15 @@ TEST_F(OdbcConnections, SayWhyTheyCannotConnectWithoutThePassword) {
   server.refuseConnections(ServerMessage{"28000", 18456, "[x]Login failed for 'sa' with s3cret"});
   EXPECT_EQ(descriptionOf([&] { open(";UID=sa;PWD={s3cret}"); }),
             "Cannot connect: Login failed for 'sa' with *** (SQLSTATE 28000)");
-  EXPECT_EQ(errorOf([&] { open(); }), static_cast<int>(ErrorNumber::ConnectionFailed));
+  EXPECT_EQ(errorOf([&] { open(); }), kConnectionFailed);
   server.refuseConnections(ServerMessage{"28000", 18456, "Database of a sack: 'a' is no good"});
   for (const char* shown : {"a", "'a'", "is no"})
     EXPECT_EQ(descriptionOf([&] { open(";PWD=" + std::string(shown)); }),
               "Cannot connect: (a text that holds the password) (SQLSTATE 28000)");
   EXPECT_THAT(descriptionOf([&] { open(";PWD=ack"); }), HasSubstr("of a sack: 'a'")) << "part of a word";
   server.refuseConnections({});
-  const auto file =
-      std::filesystem::temp_directory_path() / ("freetds-" + std::to_string(getpid()) + ".conf");
+  const TemporaryFolder folder;
+  const std::string file = folder.path + "/freetds.conf";
   std::ofstream(file) << "[global]\n\tdump file = /tmp/dump\n";
   for (const char* name : {"TDSDUMP", "TDSDUMPCONFIG", "FREETDSCONF"}) {
     setenv(name, file.c_str(), 1);
@@ -236,7 +208,6 @@ TEST_F(OdbcConnections, SayWhyTheyCannotConnectWithoutThePassword) {
         << name;
     unsetenv(name);
   }
-  std::filesystem::remove(file);
   EXPECT_EQ(open()->query("select 1")->integer("one"), 1);
 }
 
@@ -244,25 +215,15 @@ TEST_F(OdbcConnections, AreReplacedAfterALoss) {
   queryDatabase(page, "select 1");
   server.breakConnections();
   seen();
-  EXPECT_EQ(errorOf([&] { queryDatabase(page, "select 1"); }),
-            static_cast<int>(ErrorNumber::ConnectionFailed));
+  EXPECT_EQ(errorOf([&] { queryDatabase(page, "select 1"); }), kConnectionFailed);
   queryDatabase(page, "select 1");
   EXPECT_THAT(seen(), ElementsAre("select 1", "<disconnect>", "<connect>", "select 1"))
       << "no read is repeated";
-
-  const auto connection = open();
   server.breakConnections();
-  EXPECT_THROW(connection->query("select 1"), Error);
-  EXPECT_EQ(connection->query("select 1")->integer("one"), 1);
-}
-
-TEST_F(OdbcConnections, BeginOnceMoreWhenThePoolsConnectionDied) {
-  queryDatabase(page, "select 1");
-  server.breakConnections();
-  seen();
   executeInTransaction(page, "insert a");
   EXPECT_THAT(seen(), ElementsAre("<autocommit off>", "<disconnect>", "<connect>", "<autocommit off>",
-                                  "insert a", "<commit>", "<autocommit on>"));
+                                  "insert a", "<commit>", "<autocommit on>"))
+      << "it died in the pool, so it begins once more";
   server.breakConnections();
   server.refuseConnections(ServerMessage{"08001", 0, "down"});
   EXPECT_THROW(openTransaction(page), Error);
@@ -272,6 +233,7 @@ TEST_F(OdbcConnections, BeginOnceMoreWhenThePoolsConnectionDied) {
   const auto fresh = open();
   server.breakConnections();
   EXPECT_THROW(fresh->begin(), Error) << "it did not come from the pool";
+  EXPECT_EQ(fresh->query("select 1")->integer("one"), 1);
 }
 
 TEST_F(OdbcConnections, ShowNoCardNumberHoweverTheyFail) {
@@ -292,8 +254,7 @@ TEST_F(OdbcConnections, SendNothingMoreOnceATransactionIsOver) {
   server.answer("insert b", {failure("42000", 1205, "Transaction was deadlocked")});
   server.breakAt("insert c");
   for (const char* ending : {"insert b", "insert c"}) {
-    openTransaction(page);
-    executeInTransaction(page, "insert a");
+    begin("insert a");
     EXPECT_THROW(executeInTransaction(page, ending), Error);
     seen();
     EXPECT_THAT(descriptionOf([&] { executeInTransaction(page, "insert d"); }),
@@ -308,8 +269,7 @@ TEST_F(OdbcConnections, SendNothingMoreOnceATransactionIsOver) {
   server.answer("insert f", {failure("22018", 245, "Conversion failed")});
   const auto afterFailure = [&](std::int64_t transactions) {
     countTransactions(transactions);
-    openTransaction(page);
-    executeInTransaction(page, "insert a");
+    begin("insert a");
     EXPECT_THROW(executeInTransaction(page, "insert f"), Error);
     return errorOf([&] { executeInTransaction(page, "insert g"); });
   };
@@ -334,19 +294,18 @@ TEST_F(OdbcConnections, GiveUpOneThatCannotBegin) {
 }
 
 TEST_F(OdbcConnections, TellALossAtCommitFromARefusal) {
-  for (const bool lost : {false, true}) {
+  const std::pair<const char*, int> cases[] = {{"23000", 547}, {"08S01", kConnectionFailed}};
+  for (const auto& [state, number] : cases) {
     const auto connection = open();
-    server.failCommits(ServerMessage{lost ? "08S01" : "23000", 547, "no"});
+    server.failCommits(ServerMessage{state, 547, "no"});
     connection->begin();
-    EXPECT_EQ(errorOf([&] { connection->commit(); }),
-              lost ? static_cast<int>(ErrorNumber::ConnectionFailed) : 547);
+    EXPECT_EQ(errorOf([&] { connection->commit(); }), number);
   }
 }
 
 TEST_F(OdbcConnections, ReportAFailedCommitAsInDoubt) {
   server.failCommits(ServerMessage{"HY000", 0, "Read from the server failed"});
-  openTransaction(page);
-  executeInTransaction(page, "insert a");
+  begin("insert a");
   EXPECT_THAT(descriptionOf([&] { commitTransaction(page); }), HasSubstr("not known whether"));
   EXPECT_THAT(descriptionOf([&] { commitTransaction(page); }), HasSubstr("not known whether")) << "sent once";
   closeTransaction(page);
@@ -358,15 +317,13 @@ TEST_F(OdbcConnections, ReportAFailedCommitAsInDoubt) {
 class WithTheMakersDriver : public OdbcConnections {
  protected:
   WithTheMakersDriver() {
-    std::filesystem::remove(library);
     std::filesystem::create_symlink(text.substr(7, text.find(';') - 7), library);
-    page.DBConnectionString = "Driver=" + library.string() + text.substr(text.find(';'));
+    page.DBConnectionString = "Driver=" + library + text.substr(text.find(';'));
     server.beginLater();
   }
-  ~WithTheMakersDriver() override { std::filesystem::remove(library); }
 
-  std::filesystem::path library =
-      std::filesystem::temp_directory_path() / ("libmsodbcsql-" + std::to_string(getpid()) + ".so");
+  TemporaryFolder folder;
+  std::string library = folder.path + "/libmsodbcsql.so";
 };
 
 TEST_F(WithTheMakersDriver, TheServerIsHeardBeforeATransaction) {
@@ -406,23 +363,23 @@ TEST_F(OdbcConnections, CheckADatabase) {
                             "Table Surcharge cannot be read: busy (SQLSTATE 42000)"}));
   EXPECT_THAT(findings, Not(Contains(HasSubstr("Table Ticket has"))));
   server.breakAt("select name from sysobjects where xtype in ('FN', 'FS')");
-  EXPECT_EQ(errorOf([&] { checkDatabase(*connection, CheckedStore::Server); }),
-            static_cast<int>(ErrorNumber::ConnectionFailed));
+  EXPECT_EQ(errorOf([&] { checkDatabase(*connection, CheckedStore::Server); }), kConnectionFailed);
 }
 
 // ---- the pool
 
 TEST_F(OdbcConnections, AreKeptForTheIdleTime) {
+  const OdbcTarget target = odbcTarget({text, "", "", nullptr}, {});
   open();
   open();
   EXPECT_THAT(seen(), ElementsAre("<connect>"));
   now += std::chrono::seconds(59);
   open();
   now += std::chrono::seconds(59);
-  EXPECT_EQ(pool->idleCount(target()), 1) << "each use counts anew";
+  EXPECT_EQ(pool->idleCount(target), 1) << "each use counts anew";
   now += std::chrono::seconds(1);
   open(";Other=1");
-  EXPECT_EQ(pool->idleCount(target()), 0);
+  EXPECT_EQ(pool->idleCount(target), 0);
   EXPECT_THAT(seen(), ElementsAre("<disconnect>", "<connect>"));
   for (const char* setting : {";Pooling=no", ";Pool Idle Time=0"}) {
     open(setting);
@@ -444,25 +401,6 @@ TEST_F(OdbcConnections, AreNotMoreThanThePoolsSize) {
   EXPECT_THROW(first->open(), Error);
   server.refuseConnections({});
   EXPECT_NO_THROW(first->open()) << "a refused connection takes no place";
-}
-
-TEST_F(OdbcConnections, ServeManyThreads) {
-  constexpr int kThreads = 8, kRounds = 40;
-  std::atomic<int> read = 0;
-  std::vector<std::thread> threads;
-  for (int t = 0; t < kThreads; ++t)
-    threads.emplace_back([&, t] {
-      Apartment own;
-      own.connect = page.connect;
-      own.DBConnectionString = text + ";Max Pool Size=3";
-      for (int k = 0; k < kRounds; ++k) {
-        if ((k + t) % 4 == 0) executeInTransaction(own, "insert a");
-        read += queryDatabase(own, "select 1")->integer("one");
-      }
-    });
-  for (std::thread& each : threads) each.join();
-  EXPECT_EQ(read, kThreads * kRounds);
-  EXPECT_LE(server.mostConnections(), 3U);
 }
 
 }  // namespace

@@ -1,11 +1,16 @@
 #include "data/odbc/odbc_target.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "base/error.h"
+#include "support/error_of.h"
 
 namespace ondrel {
 namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
 
 OdbcMachine machineWith(std::vector<std::string> drivers) {
   return {std::move(drivers),
@@ -34,14 +39,11 @@ std::string textOf(const std::string& given, const OdbcMachine& machine = kFreeT
   return odbcTarget({given, "", "", nullptr}, machine).text;
 }
 
-struct Case {
-  const char* given;
-  const char* text;
-};
+using Cases = std::pair<const char*, const char*>[];
 
 // clang-format off
 TEST(OdbcTarget, WithFreeTds) {
-  const Case cases[] = {
+  const Cases cases = {
       // strings of OLE DB, with the forms of a server
       {"Provider=SQLOLEDB.1;Data Source=till;Initial Catalog=Shop;User ID=sa;Password=x y;Persist Security Info=True",
        "Driver=FreeTDS;ClientCharset=UTF-8;Server=till;Port=1433;Database=Shop;UID=sa;PWD=x y;"},
@@ -49,9 +51,6 @@ TEST(OdbcTarget, WithFreeTds) {
        "Driver=FreeTDS;ClientCharset=UTF-8;Server=till;Port=1500;Trusted_Connection=yes;"},
       {"Provider=SQLOLEDB;Data Source=.\\SHOPS;Use Encryption for Data=True;Application Name=counter",
        "Driver=FreeTDS;ClientCharset=UTF-8;Server=localhost\\SHOPS;Encryption=require;APP=counter;"},
-      {"Provider=SQLOLEDB;Data Source=till\\SHOPS,1500;Workstation ID=T1;Current Language=us_english",
-       "Driver=FreeTDS;ClientCharset=UTF-8;Server=till;Port=1500;WSID=T1;Language=us_english;"},
-      {"Server=till;Initial Catalog=Shop;Encrypt=no", "Driver=FreeTDS;ClientCharset=UTF-8;Server=till;Port=1433;Database=Shop;"},
       // quotes enclose and the last of two counts
       {"Provider=SQLOLEDB;Data Source=a;Data Source=b;Password=\"a;\"\"b'\"",
        "Driver=FreeTDS;ClientCharset=UTF-8;Server=b;Port=1433;PWD={a;\"b'};"},
@@ -63,32 +62,27 @@ TEST(OdbcTarget, WithFreeTds) {
       {"Driver=/opt/libtdsodbc.so;Server=till;PWD=\xC3\xA4",
        "Driver=/opt/libtdsodbc.so;ClientCharset=UTF-8;Server=till;Port=1433;PWD=\xE4;"},
       // data sources
-      {"shop", "DSN=shop;ClientCharset=UTF-8;"},
       {"Data Source=shop;User ID=sa", "DSN=shop;ClientCharset=UTF-8;UID=sa;"},
       {"Data Source=till;User ID=sa", "Driver=FreeTDS;ClientCharset=UTF-8;Server=till;Port=1433;UID=sa;"},
       {"Driver=FreeTDS;Server=till;Trace=No;QueryLog_On=off;DumpFile=", "Driver=FreeTDS;ClientCharset=UTF-8;Server=till;Port=1433;"},
-      {"Driver=SQLite3;Database=a;Trace=0", "Driver=SQLite3;Database=a;"},
       {"named", "DSN=named;ClientCharset=UTF-8;Encryption=require;"},
       {"DSN=named;Encrypt=no", "DSN=named;ClientCharset=UTF-8;"},
       // drivers under names of the shop's own
       {"Driver={TDS};Server=till;Encrypt=yes", "Driver=TDS;ClientCharset=UTF-8;Server=till;Port=1433;Encryption=require;"},
       {"Driver={Till};Server=till,1500;Encrypt=yes", "Driver=Till;Server=till,1500;Encrypt=yes;"},
-      {"Provider=MSDASQL.1;Data Source=shop;User ID=sa", "DSN=shop;ClientCharset=UTF-8;UID=sa;"},
       {"Provider=MSDASQL;Extended Properties=\"DSN=shop;Database=S;UID=sa\"", "DSN=shop;ClientCharset=UTF-8;Database=S;UID=sa;"},
       // of another store: as they stand, but for what is ours
       {"Driver=SQLite3;Database=/a b.db;Timeout=5;Pooling=no;Max Pool Size=3;PWD={;};", "Driver=SQLite3;Database=/a b.db;Timeout=5;PWD={;};"},
       {"DSN=other;Server=tcp:a,1", "DSN=other;Server=tcp:a,1;"},
   };
-  for (const Case& each : cases) EXPECT_EQ(textOf(each.given), each.text) << each.given;
-}
-
-TEST(OdbcTarget, WithFreeTdsUnderTheMakersName) {
+  for (const auto& [given, text] : cases) EXPECT_EQ(textOf(given), text) << given;
+  // under the name of the maker's
   EXPECT_EQ(textOf("Driver={SQL Server};Server=till;Encrypt=yes", machineWith({"SQL Server"})),
             "Driver=SQL Server;ClientCharset=UTF-8;Server=till;Port=1433;Encryption=require;");
 }
 
 TEST(OdbcTarget, WithTheMakersDriver) {
-  const Case cases[] = {
+  const Cases cases = {
       {"Provider=SQLOLEDB;Data Source=till;Initial Catalog=Shop;User ID=sa;Password=a}b",
        "Driver=ODBC Driver 18 for SQL Server;Server=till;Database=Shop;UID=sa;PWD={a}}b};"},
       {"Driver={ODBC Driver 17 for SQL Server};Server=tcp:till\\S,1500;Encrypt=yes;TrustServerCertificate=yes",
@@ -96,7 +90,7 @@ TEST(OdbcTarget, WithTheMakersDriver) {
       {"Driver={SQL Server Native Client 11.0};Server=till\\S;Trusted_Connection=Yes;MARS_Connection=yes",
        "Driver=ODBC Driver 18 for SQL Server;Server=till\\S;Trusted_Connection=yes;"},
   };
-  for (const Case& each : cases) EXPECT_EQ(textOf(each.given, kMaker), each.text) << each.given;
+  for (const auto& [given, text] : cases) EXPECT_EQ(textOf(given, kMaker), text) << given;
 }
 // clang-format on
 
@@ -120,22 +114,15 @@ TEST(OdbcTarget, TellsErrorsWithoutValues) {
       {"Driver=FreeTDS;Server=x;PWD=secret\xE2\x82\xAC", ErrorNumber::InvalidArgument, "a character"},
       {"Driver=FreeTDS;Server=x;Max Pool Size=secret", ErrorNumber::InvalidArgument, "Max Pool Size"},
       {"Driver=FreeTDS;Server=x;DumpFile=/secret", ErrorNumber::ConnectionFailed, "DumpFile is refused"},
-      {"Driver=x;QueryLog_On=yes;PWD=secret", ErrorNumber::ConnectionFailed, "QueryLog_On is refused"},
-      {"Driver=x;Trace=no;Trace=secret", ErrorNumber::ConnectionFailed, "Trace is refused"},
       {"FILEDSN=/secret", ErrorNumber::ConnectionFailed, "FILEDSN is refused"},
       {"DSN=shop;SaveFile=/secret", ErrorNumber::ConnectionFailed, "SaveFile is refused"},
       {"DSN=dumping;PWD=secret", ErrorNumber::ConnectionFailed, "querylog_on of the data source dumping"},
   };
   // clang-format on
   for (const Refusal& each : cases) {
-    try {
-      textOf(each.given);
-      ADD_FAILURE() << each.given;
-    } catch (const Error& error) {
-      EXPECT_EQ(error.code(), each.number) << each.given;
-      EXPECT_NE(error.description().find(each.reason), std::string::npos) << error.description();
-      EXPECT_EQ(error.description().find("secret"), std::string::npos) << error.description();
-    }
+    const auto action = [&] { textOf(each.given); };
+    EXPECT_EQ(errorOf(action), static_cast<int>(each.number)) << each.given;
+    EXPECT_THAT(descriptionOf(action), AllOf(HasSubstr(each.reason), Not(HasSubstr("secret"))));
   }
   EXPECT_THROW(textOf("Provider=SQLOLEDB;Data Source=x", machineWith({"SQLite3"})), Error);
 }

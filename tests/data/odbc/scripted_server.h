@@ -35,7 +35,6 @@ class ScriptedServer : public ServerDouble {
     const std::scoped_lock guard(mutex_);
     return std::exchange(log_, {});
   }
-  size_t mostConnections() const { return mostConnections_; }
 
   std::unique_ptr<ServerSession> connect(std::string_view, ServerMessage& reason) override;
 
@@ -49,16 +48,12 @@ class ScriptedServer : public ServerDouble {
   bool beginsLater_ = false;
   std::string breakingStatement_;
   std::set<const ServerSession*> connections_, broken_;
-  size_t mostConnections_ = 0;
   std::vector<std::string> log_;
 };
 
 class ScriptedSession : public ServerSession {
  public:
-  explicit ScriptedSession(ScriptedServer& server) : server_(server) {
-    server_.connections_.insert(this);
-    server_.mostConnections_ = std::max(server_.mostConnections_, server_.connections_.size());
-  }
+  explicit ScriptedSession(ScriptedServer& server) : server_(server) { server_.connections_.insert(this); }
   ~ScriptedSession() override {
     const std::scoped_lock guard(server_.mutex_);
     server_.note("<disconnect>");
