@@ -137,8 +137,10 @@ class LoadClerk {
     const std::string cookie = answer->get_header_value("Set-Cookie");
     headers_ = {{"X-Request-Token", answer->body.substr(token + marker.size(), 64)},
                 {"Cookie", "ondrel_session=" + std::string(cookieValue(cookie, "ondrel_session"))}};
-    form("/place", "terminal=" + std::to_string(kTerminal));
-    form("/employee", "employee=" + std::to_string(kEmployee));
+    // Once a morning, so neither timed nor waited for.
+    const std::string type = "application/x-www-form-urlencoded";
+    client_.Post("/place", headers_, "terminal=" + std::to_string(kTerminal), type);
+    client_.Post("/employee", headers_, "employee=" + std::to_string(kEmployee), type);
   }
 
   void workUntil(SteadyClock::time_point end) {
