@@ -8,15 +8,13 @@ namespace ondrel {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::UnorderedElementsAre;
 using enum LineColumn;
 
 class FinishingTest : public PricingTest {
  protected:
-  void finishWith(bool oneDiscount) {
+  void finishWith() {
     Variant taxes = ObjectRef(each("itemType='none'"));
-    invoice().invoiceDone(oneDiscount, taxes);
+    invoice().invoiceDone(false, taxes);
   }
   double couponSum() { return invoice().liColTotal("lineItemTotal", "itemType='CU'").toDouble(); }
   std::vector<std::string> sorted() {
@@ -31,8 +29,7 @@ class FinishingTest : public PricingTest {
 TEST_F(FinishingTest, StatementsOfAWholePass) {
   execute("delete from Discount where discountType = 'PR'");
   execute("update Department set disabled = 1 where departmentID not in (1, 5)");
-  begin(2);
-  upcharge(item(101), "Cuffs");
+  enter({{101, 1, "Cuffs"}}, 2);
   charge(10, 5);
   reads();
   finish();
@@ -67,28 +64,17 @@ TEST_F(FinishingTest, StatementsOfAWholePass) {
           itemTaxes, descriptorTaxes, surchargeTaxes(1), surchargeTaxes(6), chargeTaxes));
 }
 
-TEST_F(FinishingTest, AnEmptyInvoiceIsNotTouched) {
-  begin();
-  Variant taxes = ObjectRef(each("itemType='none'"));
-  reads();
-  invoice().invoiceDone(true, taxes);
-  EXPECT_THAT(reads(), IsEmpty());
-  EXPECT_EQ(invoice().taxCodes, nullptr);
-}
-
 // A filter that an earlier operation left does not make an invoice empty, nor does it hide lines from the reset.
 TEST_F(FinishingTest, ALeftFilterHidesNothing) {
-  begin();
-  item(201);
+  enter({{201}});
   setColumn("itemType='IT'", taxableAmt, 99);
   invoice().lineItems->setFilter("itemType='CU'");
-  finishWith(false);
+  finishWith();
   EXPECT_THAT(goods(), ElementsAre("Shirt on Hanger 2.5: taxable 2.5, tax 0.15, surcharge 0.1"));
 }
 
 TEST_F(FinishingTest, PricingAgainReadsNoOptionAndChargesNoRush) {
-  begin();
-  item(101);
+  enter({{101}});
   finish();
   EXPECT_TRUE(invoice().groupSimilarItems);
   const RecordsetRef taxes = invoice().taxCodes;
@@ -113,31 +99,23 @@ TEST_F(FinishingTest, PricingAgainReadsNoOptionAndChargesNoRush) {
 // | an edit, a counter sale   | stays                                                                 |
 TEST_F(FinishingTest, TheDateAtTheEndOfAnEntry) {
   const Date kept = Date::of(2026, 11, 29);
-  struct {
-    const char* what;
-    std::string mode;
-    bool sale, charge, upcharge, byHand;
-    Date due;
-  } const cases[] = {
-      {"garment", "add", false, false, false, false, Date::of(2026, 12, 3)},
-      {"charge", "add", false, true, false, false, Date::of(2026, 12, 1)},
-      {"upcharge", "add", false, false, true, false, Date::of(2026, 11, 24)},
-      {"by hand", "add", false, false, true, true, Date::of(2026, 11, 30)},
-      {"edit", "edit", false, true, false, false, kept},
-      {"sale", "add", true, true, false, false, kept},
-  };
-  for (const auto& [what, mode, sale, withCharge, withUpcharge, byHand, due] : cases) {
+  for (const auto& [what, due] : std::vector<std::pair<std::string, const char*>>{{"garment", "12/3/2026"},
+                                                                                  {"charge", "12/1/2026"},
+                                                                                  {"upcharge", "11/24/2026"},
+                                                                                  {"by hand", "11/30/2026"},
+                                                                                  {"edit", "11/29/2026"},
+                                                                                  {"sale", "11/29/2026"}}) {
     begin();
     const int pants = item(101);
-    if (withCharge) charge(10, 5);
-    if (withUpcharge) upcharge(pants, "Cuffs");
-    if (byHand) invoice().setInvoiceDueDate(kept);
+    if (what == "charge" || what == "edit" || what == "sale") charge(10, 5);
+    if (what == "upcharge" || what == "by hand") upcharge(pants, "Cuffs");
+    if (what == "by hand") invoice().setInvoiceDueDate(kept);
     invoice().InvDueDate = kept;
-    invoice().addOrEdit = mode;
-    invoice().counterSaleOnly = sale;
+    invoice().addOrEdit = what == "edit" ? "edit" : "add";
+    invoice().counterSaleOnly = what == "sale";
     apartment->store.dueDateBase = Date::of(2026, 11, 30);
-    finishWith(false);
-    EXPECT_EQ(invoice().InvDueDate.midnight().text(), due.text()) << what;
+    finishWith();
+    EXPECT_EQ(invoice().InvDueDate.midnight().text(), due) << what;
   }
 }
 

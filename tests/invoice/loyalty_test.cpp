@@ -1,5 +1,4 @@
 #include "invoice/offer_fixture.h"
-#include "invoice/pricing/offer_queries.h"
 
 namespace ondrel {
 namespace {
@@ -59,16 +58,6 @@ TEST_F(Loyalty, SharesAreWholeCentsAndDriftWhenSpreadAgain) {
   EXPECT_THAT(taxable(), Pointwise(DoubleEq(), {8.89, 8.89, 8.89}));
 }
 
-TEST_F(Loyalty, ChildrenTakeTheirPartInCents) {
-  addUpcharge(1, 5.00);
-  answerLoyalty({{.id = 31, .percent = 10.0, .department = 1}});
-  put({31});
-  finish();
-  // 1.50 as 10.00 to 5.00
-  EXPECT_THAT(lines("LY"), ElementsAre("31 Cleaning: 1.5"));
-  EXPECT_THAT(taxable(), Pointwise(DoubleEq(), {9.00, 10.00, 10.00, 4.50}));
-}
-
 TEST_F(Loyalty, TheFirstRowAfterASpreadOfferIsPassedOver) {
   answerLoyalty({{.id = 31, .amount = 3.0},
                  {.id = 32, .percent = 10.0, .department = 1},
@@ -79,33 +68,6 @@ TEST_F(Loyalty, TheFirstRowAfterASpreadOfferIsPassedOver) {
   // 32 goes to the department of its second row alone; 33, which has but one row, is lost.
   EXPECT_THAT(lines("LY"), ElementsAre("31 Cleaning: 1", "31 Shirts: 1", "31 Laundry: 1", "32 Shirts: 2"));
   EXPECT_THAT(taxable(), Pointwise(DoubleEq(), {9.00, 7.00, 9.00}));
-}
-
-TEST_F(Loyalty, BesideAVipDiscountOnlyThoseThatSufferIt) {
-  answerLoyalty({{.id = 31, .amount = 3.0, .department = 1, .besideOthers = false},
-                 {.id = 31, .amount = 3.0, .department = 2, .besideOthers = false},
-                 {.id = 32, .amount = 6.0}});
-  put({31, 32});
-  answerVip(10.0);
-  finish();
-  EXPECT_THAT(lines("LY"), ElementsAre("32 Cleaning: 2", "32 Shirts: 2", "32 Laundry: 2"))
-      << "one that was passed over takes no row of the next";
-}
-
-TEST(LoyaltyQuery, TextAsSent) {
-  EXPECT_EQ(
-      getLoyaltyQuery({.priceListId = 3, .count = 7, .total = 30.5, .ids = "31,32", .customer = ""}),
-      "SELECT D.discountID, D.discountSubType, D.discountName, D.effectiveDate,  D.expiryDate, D.minPieceCount, "
-      "D.maxPieceCount, D.minQualAmount,  D.maxQualAmount, D.discountPercent, D.discountAmount, D.maxDiscountAmount,  "
-      "D.dueDays, D.validWithOtherOffer, DD.departmentID,  DD.minPieceCount AS 'departmentMinPieceCount',  "
-      "DD.minQualAmount AS 'departmentMinQualAmount' ,  CASE WHEN DD.priceListItemID <= 0 THEN NULL  Else "
-      "DD.priceListItemId  END as 'priceListItemID'  FROM Discount D  LEFT OUTER JOIN DiscountDepartment DD ON "
-      "D.discountID = DD.discountID  WHERE D.priceListID =3 AND D.discountType = 'LY' AND  (datediff(day, "
-      "D.effectiveDate, GetDate()) >= 0 OR D.effectiveDate IS NULL )  AND ( datediff(day, D.expiryDate, GetDate()) <= "
-      "0 OR D.expiryDate IS NULL )  AND ( D.minPieceCount <=7 OR D.minPieceCount IS NULL )  AND ( D.maxPieceCount >=7 "
-      "OR D.maxPieceCount IS NULL )  AND ( D.minQualAmount <=30.5 OR D.minQualAmount IS NULL )  AND ( D.maxQualAmount "
-      ">=30.5 OR D.maxQualAmount IS NULL )  AND D.discountID IN(31,32)  Order By D.discountID, DD.departmentID, "
-      "DD.priceListItemId ");
 }
 
 }  // namespace

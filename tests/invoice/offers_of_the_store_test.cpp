@@ -13,8 +13,8 @@ class OffersOfTheStore : public InvoiceTest {
  protected:
   std::vector<int> offered() {
     std::vector<int> ids;
-    const RecordsetRef choices = invoice.getDisplayCouponRst();
-    for (; !choices->eof(); choices->moveNext()) ids.push_back(choices->integer("discountId"));
+    for (const RecordsetRef each = invoice.getDisplayCouponRst(); !each->eof(); each->moveNext())
+      ids.push_back(each->integer("discountId"));
     return ids;
   }
   std::vector<int> coupons() {

@@ -8,11 +8,10 @@ using enum LineColumn;
 
 class PieceLimits : public InvoiceTest {
  protected:
-  int limitOf(Invoice& ticket, Variant department) {
+  static int limitOf(Invoice& ticket, Variant department) {
     return ticket.getDepartmentMaxPieces(department).toLong();
   }
   int piecesOf(Variant department) { return invoice.getDepartmentPieceCount(department).toLong(); }
-  void reload() { loadDepartments(*apartment, 1, 1); }
   // "pieces of department"
   std::string after(const std::string& line, int pieces, int pack, int department,
                     const char* action = "change") {
@@ -25,7 +24,7 @@ class PieceLimits : public InvoiceTest {
 };
 
 TEST_F(PieceLimits, CountQuantityTimesPack) {
-  invoice.addItem(103, 0, 3, 1.0, 0.01);  // of two pieces
+  garment(103, 3);  // of two pieces
   EXPECT_EQ(piecesOf(1), 6);
   invoice.addChargeLineNew(1, 1, 2.0, "Extra", 2, 1, 2);
   EXPECT_EQ(piecesOf(1), 10);
@@ -38,12 +37,9 @@ TEST_F(PieceLimits, CountQuantityTimesPack) {
 TEST_F(PieceLimits, OfADepartmentAndALotOfTags) {
   execute("update Department set maxItemsInReceipt = 3999999 where departmentID = 2");
   execute("update Department set maxItemsInReceipt = 4000000 where departmentID = 3");
-  reload();
-  EXPECT_EQ(limitOf(invoice, 1), 10);
-  EXPECT_EQ(limitOf(invoice, 2), 3999999);
-  EXPECT_EQ(limitOf(invoice, 3), -1);
-  EXPECT_EQ(limitOf(invoice, 5), -1);
-  EXPECT_EQ(limitOf(invoice, 99), -1);
+  loadDepartments(*apartment, 1, 1);
+  for (const auto& [department, limit] : {std::pair{1, 10}, {2, 3999999}, {3, -1}, {5, -1}, {99, -1}})
+    EXPECT_EQ(limitOf(invoice, department), limit) << department;
 
   execute("update Ticket set lotid = 5 where ticketNumber = 1007");
   execute("delete TicketTag where ticketNumber = 1007");
@@ -55,21 +51,17 @@ TEST_F(PieceLimits, OfADepartmentAndALotOfTags) {
   EXPECT_EQ(limitOf(tagged, 6), 3) << "the smaller of both";
   EXPECT_EQ(limitOf(tagged, 3), -1) << "no limit is none with tags either";
 
-  const auto byHand = [&](Variant department) {
-    return invoice.isManualMaxPiecesEnabled(department).toBoolean();
-  };
-  EXPECT_TRUE(byHand(4));
-  EXPECT_FALSE(byHand(1));
-  EXPECT_FALSE(byHand(99));
+  for (Variant department : {4, 1, 99})
+    EXPECT_EQ(invoice.isManualMaxPiecesEnabled(department).toBoolean(), isEqual(department, 4));
   EXPECT_TRUE(isEqual(apartment->store.storeDepartments->filter(), 0));
 }
 
 TEST_F(PieceLimits, AreOverInADepartmentSplitByHandOnly) {
   const auto over = [&] { return invoice.isOverMaxDepartmentItems().toBoolean(); };
-  invoice.addItem(101, 0, 50, 1.0, 0.01);
-  invoice.addItem(401, 0, 5, 1.0, 0.01);
+  garment(101, 50);
+  garment(401, 5);
   EXPECT_FALSE(over()) << "cleaning splits by itself, household is exactly at its limit";
-  invoice.addItem(402, 0, 1, 1.0, 0.01);
+  garment(402);
   EXPECT_TRUE(over());
 }
 
