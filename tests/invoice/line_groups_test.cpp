@@ -86,22 +86,18 @@ TEST_F(LineGroups, AGarmentLacksWhatThePriceListForces) {
 }
 
 TEST_F(LineGroups, NumbersOfASplit) {
-  const auto childOf = [&](const char* number, int ticket, const char* type, bool filled) {
-    const auto child = std::make_shared<Invoice>();
-    child->invoiceNo = number;
-    child->ticketNo = ticket;
-    child->invoiceType = type;
-    if (filled) child->lineItems->addNew({{lineNumber, 1}, {parentLineNumber, -1}, {itemType, "DE"}});
-    if (!invoice.invoicesDictionary) invoice.invoicesDictionary = std::make_shared<Dictionary>();
-    invoice.invoicesDictionary->add(invoice.invoicesDictionary->count() + 1, ObjectRef(child));
-  };
   invoice.invoiceNo = "A7";
   invoice.ticketNo = 7;
-  EXPECT_EQ(invoice.getInvoiceNos().toText(), "") << "empty";
-  childOf("A8", 8, "D", true);
-  childOf("0", 9, "D", true);
-  childOf("A10", 10, "Q", true);
-  childOf("A11", 11, "D", false);
+  invoice.invoicesDictionary = std::make_shared<Dictionary>();
+  for (const char* number : {"A8", "0", "A10", "A11"}) {
+    const auto child = std::make_shared<Invoice>();
+    const int key = invoice.invoicesDictionary->count() + 1;
+    child->invoiceNo = number;
+    child->ticketNo = 7 + key;
+    if (key == 3) child->invoiceType = "Q";
+    if (key < 4) child->lineItems->addNew({{lineNumber, 1}, {parentLineNumber, -1}, {itemType, "DE"}});
+    invoice.invoicesDictionary->add(key, ObjectRef(child));
+  }
   EXPECT_EQ(invoice.getInvoiceNos().toText(), "A8,A10") << "only the children";
   EXPECT_EQ(invoice.getTicketNosForPrinting().toText(), "8,9");
   putLine("IT", 5);
@@ -118,7 +114,7 @@ TEST_F(LineGroups, ASplitMakesATicketADepartmentThatAsksForIt) {
     invoice.isAdd = isNew;
     EXPECT_EQ(invoice.getNoOfInvoices().toLong(), 0) << "no line";
   }
-  for (const int item : {101, 201, 301, 401}) invoice.addItem2(item, 1);
+  for (const int item : {101, 102, 201, 301, 401}) invoice.addItem2(item, 1);
   invoice.splitInvoice("add");
   EXPECT_EQ(invoice.getNoOfInvoices().toLong(), 2) << "cleaning, shirts, and the rest together; one stands";
   invoice.isAdd = true;

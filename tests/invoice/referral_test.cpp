@@ -80,8 +80,6 @@ TEST_F(ReferralTest, NoneAfterTheDaysOrForOtherCustomers) {
   save(1, 301, 5);
   EXPECT_THAT(credits(), IsEmpty());
   EXPECT_EQ(toDate(17), "2");
-  EXPECT_EQ(rows("select customerSequenceNumber from Customer where temporaryaccount = 1"),
-            (std::vector<std::string>{"12"}));
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <utility>
-
 #include "data/query_database.h"
 #include "invoice/ticket_store.h"
 #include "support/error_of.h"
@@ -41,18 +39,14 @@ class TicketFaults : public TicketTest {
       invoice.starchPref = invoice.finishPref = "";
       TicketTest::save(invoice, action);
     }
-    // Numbers of the statements that make a ticket permanent.
-    std::vector<int> commits() const {
-      std::vector<int> result;
+    // Number of the statement that makes the ticket permanent.
+    int commit() const {
       int number = 0;
-      bool isTicket = false;
       for (const std::string& entry : apartment->trace.take()) {
-        if (entry == "<begin>" || entry == "<close>") continue;
-        ++number;
-        if (entry.starts_with("InsertTicket ") || entry.starts_with("UpdateTicket ")) isTicket = true;
-        if (entry == "<commit>" && std::exchange(isTicket, false)) result.push_back(number);
+        if (entry != "<begin>" && entry != "<close>") ++number;
+        if (entry == "<commit>") return number;
       }
-      return result;
+      return 0;
     }
 
     ApartmentRef apartment;
@@ -102,7 +96,7 @@ TEST_F(TicketFaults, ANewTicketIsThereWholeOrNotAtAll) {
     EXPECT_EQ(run.apartment->sharedConnection != nullptr, outside);
     if (n == 0) {
       total = run.faults.seen();
-      commit = run.commits().at(0);
+      commit = run.commit();
       whole = ticketAt(at, 1100);
       seals = sealsAndPreferencesAt(at);
       continue;
@@ -131,7 +125,7 @@ TEST_F(TicketFaults, AFailedEditStaysOpenUntilItIsDropped) {
       run.save(*invoice, "edit", n);
       if (n == 0) {
         total = run.faults.seen();
-        commit = run.commits().at(0);
+        commit = run.commit();
         after = ticketAt(at, 1011);
         continue;
       }
@@ -148,30 +142,6 @@ TEST_F(TicketFaults, AFailedEditStaysOpenUntilItIsDropped) {
     EXPECT_EQ(ticketAt(at, 1011), changed ? after : before) << "the apartment is gone";
   }
   EXPECT_GT(commit, 8);
-}
-
-// A split order of two departments, whose parent keeps nothing.
-TEST_F(TicketFaults, OfASplitOrderTheTicketsAlreadyWrittenStay) {
-  std::vector<std::string> whole;
-  std::vector<int> commits;
-  for (int n = 0, total = 1; n <= total; ++n) {
-    SCOPED_TRACE(n);
-    const EmbeddedStore at = store.clone();
-    Run run(at, clock);
-    const auto invoice = invoiceOf(10);
-    invoice->addItem2(103, 1);
-    invoice->addItem2(201, 3);
-    invoice->splitInvoice("add");
-    run.save(*invoice, "add", n);
-    if (n == 0) {
-      total = run.faults.seen();
-      commits = run.commits();
-      ASSERT_EQ(commits.size(), 2u);
-      whole = {ticketAt(at, 1100), ticketAt(at, 1101)};
-    }
-    for (size_t k = 0; k < 2; ++k)
-      EXPECT_EQ(ticketAt(at, 1100 + static_cast<int>(k)), n == 0 || n > commits[k] ? whole[k] : "") << k;
-  }
 }
 
 }  // namespace

@@ -9,7 +9,6 @@ namespace {
 
 using enum LineColumn;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class Tickets : public TicketTest {};
 
@@ -22,11 +21,9 @@ TEST_F(Tickets, OfACounterMorning) {
   Variant seal = "AA00100";
   invoice->addHeatSeal(suit, seal);
   invoice->addItem2(150, 3);
-  invoice->multiPickUpCustName = "J. O'Neil";
   invoice->invoiceDone2();
   save(*invoice, "add");
 
-  EXPECT_EQ(invoice->ticketNo, 1100);
   EXPECT_EQ(invoice->invoiceNo, "5100");
   // Goods 16.00 + 6.00 + 16.00 + 15.00 = 53.00, surcharge 2% of pants and suit = 0.64, state tax 6% of 53.64 =
   // 3.22, city tax 2.5% of 53.00 = 1.33.
@@ -39,10 +36,6 @@ TEST_F(Tickets, OfACounterMorning) {
           "NULL"));
   EXPECT_THAT(
       rows(
-          "select lastName, MainPhone, multiPickupCustomerName from TicketCustomer where ticketNumber = 1100"),
-      ElementsAre("Kettle | 5550110 | J. O'Neil"));
-  EXPECT_THAT(
-      rows(
           "select ticketLineType, lineItemName, quantity, lineItemTotal, totalUpchargeAmount, saleOnly, "
           "heatseal, dueDate from TicketLineItem where ticketNumber = 1100 and ticketLineType in ('IT', 'UP')"),
       ElementsAre("IT | Pants | 2 | 16 | 6 | False | NULL | 11/30/2026 10:30:00 AM",
@@ -52,7 +45,6 @@ TEST_F(Tickets, OfACounterMorning) {
   EXPECT_EQ(one("select quantityOnHand from inventory where priceListItemId = 150"), "37");
   EXPECT_EQ(one("select visitCount from Customer where customerSequenceNumber = 10"), "2")
       << "with ticket 1011";
-  EXPECT_EQ(one("select count(*) from customerpreference where ticketnumber = 1100"), "5");
 
   // Two pants and a suit of two pieces, of which one seal needs no tag. A second call draws nothing more.
   for (int time = 1; time <= 2; ++time) {
@@ -76,10 +68,11 @@ TEST_F(Tickets, OfACounterMorning) {
 TEST_F(Tickets, StandARoundTrip) {
   const struct {
     int customer, coupon;
-    const char* generated;
-  } cases[] = {{10, 0, "SU TA "}, {2, 0, "SU TA VI "}, {16, 1, "CU SU TA "}, {5, 0, "SU "}};
+    std::vector<std::string> generated;
+  } cases[] = {
+      {10, 0, {"SU", "TA"}}, {2, 0, {"SU", "TA", "VI"}}, {16, 1, {"CU", "SU", "TA"}}, {5, 0, {"SU"}}};
   for (const auto& each : cases) {
-    SCOPED_TRACE(each.generated);
+    SCOPED_TRACE(each.customer);
     const auto invoice = invoiceOf(each.customer);
     const Variant pants = invoice->addItem2(101, 3);
     invoice->addUpcharge2(pants, "Stain Treatment", 1);
@@ -99,7 +92,7 @@ TEST_F(Tickets, StandARoundTrip) {
     const auto ticket = [&] {
       std::vector<std::string> all = rows("select * from Ticket" + where);
       for (const std::string& sql :
-           {"select multiPickupCustomerName, multiPickupLocation from TicketCustomer" + where,
+           {"select multiPickupCustomerName, multiPickupLocation, lastName from TicketCustomer" + where,
             "select * from TicketLineItem" + where +
                 " and ticketLineType in ('IT', 'UP', 'CO') order by lineItemNumber",
             "select ticketLineType, departmentID, sum(lineItemTotal) as total from TicketLineItem" + where +
@@ -109,13 +102,12 @@ TEST_F(Tickets, StandARoundTrip) {
       return all;
     };
     const std::vector<std::string> before = ticket();
-    EXPECT_EQ(before.at(1), "J. O'Neil | Back door");
-    std::string kinds;
-    for (const std::string& kind : rows("select distinct ticketLineType from TicketLineItem" + where +
-                                        " and ticketLineType not in ('IT', 'UP', 'CO') order by 1"))
-      kinds += kind + " ";
-    EXPECT_EQ(kinds, each.generated);
+    EXPECT_THAT(before.at(1), ::testing::StartsWith("J. O'Neil | Back door | "));
+    EXPECT_THAT(rows("select distinct ticketLineType from TicketLineItem" + where +
+                     " and ticketLineType not in ('IT', 'UP', 'CO') order by 1"),
+                each.generated);
     const auto again = loaded(invoice->ticketNo);
+    EXPECT_EQ(again->InvDueDate, invoice->InvDueDate);
     EXPECT_EQ(again->preferences->item(2).toText(), "Boxed");
     again->invoiceDone2();
     save(*again, "edit");
@@ -184,10 +176,8 @@ TEST_F(Tickets, RememberASealedGarment) {
   EXPECT_THAT(link(), ElementsAre("8 | " + jacket.toText())) << "one link, not two";
 
   const auto later = invoiceOf(10);
-  const Variant line = later->addItemByHeatSeal("AA00100");
-  Variant number = line;
-  EXPECT_EQ(later->getDescriptorText(number).toText(), "Navy") << "an overcoat has no such repair";
-  EXPECT_EQ(later->getHeatSealCount().toLong(), 1);
+  Variant line = later->addItemByHeatSeal("AA00100");
+  EXPECT_EQ(later->getDescriptorText(line).toText(), "Navy") << "an overcoat has no such repair";
 }
 
 // ---------------------------------------------------------------- what does not fit
@@ -205,33 +195,6 @@ TEST_F(Tickets, AreStoredBeforeAPreferenceWithAQuoteFails) {
   EXPECT_EQ(one("select visitCount from Customer where customerSequenceNumber = 10"), "1")
       << "the tail did not run";
   EXPECT_FALSE(apartment->sharedConnection);
-}
-
-// ---------------------------------------------------------------- splits
-
-TEST_F(Tickets, OfASplitOrderEachHaveTheirNumbers) {
-  const auto parent = invoiceOf(10);
-  parent->splitTheInvoice = true;
-  parent->invoicesDictionary = std::make_shared<Dictionary>();
-  for (int key = 1; key <= 2; ++key) {
-    const auto child = invoiceOf(10);
-    child->addItem2(key == 1 ? 101 : 201, 1);
-    parent->invoicesDictionary->add(key, child);
-  }
-  save(*parent, "add");
-  EXPECT_EQ(parent->ticketNo, 0);
-  EXPECT_THAT(rows("select ticketNumber, invoiceNumber from Ticket where ticketNumber > 1099"),
-              ElementsAre("1100 | 5100", "1101 | 5101"));
-
-  // The ticket of an emptied parent lives on as its first child.
-  parent->ticketNo = 1011;
-  parent->invoiceNo = "5011";
-  save(*parent, "edit");
-  EXPECT_THAT(
-      rows(
-          "select t.ticketNumber, t.invoiceNumber, lineItemName from Ticket t join TicketLineItem l on "
-          "l.ticketNumber = t.ticketNumber where t.ticketNumber in (1011, 1102) and ticketLineType = 'IT' order by t.ticketNumber"),
-      ElementsAre("1011 | 5011 | Pants", "1102 | 5101 | Shirt on Hanger"));
 }
 
 }  // namespace

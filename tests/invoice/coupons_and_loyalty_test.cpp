@@ -7,6 +7,7 @@ namespace {
 using ::testing::DoubleEq;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 using ::testing::Pointwise;
 
 // Cleaning: two pants, 16.00, with an upcharge of 1.50; shirts: five for 12.50. Seven pieces, 30.00.
@@ -172,20 +173,6 @@ TEST_F(Coupons, SpreadOverDepartmentsGarmentsAndChildren) {
   }
 }
 
-TEST_F(Coupons, BesideAVipDiscountOnlyThoseThatSufferIt) {
-  answerCoupons({{.id = 7, .percent = 10.0, .department = 1, .besideOthers = false},
-                 {.id = 7, .percent = 10.0, .department = 2, .besideOthers = false},
-                 {.id = 8, .amount = 3.0}});
-  invoice->getQualifyingCoupons();
-  invoice->addCoupon(7);
-  invoice->addCoupon(8);
-  answerVip(10.0);
-  finish();
-  EXPECT_THAT(lines("VI"), ElementsAre(" Cleaning: 1.75", " Shirts: 1.25"));
-  EXPECT_THAT(lines("CU"), ElementsAre("8 Cleaning: 1.75", "8 Shirts: 1.25"));
-  EXPECT_THAT(taxable(), Pointwise(DoubleEq(), {12.80, 1.20, 10.00})) << "both come off";
-}
-
 TEST_F(Coupons, WhetherOthersMayFollow) {
   EXPECT_TRUE(invoice->isFirstCoupon().toBoolean());
   EXPECT_TRUE(invoice->allowFurtherDiscounts().toBoolean());
@@ -218,6 +205,56 @@ TEST_F(Coupons, WhetherOthersMayFollow) {
   invoice->removeCoupon(4);
   EXPECT_TRUE(isEqual(invoice->lineItems->filter(), "itemType='CU' and linenumber=4")) << "it stays set";
   EXPECT_THAT(lines("CU"), ElementsAre("8 : 1"));
+}
+
+// ---------------------------------------------------------------- loyalty
+
+// A garment of 10.00 in each of the three departments.
+class Loyalty : public OfferTest {
+ protected:
+  Loyalty() {
+    for (const int department : {1, 2, 3}) add({.department = department, .price = 10.00});
+  }
+  void put(std::initializer_list<int> ids) {
+    invoice->getQualifyingLoyalty();
+    for (const int id : ids) invoice->addLoyalty(id);
+  }
+};
+
+TEST_F(Loyalty, NothingLimitsTheAmountAndTheLogTellsItAsItIs) {
+  invoice->addLoyalty(31);
+  EXPECT_THAT(lines("LY"), IsEmpty()) << "nothing was asked yet";
+  answerLoyalty({{.id = 31, .amount = 50.0, .department = 1, .most = 40.0},
+                 {.id = 31, .amount = 50.0, .department = 2, .most = 40.0}});
+  put({99, 31});
+  EXPECT_EQ(statements()[0], "GetProbableLoyaltyDiscounts  '16','3','3',30");
+  EXPECT_THAT(lines("LY"), ElementsAre("31 : 80")) << "more than the invoice, and more than its face value";
+  EXPECT_THAT(log(), ElementsAre("A 1 Loyalty: Offer 31 80"));
+}
+
+TEST_F(Loyalty, SharesAreWholeCentsAndDriftWhenSpreadAgain) {
+  answerLoyalty({{.id = 31, .amount = 10.0}});
+  put({31});
+  finish();
+  EXPECT_THAT(lines("LY"), ElementsAre("31 Cleaning: 3.33", "31 Shirts: 3.33", "31 Laundry: 3.33"));
+  EXPECT_THAT(taxable(), Pointwise(DoubleEq(), {6.67, 6.67, 6.67}));
+
+  // Only the first line is collected: 3.33 in thirds on top of the lines that stand.
+  finish();
+  EXPECT_THAT(lines("LY"), ElementsAre("31 Shirts: 4.44", "31 Laundry: 4.44", "31 Cleaning: 1.11"));
+  EXPECT_THAT(taxable(), Pointwise(DoubleEq(), {8.89, 8.89, 8.89}));
+}
+
+TEST_F(Loyalty, TheFirstRowAfterASpreadOfferIsPassedOver) {
+  answerLoyalty({{.id = 31, .amount = 3.0},
+                 {.id = 32, .percent = 10.0, .department = 1},
+                 {.id = 32, .percent = 10.0, .department = 2},
+                 {.id = 33, .amount = 1.0}});
+  put({31, 32, 33});
+  finish();
+  // 32 goes to the department of its second row alone; 33, which has but one row, is lost.
+  EXPECT_THAT(lines("LY"), ElementsAre("31 Cleaning: 1", "31 Shirts: 1", "31 Laundry: 1", "32 Shirts: 2"));
+  EXPECT_THAT(taxable(), Pointwise(DoubleEq(), {9.00, 7.00, 9.00}));
 }
 
 TEST(OfferQueries, TextsAsSent) {
