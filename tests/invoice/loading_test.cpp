@@ -83,11 +83,14 @@ TEST_F(Loading, BringsGarmentsAndTheirDescriptors) {
   put(6, "co", {{"parentLineNumber", "4"}, {"lineItemTotal", "0.25"}});
   put(8, "TA", {{"departmentID", "null"}});
   put(9, "UP", {{"parentLineNumber", "4"}, {"lineItemTotal", "1"}});
+  put(10, "CU", {{"lineItemTotal", "2"}});
+  put(11, "CU", {{"lineItemTotal", "1.25"}, {"departmentID", "2"}});
   put(12, "VI");
   execute("update PriceListItem set notes = 'Beads' where priceListItemId = 101");
   invoice.getExistingDetails(1007);
-  EXPECT_EQ(lines(), "IT4 UP5 co6 TA8 UP9 ");
-  EXPECT_EQ(invoice.currentLineNumber, 10) << "a line that is dropped takes no number";
+  EXPECT_EQ(lines(), "IT4 UP5 co6 TA8 UP9 CU10 ");
+  EXPECT_EQ(text(10, lineItemTotal), "3.25") << "the shares of an offer come together";
+  EXPECT_EQ(invoice.currentLineNumber, 11) << "a line that is dropped takes no number";
   // clang-format off
   const std::pair<Column, std::string> kGarment[] = {
       {upchargeTotal, "2.5"}, {colorTotal, "0.25"}, {patternTotal, "0"}, {notes, "No crease"}, {peNotes, "Beads"},
@@ -108,17 +111,6 @@ TEST_F(Loading, BringsGarmentsAndTheirDescriptors) {
   EXPECT_EQ(invoice.getLineItemType(known).toText() + invoice.getLineDeptID(known).toText(), "UP1");
   EXPECT_TRUE(invoice.getLineItemType(unknown).isEmpty());
   EXPECT_TRUE(invoice.getLineDeptID(empty).isEmpty());
-}
-
-TEST_F(Loading, BringsTheSharesOfAnOfferTogether) {
-  put(1, "CU", {{"lineItemTotal", "2"}});
-  put(2, "CU", {{"lineItemTotal", "1.25"}, {"departmentID", "2"}});
-  put(3, "CU", {{"lineItemID", "102"}});
-  put(4, "LY", {{"lineItemTotal", "0.5"}});
-  put(5, "LY", {{"lineItemTotal", "0.5"}});
-  invoice.getExistingDetails(1007);
-  EXPECT_EQ(lines(), "CU1 CU3 LY4 ");
-  EXPECT_EQ(text(1, lineItemTotal) + " " + text(4, lineItemTotal), "3.25 1");
 }
 
 TEST_F(Loading, KnowsTheDepartmentsOfGarmentsChargesAndBags) {

@@ -75,12 +75,5 @@ TEST_F(ReferralTest, AStepReachedToTheCentCountsInOneTransaction) {
             (std::vector<std::string>{"13", "14"}));
 }
 
-TEST_F(ReferralTest, NoneAfterTheDaysOrForOtherCustomers) {
-  save(17, 301, 5);
-  save(1, 301, 5);
-  EXPECT_THAT(credits(), IsEmpty());
-  EXPECT_EQ(toDate(17), "2");
-}
-
 }  // namespace
 }  // namespace ondrel

@@ -131,15 +131,9 @@ TEST_F(TicketFaults, AFailedEditStaysOpenUntilItIsDropped) {
       }
       EXPECT_EQ(ticketAt(at, 1011), n <= commit ? before : after) << "as others see it";
       EXPECT_TRUE(n > commit || run.apartment->sharedConnection);
-      if (n % 2 == 0) {
-        closeTransaction(*run.apartment);
-        EXPECT_EQ(booksAt(at) == books, n <= commit);
-        run.saveAgain(*invoice, "edit");
-        EXPECT_EQ(ticketAt(at, 1011), after);
-      }
     }
-    const bool changed = n > commit || n % 2 == 0;
-    EXPECT_EQ(ticketAt(at, 1011), changed ? after : before) << "the apartment is gone";
+    EXPECT_EQ(booksAt(at) == books, n <= commit) << "the apartment is gone";
+    EXPECT_EQ(ticketAt(at, 1011), n <= commit ? before : after);
   }
   EXPECT_GT(commit, 8);
 }

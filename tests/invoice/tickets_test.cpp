@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "data/query_database.h"
 #include "invoice/ticket_store.h"
-#include "support/error_of.h"
 
 namespace ondrel {
 namespace {
@@ -178,23 +176,6 @@ TEST_F(Tickets, RememberASealedGarment) {
   const auto later = invoiceOf(10);
   Variant line = later->addItemByHeatSeal("AA00100");
   EXPECT_EQ(later->getDescriptorText(line).toText(), "Navy") << "an overcoat has no such repair";
-}
-
-// ---------------------------------------------------------------- what does not fit
-
-TEST_F(Tickets, AreStoredBeforeAPreferenceWithAQuoteFails) {
-  const auto invoice = invoiceOf(10);
-  const Variant pants = invoice->addItem2(101, 1);
-  const std::string longest = std::string(254, 'x') + "'";
-  invoice->attachNotes(pants, longest);
-  Variant type = 5, value = "Bob's way";
-  invoice->setCustomerPreference(type, value);
-  EXPECT_THROW(save(*invoice, "add"), Error);
-  EXPECT_EQ(loaded(1100)->getItemNotes(pants).toText(), longest);
-  EXPECT_EQ(one("select count(*) from customerpreference where ticketnumber = 1100"), "4");
-  EXPECT_EQ(one("select visitCount from Customer where customerSequenceNumber = 10"), "1")
-      << "the tail did not run";
-  EXPECT_FALSE(apartment->sharedConnection);
 }
 
 }  // namespace
