@@ -1,4 +1,4 @@
-#include "pricing_story.h"
+#include "invoice/pricing_story.h"
 
 namespace ondrel {
 namespace {
