@@ -23,13 +23,21 @@ class InvoiceTest : public StoreTest {
 
   static void startTicket(Invoice& ticket, int customer = 1, int priceList = 1, int store = 1) {
     ticket.isAdd = true;
-    ticket.excludeTaxes = true;  // their lines would stand among those looked at
+    ticket.excludeTaxes = true;  // every click would make their lines anew and use up line numbers
     ticket.addOrEdit = "add";
     ticket.custSeqNumber = customer;
     ticket.storeNumber = store;
     ticket.priceListId = priceList;
     ticket.setStoreDays(store);
     ticket.LoadDefaults();
+  }
+
+  void garment(int item, int pieces = 1) { invoice.addItem(item, 0, pieces, 1.0, 0.01); }
+  void upcharge(int parent, const char* name, const Variant& pieces = 1, bool merging = true) {
+    invoice.addUpcharge(parent, name, pieces, merging, 1.0, 0.01);
+  }
+  void color(int parent, const char* name, int pieces = 1, bool merging = true) {
+    invoice.addColor(parent, name, pieces, merging, 1.0, 0.01);
   }
 
   // The lines in order, as "1 IT Shirt on Hanger 5 x 2.5 = 12.5"; a child names its parent: "2<1 UP ...".
@@ -76,13 +84,6 @@ class InvoiceTest : public StoreTest {
 
  private:
   int logRowsSeen_ = 0;
-};
-
-// The same for a customer who pays no tax, so that the lines are those entered: with taxes every click makes
-// the tax lines anew and uses up line numbers.
-class UntaxedInvoiceTest : public InvoiceTest {
- protected:
-  UntaxedInvoiceTest() { invoice.excludeTaxes = true; }
 };
 
 }  // namespace ondrel

@@ -65,12 +65,8 @@ class OfferTest : public ::testing::Test {
                                 {quantity, garment.pieces},
                                 {lineItemTotal, garment.price},
                                 {taxableAmt, garment.price},
-                                {upchargeTotal, 0},
-                                {colorTotal, 0},
-                                {patternTotal, 0},
                                 {couponable, garment.couponable},
                                 {discountable, garment.discountable},
-                                {VIPDiscountable, true},
                                 {pkgQuantity, 1}});
     invoice->lineItems->clearFilter();
     return invoice->currentLineNumber++;
@@ -79,7 +75,7 @@ class OfferTest : public ::testing::Test {
     using enum LineColumn;
     invoice->lineItems->setFilter(fmt::format("lineNumber={}", garment));
     const Variant department = invoice->lineItems->value(deptId);
-    invoice->lineItems->setValue(upchargeTotal, invoice->lineItems->value(upchargeTotal) + price);
+    invoice->lineItems->setValue(upchargeTotal, price);
     invoice->lineItems->addNew({{lineNumber, invoice->currentLineNumber},
                                 {parentLineNumber, garment},
                                 {deptId, department},
@@ -89,12 +85,6 @@ class OfferTest : public ::testing::Test {
     invoice->lineItems->clearFilter();
     return invoice->currentLineNumber++;
   }
-  void setPrice(int line, double price) {
-    invoice->lineItems->setFilter(fmt::format("lineNumber={}", line));
-    invoice->lineItems->setValue(LineColumn::lineItemTotal, price);
-    invoice->lineItems->clearFilter();
-  }
-
   void answerCoupons(const std::vector<OfferRow>& rows) {
     database.answer("GetProbableCoupons", offerTable(rows));
     database.answer("D.discountType = 'CU'", offerTable(rows));
@@ -106,21 +96,9 @@ class OfferTest : public ::testing::Test {
   void answerPromotions(const std::vector<OfferRow>& rows) {
     database.answer("GetProbablePromotions", offerTable(rows));
   }
-  // The customer is a VIP of a straight percentage that lets offers stand beside it.
-  void answerVip(double percent) {
-    const Variant none = Variant::null();
-    database.answer("from customer", tableOf({"vipEligible", "vipExpiryDate", "defaultPriceListId"},
-                                             {{true, Date::of(2026, 12, 31), 3}}));
-    database.answer("sum(invoiceTotal)", tableOf({"total"}, {{500.0}}));
-    database.answer("Select VIPMinQualAmount", tableOf({"VIPMinQualAmount", "VIPValidWithOtherOffers",
-                                                        "VIPStraight", "VIPStraightPercent", "VIPSmartAmount",
-                                                        "VIPSmartForEveryAmount", "VIPValidNbrOfMonths"},
-                                                       {{100.0, true, true, percent, none, none, 6}}));
-  }
-
-  void finish(bool oneDiscount = false) {
+  void finish() {
     Variant taxes = tableOf({"taxCode", "description", "taxPercent"}, {});
-    invoice->invoiceDone(oneDiscount, taxes);
+    invoice->invoiceDone(false, taxes);
   }
 
   // The lines of a kind in order, as "7 Cleaning: 1.75": discount, department, amount to four places.

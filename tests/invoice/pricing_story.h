@@ -15,6 +15,12 @@
 
 namespace ondrel {
 
+// A line of so many garments of an item, with an upcharge of each piece.
+struct Entry {
+  int item, pieces = 1;
+  const char* upcharge = nullptr;
+};
+
 // An invoice at the counter of the sample store, and what its lines come to.
 class PricingTest : public StoreTest {
  protected:
@@ -27,6 +33,14 @@ class PricingTest : public StoreTest {
     return *invoice_;
   }
   Invoice& invoice() { return *invoice_; }
+  // The same with garments.
+  void enter(const std::vector<Entry>& entries, int customer = 1, int priceList = 1, int shop = 1) {
+    begin(customer, priceList, shop);
+    for (const auto& [id, pieces, name] : entries) {
+      const int line = item(id, pieces);
+      if (name) upcharge(line, name);
+    }
+  }
 
   // One line of an item; its number.
   int item(int id, int pieces = 1) { return invoice().addItem(id, 0, pieces, 1.0, 0.01).toLong(); }

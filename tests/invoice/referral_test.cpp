@@ -1,4 +1,4 @@
-#include "pricing_story.h"
+#include "invoice/pricing_story.h"
 
 namespace ondrel {
 namespace {
@@ -8,9 +8,12 @@ using ::testing::IsEmpty;
 
 class ReferralTest : public PricingTest {
  protected:
-  void save(int customer, int item, int pieces) {
+  void save(int customer, int item, int pieces, double price = 0) {
     begin(customer).referralQualified = true;
-    this->item(item, pieces);
+    invoice().createdByEmployeeId = 3;
+    invoice().terminalID = 2;
+    const int line = this->item(item, pieces);
+    if (price > 0) invoice().overRidePrice(price, line);
     finish();
     statements();
     invoice().saveInvoice("add", 1, 1, "0", "Dora Quill", Variant(), true);
@@ -40,7 +43,7 @@ TEST_F(ReferralTest, CreditsWholeStepsUpToTheLimit) {
   EXPECT_THAT(credits(), IsEmpty());
   EXPECT_EQ(toDate(9), "4.9");
   save(9, 301, 1);
-  const char* const credit = "1 | 0 | 10 | C | 5 | Referral Credit From Lena Osgood | C | 0 | True";
+  const char* const credit = "1 | 3 | 10 | C | 5 | Referral Credit From Lena Osgood | C | 2 | True";
   EXPECT_THAT(credits(), ElementsAre(credit));
   EXPECT_EQ(toDate(9), "6.9");
   save(9, 301, 5);
@@ -51,36 +54,11 @@ TEST_F(ReferralTest, CreditsWholeStepsUpToTheLimit) {
   EXPECT_EQ(toDate(9), "18.9");
 }
 
-// 8.03 and 1.97 are 10.00 to the cent, though not 3.03 and 1.97 in double precision.
-TEST_F(ReferralTest, AStepReachedToTheCentCounts) {
+// 8.03 and 1.97 are 10.00 to the cent, though not 3.03 and 1.97 in double precision. The account flag is worked
+// out anew for every customer, as soon as anybody is credited.
+TEST_F(ReferralTest, AStepReachedToTheCentCountsInOneTransaction) {
   execute("update customerreferral set amountToDate = 8.03 where customersequencenumber = 9");
-  begin(9).referralQualified = true;
-  item(301, 1);
-  invoice().overRidePrice(19.7, 1);
-  finish();
-  invoice().saveInvoice("add", 1, 1, "0", "Dora Quill", Variant(), true);
-  EXPECT_EQ(credits().size(), 1u);
-  EXPECT_EQ(toDate(9), "10");
-}
-
-TEST_F(ReferralTest, NoneAfterTheDaysOrForOtherCustomers) {
-  save(17, 301, 5);
-  save(1, 301, 5);
-  EXPECT_THAT(credits(), IsEmpty());
-  EXPECT_EQ(toDate(17), "2");
-  EXPECT_EQ(rows("select customerSequenceNumber from Customer where temporaryaccount = 1"),
-            (std::vector<std::string>{"12"}));
-}
-
-// The account flag is worked out anew for every customer, as soon as anybody is credited.
-TEST_F(ReferralTest, StatementsInOneTransaction) {
-  begin(9).referralQualified = true;
-  invoice().createdByEmployeeId = 3;
-  invoice().terminalID = 2;
-  item(301, 1);
-  finish();
-  statements();
-  invoice().saveInvoice("add", 1, 1, "0", "Dora Quill", Variant(), true);
+  save(9, 301, 1, 19.7);
   auto sent = statements();
   sent.resize(7);
   EXPECT_THAT(
@@ -90,8 +68,9 @@ TEST_F(ReferralTest, StatementsInOneTransaction) {
           " select customerreferral.referredby, customer.customername, customerreferral.amountToDate from customerreferral inner join customer on  customerreferral.customersequencenumber = customer.customersequencenumber  where customerreferral.customersequencenumber = 9 and datediff(day, customer.createdDate, '11/24/2026 10:30:00 AM') <= 90",
           "update customer set temporaryaccount = (case permanentaccount when 1 then 0 else 1 end)",
           "execute InsertMiscCharge '1' ,'3' ,'10' ,'C' ,5.00 ,'11/24/2026 10:30:00 AM' ,'Referral Credit From Lena Osgood' ,'C' ,'2',1",
-          " update customerreferral set amountToDate = amountToDate + 2.00 where customerreferral.customersequencenumber = '9'",
+          " update customerreferral set amountToDate = amountToDate + 1.97 where customerreferral.customersequencenumber = '9'",
           "<commit>"));
+  EXPECT_EQ(toDate(9), "10");
   EXPECT_EQ(rows("select customerSequenceNumber from Customer where temporaryaccount = 0"),
             (std::vector<std::string>{"13", "14"}));
 }

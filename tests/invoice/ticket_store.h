@@ -34,16 +34,6 @@ class TicketTest : public StoreTest {
   static void save(Invoice& invoice, const char* action, const char* onHold = "0") {
     invoice.saveInvoice(action, 4, 3, onHold, "Ann O'Hara", "Fernhill Cleaners", true);
   }
-  // All that the tables hold of tickets, one row a line.
-  std::string stored(const std::string& ticket = "ticketNumber") {
-    std::string all;
-    for (const char* table : {"Ticket", "TicketCustomer", "TicketLineItem", "TicketLogItem", "TicketTag",
-                              "ticketlineitemtaggeditem"})
-      for (const std::string& row :
-           rows(std::string("select * from ") + table + " where ticketNumber = " + ticket))
-        all += row + "\n";
-    return all;
-  }
   std::string one(const std::string& sql) { return scalar(sql).joined(); }
 };
 
