@@ -3,11 +3,14 @@
 var layout = Server.include("shared/layout.js");
 var desk = Server.include("shared/desk.js");
 var text = Server.include("shared/text.js");
+var till = Server.include("shared/till.js");
 var customers = Server.include("shared/customers.js");
 
 if (!Server.doubtful() || !desk.openWorks().length) return Response.redirect("/");
 if (Request.method === "POST") {
-  if (Request.form.answer === "done") desk.works.forEach(function (work) { delete Session[work[0]]; });
+  if (desk.works.some(function (work) { return work[0] === Request.form.done; })) delete Session[Request.form.done];
+  // Tenders may have been booked: the visit begins again without them.
+  if (Session.pickup) till.start(Session.pickup.custSeqNumber, [], Session.pickup.userAction);
   Server.settleDoubt();
   desk.workDone();
   return Response.redirect("/");
@@ -25,6 +28,6 @@ layout.page("Was it saved?",
     var customer = customers.byId(Session[work[0]].custSeqNumber);
     return "<section class=\"paper\"><h2>" + work[2] + (customer ? " of " + text.encoded(customer.name) : "") + "</h2><p>In the shop now:</p><table><thead><tr><th scope=\"col\">Invoice</th>" +
            "<th scope=\"col\">Pieces</th><th scope=\"col\">Due</th><th scope=\"col\" class=\"money\">Total</th><th scope=\"col\" class=\"money\">To pay</th></tr></thead><tbody>" +
-           (customer ? ticketRows(customer.id) : "") + "</tbody></table></section>";
-  }).join("") + "<div class=\"choices\">" + layout.button("/doubt", "It is done: put it away", { answer: "done" }, { kind: "main" }) +
-  layout.button("/doubt", "It is not done: go on with it", { answer: "open" }) + "</div>");
+           (customer ? ticketRows(customer.id) : "") + "</tbody></table>" + layout.button("/doubt", "It is done: put it away", { done: work[0] }) + "</section>";
+  }).join("") + "<p class=\"notice\">Tenders at the till are taken again. A card that was asked for is found there.</p><div class=\"choices\">" +
+  layout.button("/doubt", "It is not done: go on", {}) + "</div>");

@@ -199,7 +199,6 @@
       else click("ticketDue", { value: date });
     }],
     ["[data-offer]", function (one) { click("remove", { line: one.dataset.offer }); }],
-    ["[data-loyalty]", function (one) { click("loyalty", { id: one.dataset.loyalty }); }],
     [".coupon", function (one) { click("coupon", { id: one.getAttribute("discountid") }); }],
     ["#item-delete", tools.remove],
     ["#apply-charge", function () {
@@ -288,7 +287,7 @@
       before = field && field.value;
     }
     last = now;
-    if (event.key === "Enter" && scanned.length >= 5) {
+    if (event.key === "Enter" && scanned.length >= 5 && /\d/.test(scanned)) {
       event.preventDefault();
       event.stopPropagation();
       if (field && before !== undefined) {

@@ -49,7 +49,7 @@ var clicks = {
   sale: function (c) {
     var chosen = till.unusedSales(session).filter(function (one) { return one.transaction === c.transaction; })[0];
     if (!chosen) return "This sale is used up.";
-    var amount = Math.min(chosen.rest, session.getAmountDue());
+    var amount = Math.min(chosen.rest, till.due(session));
     if (amount <= 0) return "Nothing is due.";
     till.takeSale(session, { amount: amount, number: "", expiration: "", brand: "", code: chosen.code, transaction: chosen.transaction });
   },

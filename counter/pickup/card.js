@@ -15,7 +15,7 @@ var amount = text.amount(c.amount);
 var problem = "";
 if (!till.isCardTaken()) problem = "This counter takes no cards.";
 else if (!amount) problem = "This is not an amount.";
-else if (amount > session.getAmountDue()) problem = "No change is given on a card: take " + text.money(session.getAmountDue()) + " at most.";
+else if (amount > till.due(session)) problem = "No change is given on a card: take " + text.money(till.due(session)) + " at most.";
 else problem = cards.ask(session.custSeqNumber, c, amount);
 
 var answer = till.parts(session);

@@ -13,11 +13,10 @@ function line(c) { return text.whole(c.line); }
 function id(c) { return text.whole(c.id); }
 // What was typed, without the signs of mark-up: some fragments carry notes and names as they stand.
 function words(value, size) { return text.clean(value, size); }
-// Dollars, with commas between thousands only.
 function price(value) {
-  var digits = words(value, 20).replace(/^\s*\$?|\s+$/g, "");
-  if (!/^(\d{1,5}|\d{1,2},\d{3})?(\.\d{0,2})?$/.test(digits) || !/\d/.test(digits)) throw new Error("This is not a price: " + words(value, 20));
-  return Number(digits.replace(",", ""));
+  var dollars = text.dollars(value);
+  if (dollars === null) throw new Error("This is not a price: " + words(value, 20));
+  return dollars;
 }
 
 function day(value) {
@@ -81,7 +80,7 @@ function scanned(invoice, c) {
   var why = ByRef("");
   if (!invoice.isHeatSealValid(seal, why)) throw new Error(why.value);
   var known = invoice.addItemByHeatSeal(seal);
-  if (known < 1) return invoice.pushNewHeatSeal(seal), 0;
+  if (known < 1) return invoice.pushNewHeatSeal(seal), line(c);
   try {
     checkRoom(invoice, [invoice.getDepartmentPieceCount(fieldOf(invoice, known, "deptId")), fieldOf(invoice, known, "deptId")]);
   } catch (error) {
@@ -159,13 +158,6 @@ function coupon(invoice, c) {
   if (!invoice.addCoupon(id(c))) throw new Error("This coupon takes nothing off this ticket.");
 }
 
-// Loyalty offers come from a table of their own; the coupons' is loaded again behind them.
-function loyalty(invoice, c) {
-  invoice.getQualifyingLoyalty();
-  if (!invoice.getDisplayCouponRst().EOF) invoice.addLoyalty(id(c));
-  invoice.getQualifyingCoupons();
-}
-
 // The books take a preference as it stands: one of its options, or plain words where it has none.
 function preference(invoice, c) {
   var value = words(c.value, 64), known = Database.query("select isnull(options, '') as options from customerpreferencetype where name = " + text.quoted(words(c.name, 64)));
@@ -215,7 +207,6 @@ exports.table = {
   ticketDue:     chosenDay(function (t, c) { t.setInvoiceDueDate(day(c.value)); t.setAllDepartmentDueDates(day(c.value)); }),
   preference:    preference,
   coupon:        summed(coupon),
-  loyalty:       summed(loyalty),
   seal:          scanned,
   sealHere:      sealHere,
   sealNext:      chosenSeal,

@@ -55,7 +55,7 @@ exports.byId = function (id) {
 
 // The tickets that are still in this shop, the next due first. A bag has been counted and not itemised.
 exports.openTickets = function (id) {
-  var today = Server.now();
+  var now = Server.now(), today = new Date(now.getFullYear(), now.getMonth(), now.getDate());
   return text.rows(Database.query(
     "select t.ticketNumber, t.invoiceNumber, t.invoiceType, t.dueDate, t.netTotal, t.amountPaid, " +
     "(select sum(case l.saleOnly when 1 then l.quantity else l.quantity * isnull(l.packagedQuantity, 1) end) from TicketLineItem l " +

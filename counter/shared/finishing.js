@@ -58,7 +58,7 @@ function carry(invoice, marks) {
   }
 }
 
-// The day of each department: route and workload move it, and it moves back.
+// The day of each department. Those that route and workload move are moved back when the ticket is worked on again.
 function daysOf(invoice) {
   var days = {};
   text.rows(invoice.lineItems.Clone(), function (field) {
@@ -94,12 +94,17 @@ function describe(invoice) {
 // | split               | not of a bag, which was split when it was taken in: what comes out of it stays on its ticket |
 exports.finish = function (invoice) {
   describe(invoice);
+  if (!invoice.isAdd) invoice.amountPaid = tickets.stored(invoice).paid;
   invoice.invoiceDone2();
   Session.finishing = { leastAhead: invoice.getMinimumPrepay(), paid: invoice.amountPaid, days: daysOf(invoice), carried: carriedOf(invoice) };
   if (invoice.isAdd && !Session.isDatePicked && !invoice.counterSaleOnly) {
     invoice.adjustDueDatesForRoute(invoice.custSeqNumber);
     invoice.adjustDueDatesForWorkload();
   }
+  var days = daysOf(invoice);
+  Object.keys(days).forEach(function (department) {
+    if (text.day(days[department]) === text.day(Session.finishing.days[department])) delete Session.finishing.days[department];
+  });
   if (!invoice.isQuickInvoice() && invoice.isSplitInvoice()) {
     invoice.splitInvoice(tickets.saveAction(invoice));
     exports.parts(invoice).forEach(function (part) { carry(part, Session.finishing.carried); });
@@ -121,6 +126,15 @@ exports.reopen = function () {
   });
   invoice.recalculatePrepay();
   Session.finished = false;
+};
+
+// What happened to a saved ticket while it was written on, in words; nothing when it is as it was.
+exports.conflict = function (invoice) {
+  if (invoice.isAdd) return "";
+  var now = tickets.stored(invoice);
+  if (now.isOut) return "This ticket has been handed out meanwhile.";
+  if (now.changed !== Session.changed) return "This ticket has been changed at another counter meanwhile. Give it up and call it up again.";
+  return now.paid !== Session.finishing.paid ? "Something was paid on this ticket meanwhile: finish it again." : "";
 };
 
 exports.isMissingSeals = function (invoice) {

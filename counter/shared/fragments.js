@@ -4,25 +4,14 @@ var text = Server.include("shared/text.js");
 // The fragments carry styles of their own, which the security policy does not admit: they are kept as data.
 function plain(fragment) { return fragment.replace(/ style="/g, " data-style=\""); }
 
-// The offers on the ticket, which have no line of a department, with a way to take them off; and the loyalty offers that
-// the customer has.
+// The coupons on the ticket, which have no line of a department, with a way to take them off.
 function offers(invoice) {
   var lines = invoice.lineItems.Clone();
-  lines.Filter = "itemType='CU' or itemType='LY'";
+  lines.Filter = "itemType='CU'";
   var applied = text.rows(lines, function (field) {
     return "<p>" + text.encoded(field("itemName")) + " " + text.money(-field("lineItemTotal")) + " <button class=\"quiet\" data-offer=\"" + field("lineNumber") + "\">Take off</button></p>";
   }).join("");
-  return applied + (Session.hasLoyalty ? loyalties(invoice) : "");
-}
-
-// The table of offers is one for loyalty and coupons: it goes back to the coupons.
-function loyalties(invoice) {
-  invoice.getQualifyingLoyalty();
-  var list = text.rows(invoice.getDisplayCouponRst(), function (field) {
-    return invoice.lineItemExists("LY", field("discountId")) ? "" : "<button data-loyalty=\"" + field("discountId") + "\">" + text.encoded(field("discountName")) + "</button>";
-  }).join("");
-  invoice.getQualifyingCoupons();
-  return list && "<p>Loyalty: " + list + "</p>";
+  return applied;
 }
 
 // What changes with every click.

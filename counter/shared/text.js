@@ -33,10 +33,16 @@ exports.numbers = function (value) {
   return String(value || "").split("-").map(exports.whole).filter(function (one) { return one > 0; }).slice(0, 40);
 };
 
-// An amount of money that was keyed in, in dollars; 0 for anything else.
+// Dollars that were keyed in, with commas between thousands only; null for anything else.
+exports.dollars = function (value) {
+  var digits = exports.clean(value, 20).replace(/^\s*\$?|\s+$/g, "");
+  if (!/^(\d{1,5}|\d{1,2},\d{3})?(\.\d{0,2})?$/.test(digits) || !/\d/.test(digits)) return null;
+  return Number(digits.replace(",", ""));
+};
+
+// An amount of money above nothing, or 0.
 exports.amount = function (value) {
-  var number = Number(String(value).substr(0, 20).replace(/[$,\s]/g, ""));
-  return number > 0 && number <= 99999 ? Math.round(number * 100) / 100 : 0;
+  return exports.dollars(value) || 0;
 };
 
 // The rows of a Recordset as the results of a function that gets its fields by name.

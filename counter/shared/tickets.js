@@ -28,9 +28,9 @@ function take(invoice, action) {
   Session.invoice = invoice;
   Session.finished = false;
   Session.isDatePicked = action === "edit";
+  Session.changed = action === "edit" ? exports.stored(invoice).changed : "";
   desk.begin("invoice");
   Session.tables = "invoice" + desk.numberOf("invoice");
-  Session.hasLoyalty = !Database.query("select discountId from loyaltyCustomerOffers where customerSequenceNumber = " + invoice.custSeqNumber).EOF;
   invoice.groupSimilarItems = groups();
 }
 
@@ -86,6 +86,13 @@ exports.meant = function (number) {
 // A ticket with something on it that another one would push aside.
 exports.isWriting = function () {
   return !!Session.invoice && (Session.finished || !Session.invoice.isInvoiceEmpty());
+};
+
+// A saved ticket as it stands in the store by now.
+exports.stored = function (invoice) {
+  var found = Database.query("select ticketStatus, amountPaid, lastModifiedDate from Ticket where ticketNumber = " + invoice.ticketNo);
+  return { isOut: found.EOF || found.Fields("ticketStatus").Value === "FI" || found.Fields("ticketStatus").Value === "VO",
+           paid: found.EOF ? 0 : found.Fields("amountPaid").Value, changed: found.EOF ? "" : String(found.Fields("lastModifiedDate").Value) };
 };
 
 exports.saveAction = function (invoice) {

@@ -3,6 +3,7 @@
 var desk = Server.include("shared/desk.js");
 var text = Server.include("shared/text.js");
 var cards = Server.include("shared/cards.js");
+var tickets = Server.include("shared/tickets.js");
 var customers = Server.include("shared/customers.js");
 
 // The tenders that the counter takes by hand: what their reference is called, and whether change is given on them.
@@ -35,6 +36,7 @@ exports.start = function (customerId, numbers, action) {
   session.initStorePaymentTypeInfo();
   Session.pickup = session;
   numbers.forEach(exports.add);
+  exports.refresh(session);
 };
 
 // The visit that the request is about, with its tickets as they stand now; null when it is another one by now.
@@ -44,6 +46,27 @@ exports.meant = function (number) {
   return Session.pickup;
 };
 
+// What the tickets cost less than the session says when their prepay discount is taken: surcharges and taxes follow it.
+function excess(session) {
+  if (!session.isPrepay()) return 0;
+  return exports.numbers().reduce(function (sum, number) {
+    var ticket = session.pickupInvoices.Item(number);
+    if (!(ticket.prepayDiscount > 0)) return sum;
+    var invoice = tickets.made();
+    invoice.getExistingDetails(number);
+    invoice.setStoreDays(desk.place().store);
+    invoice.applyPrepay(true);
+    invoice.invoiceDone2();
+    return sum + ticket.invoiceTotal - ticket.prepayDiscount - invoice.getInvoiceAmountToPay();
+  }, 0);
+}
+
+function open(session) {
+  return Math.round((session.getTotal() - session.getPrepayDiscount() - Session.tillExcess - session.getAmountPaid()) * 100) / 100;
+}
+exports.due = function (session) { return Math.max(open(session), 0); };
+exports.change = function (session) { return Math.min(Math.max(-open(session), 0), session.getCashPaid()); };
+
 // Tickets, gift cards and card sales as they stand now: another counter may have been at them since. True when the
 // tickets are as they were shown.
 exports.refresh = function (session) {
@@ -51,6 +74,8 @@ exports.refresh = function (session) {
   var sums = [session.getTotal(), session.getAmountPrepaid(), session.getPrepayDiscount()].join();
   var isSame = Session.tillSums === sums;
   Session.tillSums = sums;
+  Session.tillExcess = excess(session);
+  Session.tables = "";
   return isSame;
 };
 
@@ -109,12 +134,13 @@ exports.referenceOf = function (type, value) {
 exports.tenderTrouble = function (session, type, amount, reference) {
   var known = exports.tendersHere(session).filter(function (one) { return one[0] === type; })[0];
   if (!known) return "There is no such tender.";
+  if (!exports.numbers().length) return "No ticket is chosen.";
   if (!amount) return "This is not an amount.";
   if (known[1] && !reference) return known[1] + " is missing.";
   // It goes into the books as it stands.
   if (!/^[\w .#\/-]*$/.test(reference)) return known[1] + " takes letters and digits only.";
   if (reference.replace(/\D/g, "").length > 12) return "This looks like the number of a payment card.";
-  if (!known[2] && amount > session.getAmountDue()) return "No change is given on this: take " + text.money(session.getAmountDue()) + " at most.";
+  if (!known[2] && amount > exports.due(session)) return "No change is given on this: take " + text.money(exports.due(session)) + " at most.";
   return type === "GiftCard" ? giftCardTrouble(session, reference, amount) : "";
 };
 
@@ -130,8 +156,8 @@ exports.unusedSales = function (session) {
 
 function amounts(session) {
   var discount = session.getPrepayDiscount();
-  return [["Total", session.getTotal()]].concat(discount ? [["Prepay discount", -discount]] : []).concat(
-    [["Paid", session.getAmountPaid()], ["Change", session.getChangeDue()], ["Due", session.getAmountDue()]]);
+  return [["Total", session.getTotal()]].concat(discount ? [["Prepay discount", -discount - Session.tillExcess]] : []).concat(
+    [["Paid", session.getAmountPaid()], ["Change", exports.change(session)], ["Due", exports.due(session)]]);
 }
 
 function tenderRows(session) {
@@ -189,7 +215,7 @@ exports.coupons = function (session) {
 
 exports.canPay = function (session) {
   if (!exports.numbers().length || cards.waiting(session.custSeqNumber)) return false;
-  return session.isPrepay() ? session.payments.RecordCount > 0 : session.getAmountDue() <= 0;
+  return session.isPrepay() ? session.payments.RecordCount > 0 : exports.due(session) <= 0;
 };
 
 exports.parts = function (session) {
@@ -200,7 +226,7 @@ exports.parts = function (session) {
     amounts: amounts(session).map(function (row) {
       return "<div class=\"total\"><div class=\"value\">" + text.money(row[1]) + "</div><div class=\"name\">" + row[0] + "</div></div>";
     }).join(""),
-    due: session.getAmountDue(),
+    due: exports.due(session),
     canPay: exports.canPay(session)
   };
 };

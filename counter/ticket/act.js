@@ -17,6 +17,7 @@ try {
   // What the clerk can mend is said on the screen; what is broken goes to the log.
   if (error.number) throw error;
   problem = error.message;
+  line = Number(click.line) || 0;
 }
 var answer = fragments.paper(invoice, line);
 answer.problem = problem;

@@ -257,7 +257,7 @@ HttpRequest requestOf(const httplib::Request& source) {
 //
 // | what                                        | status | since                                            |
 // |---------------------------------------------|--------|--------------------------------------------------|
-// | a length that is told twice                 | 400    | a proxy may believe the other one                |
+// | a length or a host that is told twice       | 400    | a proxy may believe the other one                |
 // | a body of anything but a POST               | 400    | it stays unread and would be the next request    |
 // | a body without a length                     | 411    | its limit is known only when it is all there     |
 // | a path that is too long                     | 414    |                                                  |
@@ -265,8 +265,8 @@ HttpRequest requestOf(const httplib::Request& source) {
 // | parts of an answer                          | 416    | many parts are more than the whole               |
 int refusalOf(const httplib::Request& request) {
   const size_t lengths = request.get_header_value_count("Content-Length");
-  if (lengths > 1) return 400;
-  if (request.has_header("Transfer-Encoding")) return 411;
+  if (lengths > 1 || request.get_header_value_count("Host") > 1) return 400;
+  if (request.has_header("Transfer-Encoding") || (lengths == 0 && request.method == "POST")) return 411;
   const bool hasBody = lengths == 1 && request.get_header_value("Content-Length") != "0";
   if (hasBody && request.method != "POST") return 400;
   if (request.path.size() > kLongestPath) return 414;

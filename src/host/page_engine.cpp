@@ -16,6 +16,8 @@ namespace {
 constexpr const char* kSource = "Host";
 constexpr size_t kLongestPrint = 2000;
 constexpr size_t kLongestKept = 64 << 10;
+// For those who want to work alone.
+constexpr std::chrono::seconds kLongestQueue{20};
 
 // What the host says of every answer; a page does not.
 constexpr std::array<std::string_view, 11> kHostHeaders = {"set-cookie",
@@ -140,6 +142,7 @@ void PageEngine::defineFunctions() {
   define("signIn",
          [this](Arguments given) { return Variant(owner_.signIn(given[0].toText(), given[1].toText())); });
   define("token", [this](Arguments) { return Variant(owner_.token()); });
+  action("alone", [this](Arguments) { workAlone(); });
   action("answer", [this](Arguments given) {
     answer_.status = given[0].toLong();
     answer_.body = given[1].toText();
@@ -203,6 +206,7 @@ PageAnswer PageEngine::run(const PageRequest& request, PageRun& run) {
   const ScriptOutcome outcome = engine_.run("__serve('" + request.page + "')", "host");
   if (outcome.failure) answerFailure(*outcome.failure);
   dropTransaction();
+  alone_ = {};
   run.total = std::chrono::steady_clock::now() - start;
   run.database = database_.time - before.time;
   run.library = std::max(engine_.libraryTime() - libraryBefore - run.database, std::chrono::nanoseconds{0});
@@ -211,6 +215,14 @@ PageAnswer PageEngine::run(const PageRequest& request, PageRun& run) {
   request_ = nullptr;
   run_ = nullptr;
   return std::move(answer_);
+}
+
+// Until the page ends.
+void PageEngine::workAlone() {
+  if (alone_.owns_lock()) return;
+  alone_ = std::unique_lock(*surroundings_->alone, kLongestQueue);
+  if (!alone_.owns_lock())
+    throw Error(ErrorNumber::InvalidCall, kSource, "Another page has worked alone for too long");
 }
 
 // A transaction that outlived its request would hold the database's lock until the next click.

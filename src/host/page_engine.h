@@ -4,6 +4,7 @@
 #include <chrono>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,6 +31,8 @@ struct PageSurroundings {
   size_t scriptMemory = 0;  // bytes
   size_t answerSize = 0;    // bytes
   OpenConnections openConnections = std::make_shared<std::atomic<size_t>>(0);
+  // Held by the one page that works alone.
+  std::shared_ptr<std::timed_mutex> alone = std::make_shared<std::timed_mutex>();
 };
 
 // What the pages of a session ask their host. Runs on the thread that runs the page.
@@ -96,6 +99,7 @@ class PageEngine {
   void compile(const std::string& name);
   void answerFailure(const ScriptFailure& failure);
   void dropTransaction();
+  void workAlone();
 
   std::shared_ptr<const PageSurroundings> surroundings_;
   PageOwner& owner_;
@@ -106,6 +110,7 @@ class PageEngine {
   const PageRequest* request_ = nullptr;
   PageRun* run_ = nullptr;
   PageAnswer answer_;
+  std::unique_lock<std::timed_mutex> alone_;
   std::string kept_ = "{}";
   std::map<std::string, std::string> versions_;  // of the scripts that are compiled
   ScriptEngine engine_;                          // last: its objects go first

@@ -5,7 +5,7 @@ namespace ondrel {
 const std::string_view kPageScript = R"js((function (global) {
   "use strict";
   var host = {};
-  ["answer", "changed", "clerk", "compile", "doubtful", "encode", "header", "keep", "now", "recall", "record",
+  ["alone", "answer", "changed", "clerk", "compile", "doubtful", "encode", "header", "keep", "now", "recall", "record",
    "request", "room", "setting", "settleDoubt", "signIn", "signOut", "token", "workDone"].forEach(function (name) {
     host[name] = global["host_" + name];
     delete global["host_" + name];
@@ -133,6 +133,7 @@ const std::string_view kPageScript = R"js((function (global) {
     },
     include: include,
     recorded: recorded,
+    alone: function () { host.alone(); },
     doubtful: function () { return host.doubtful(); },
     settleDoubt: function () { host.settleDoubt(); },
     now: function () { return host.now(); },
