@@ -6,7 +6,7 @@ var text = Server.include("shared/text.js");
 var till = Server.include("shared/till.js");
 var customers = Server.include("shared/customers.js");
 
-if (!Server.doubtful() || !desk.openWorks().length) return Response.redirect("/");
+// What was answered is done again when the work is brought back once more, and nothing is in doubt then.
 if (Request.method === "POST") {
   if (desk.works.some(function (work) { return work[0] === Request.form.done; })) delete Session[Request.form.done];
   // Tenders may have been booked: the visit begins again without them.
@@ -15,6 +15,8 @@ if (Request.method === "POST") {
   desk.workDone();
   return Response.redirect("/");
 }
+
+if (!Server.doubtful() || !desk.openWorks().length) return Response.redirect("/");
 
 function ticketRows(id) {
   return customers.openTickets(id).map(function (ticket) {

@@ -35,7 +35,7 @@ exports.start = function (customerId, numbers, action) {
   session.userAction = action;
   session.initStorePaymentTypeInfo();
   Session.pickup = session;
-  numbers.forEach(exports.add);
+  numbers.forEach(put);
   exports.refresh(session);
 };
 
@@ -105,11 +105,13 @@ exports.numbers = function () {
   return Session.pickup.pickupInvoices.Keys().map(Number);
 };
 
+function put(number) {
+  if (Session.pickup.isPrepay()) Session.pickup.addInvoiceToPrepay(number);
+  else Session.pickup.addInvoiceToPickup(number);
+}
 exports.add = function (number) {
-  var session = Session.pickup;
-  if (session.isPrepay()) session.addInvoiceToPrepay(number);
-  else session.addInvoiceToPickup(number);
-  exports.refresh(session);
+  put(number);
+  exports.refresh(Session.pickup);
 };
 
 function total(session, test) {

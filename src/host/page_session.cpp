@@ -107,7 +107,7 @@ void PageSession::beforeCommit() {
 }
 
 void PageSession::settleDoubt() {
-  if (!std::exchange(isDoubtful_, false)) return;
+  if (replayed_ || !std::exchange(isDoubtful_, false)) return;
   journal_->certain();
 }
 

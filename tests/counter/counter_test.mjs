@@ -316,6 +316,16 @@ test("what may have been saved when the host ended is for the clerk to tell", as
   await page.getByRole("button", { name: "It is not done" }).click();
   await page.goto(`${host.address}/ticket`);
   assert.equal(await page.locator(".lineitem").count(), 1);
+  await host.stop();
+  host.interruptCommit();
+  await host.start();
+  await page.goto(`${host.address}/ticket`);
+  await page.getByRole("button", { name: "It is done: put it away" }).click();
+  // What was answered holds when the host is started anew once more.
+  await host.stop();
+  await host.start();
+  await page.goto(`${host.address}/ticket`);
+  await page.getByText("No ticket is being written.").waitFor();
 });
 
 test("what is changed behind Finish is finished again", async () => {
