@@ -7,6 +7,7 @@
 
 #include "automation/classes/class_tables.h"
 #include "base/text.h"
+#include "support/folders.h"
 
 namespace ondrel {
 namespace {
@@ -20,7 +21,7 @@ struct DeclaredClass {
 
 // What stands between `public:` and `private:` of the class, without comments.
 std::string publicPart(const DeclaredClass& row) {
-  std::ifstream file(std::string(ONDREL_SOURCE_DIR) + "/src/" + row.header);
+  std::ifstream file(sourcePath("src/" + row.header));
   const std::string text(std::istreambuf_iterator<char>(file), {});
   const size_t start = text.find("public:", text.find("class " + row.name + " "));
   EXPECT_NE(start, std::string::npos) << row.header;

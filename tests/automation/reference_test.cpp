@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "support/error_of.h"
+#include "support/folders.h"
 
 namespace ondrel {
 namespace {
@@ -14,7 +15,7 @@ namespace {
 using ::testing::HasSubstr;
 
 TEST(Reference, IsCurrent) {
-  std::ifstream file(ONDREL_SOURCE_DIR "/docs/reference.md", std::ios::binary);
+  std::ifstream file(sourcePath("docs/reference.md"), std::ios::binary);
   const std::string kept(std::istreambuf_iterator<char>(file), {});
   EXPECT_TRUE(kept == describeClasses())
       << "docs/reference.md is behind the class tables: run scripts/reference";

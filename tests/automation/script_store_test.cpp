@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "automation/script/script_console.h"
+#include "support/folders.h"
 #include "support/store_fixture.h"
 
 namespace ondrel {
@@ -189,7 +190,7 @@ TEST(Examples, RunToTheirEndInTheSampleStore) {
   ConsoleOptions options;
   options.now = Date::of(2026, 11, 24, 10, 30);
   int count = 0, exitCode = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(ONDREL_SOURCE_DIR "/examples")) {
+  for (const auto& entry : std::filesystem::directory_iterator(sourcePath("examples"))) {
     if (entry.path().extension() != ".js") continue;
     ++count;
     std::ifstream file(entry.path());

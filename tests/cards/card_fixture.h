@@ -12,6 +12,7 @@
 
 #include "cards/credit_card_processing.h"
 #include "support/error_of.h"
+#include "support/folders.h"
 #include "support/store_fixture.h"
 #include "support/temporary_folder.h"
 
@@ -47,10 +48,11 @@ class CardTest : public StoreTest {
   // Starts the card program; see its table of amounts. Sleeps are a hundred times shorter from here on.
   void startSimulator(const char* delayMs = "5") {
     cardClock->haste = 100;
+    const std::string program = buildPath("card_simulator");
     simulator_ = ::fork();
     if (simulator_ != 0) return;
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // it does not outlive a test that crashes
-    ::execl(ONDREL_BINARY_DIR "/card_simulator", "card_simulator", folder.c_str(), delayMs, nullptr);
+    ::execl(program.c_str(), "card_simulator", folder.c_str(), delayMs, nullptr);
     ::_exit(127);
   }
   CreditCardFieldsRef visa() const {

@@ -9,6 +9,7 @@
 
 #include "data/embedded/embedded_store.h"
 #include "host_fixture.h"
+#include "support/folders.h"
 
 extern char** environ;
 
@@ -31,16 +32,11 @@ class ServeTest : public HostTest {
   void serve() {
     int output[2] = {};
     ASSERT_EQ(::pipe(output), 0);
-    std::vector<std::string> words = {ONDREL_BINARY_DIR "/ondrel",
-                                      "serve",
-                                      "--listen",
-                                      "127.0.0.1:0",
-                                      "--db",
-                                      "Driver=Embedded;Database=" + database,
-                                      "--pages",
-                                      options.pages,
-                                      "--log",
-                                      folder / "log"};
+    std::vector<std::string> words = {
+        buildPath("ondrel"), "serve",       "--listen",
+        "127.0.0.1:0",       "--db",        "Driver=Embedded;Database=" + database,
+        "--pages",           options.pages, "--log",
+        folder / "log"};
     std::vector<char*> arguments;
     for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);

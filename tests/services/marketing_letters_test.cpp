@@ -5,6 +5,7 @@
 #include <set>
 
 #include "support/error_of.h"
+#include "support/folders.h"
 #include "support/store_fixture.h"
 #include "support/temporary_folder.h"
 
@@ -74,7 +75,7 @@ TEST_F(MarketingLettersTest, PrintsByTheCommandOfTheSettings) {
 }
 
 TEST_F(MarketingLettersTest, TheExampleIsALetter) {
-  const fs::path example = ONDREL_SOURCE_DIR "/examples/letters";
+  const fs::path example = sourcePath("examples/letters");
   put("thank_you.rtf", contents(example / "thank_you.rtf"));
   put("addressees.csv", contents(example / "addressees.csv"));
   letters().mailMergeLetterToPrinter("thank_you.rtf", "addressees.csv");

@@ -4,12 +4,13 @@
 #include <set>
 
 #include "base/text.h"
+#include "support/folders.h"
 #include "web/panel_fixture.h"
 
 namespace ondrel {
 namespace {
 
-const std::string kGolden = ONDREL_SOURCE_DIR "/tests/web/golden/ticket.html";
+const std::string kGolden = sourcePath("tests/web/golden/ticket.html");
 
 // The panels of a file, each under the call that makes it, with a block a line. A fragment has no line ends.
 std::map<std::string, std::string> keptPanels() {

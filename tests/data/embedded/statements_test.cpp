@@ -8,6 +8,7 @@
 #include "data/embedded/embedded_store.h"
 #include "data/embedded/procedures/procedure.h"
 #include "data/odbc/odbc_connection.h"
+#include "support/folders.h"
 #include "support/odbc_double/odbc_double.h"
 
 namespace ondrel {
@@ -15,7 +16,7 @@ namespace {
 
 // Every statement that the library sends, with sample values, one a line.
 std::vector<std::string> statements() {
-  std::ifstream file(ONDREL_SOURCE_DIR "/tests/data/embedded/statements.sql");
+  std::ifstream file(sourcePath("tests/data/embedded/statements.sql"));
   std::vector<std::string> lines;
   for (std::string line; std::getline(file, line);)
     if (!line.empty()) lines.push_back(line);

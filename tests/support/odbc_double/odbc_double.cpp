@@ -1,4 +1,5 @@
 #include "support/odbc_double/odbc_double.h"
+#include "support/folders.h"
 
 #include <fmt/format.h>
 #include <sql.h>
@@ -129,7 +130,7 @@ class StoreSession : public ServerSession {
 
 std::string connectionStringOf(ServerDouble& server) {
   static std::atomic<int> counter{0};
-  return fmt::format("Driver={}/tests/libondrel_odbc_double.so;Backend={:x};Id={}", ONDREL_BINARY_DIR,
+  return fmt::format("Driver={};Backend={:x};Id={}", buildPath("tests/libondrel_odbc_double.so"),
                      reinterpret_cast<std::uintptr_t>(&server), ++counter);
 }
 
