@@ -1,9 +1,11 @@
 #include "data/odbc/odbc_connection.h"
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <tuple>
 
+#include "base/text.h"
 #include "data/odbc/odbc_target.h"
 #include "data/odbc/this_machine.h"
 
@@ -20,6 +22,16 @@ TargetRef targetOf(const ConnectionSettings& settings) {
   TargetRef& target = known[{settings.connectionString, settings.user, settings.password}];
   if (!target) target = std::make_shared<OdbcTarget>(odbcTarget(settings, thisMachine()));
   return target;
+}
+
+// True only for what is certain to change nothing, data that looks like a change aside.
+bool isPlainRead(std::string_view sql) {
+  const std::string text = toLower(trim(sql));
+  if (!text.starts_with("select")) return false;
+  for (const std::string_view change : {"insert", "update", "delete", "merge", "exec", "into", "tran",
+                                        "commit", "set ", "drop", "openquery", "openrowset", "truncate"})
+    if (text.find(change) != std::string::npos) return false;
+  return true;
 }
 
 class OdbcConnection : public Connection {
@@ -40,18 +52,11 @@ class OdbcConnection : public Connection {
     open_ = true;
   }
 
-  // A session that lay in the pool may have died there. Nothing was sent before a begin, so a new one can
-  // take its place; nothing else is ever sent twice.
   void begin() override {
-    OdbcSession& first = session();
-    try {
-      first.begin(loan_.reused);
-    } catch (const Error&) {
-      if (!loan_.reused || !first.isLost()) throw;
-      giveBack();
-      borrow(true);
-      loan_.session->begin();
-    }
+    onceMoreAfterALoss([this] {
+      session().begin();
+      return RecordsetRef();
+    });
     inTransaction_ = true;
   }
 
@@ -60,8 +65,8 @@ class OdbcConnection : public Connection {
     inTransaction_ = false;
   }
 
-  void execute(std::string_view sql) override { session().run(sql, false); }
-  RecordsetRef query(std::string_view sql) override { return session().run(sql, true); }
+  void execute(std::string_view sql) override { run(sql, false); }
+  RecordsetRef query(std::string_view sql) override { return run(sql, true); }
 
   void close() override {
     giveBack();
@@ -69,8 +74,39 @@ class OdbcConnection : public Connection {
   }
 
  private:
+  using Action = std::function<RecordsetRef()>;
+
+  RecordsetRef run(std::string_view sql, bool fetch) {
+    const Action send = [&] { return session().run(sql, fetch); };
+    return !inTransaction_ && isPlainRead(sql) ? onceMoreAfterALoss(send) : noticingALoss(send);
+  }
+
+  // A session that lay in the pool may have died there, as all do when the server is started anew. What changes
+  // nothing, a begin or a read, is then sent once more on a new one; nothing else ever is.
+  RecordsetRef onceMoreAfterALoss(const Action& action) {
+    try {
+      return noticingALoss(action);
+    } catch (const Error& error) {
+      const bool isDead = !loan_.session || loan_.session->isLost();
+      if (!loan_.reused || !isDead || error.code() == kTimeoutExpired) throw;
+    }
+    giveBack();
+    borrow(true);
+    return noticingALoss(action);
+  }
+
+  // With one session its idle neighbours are lost.
+  RecordsetRef noticingALoss(const Action& action) {
+    try {
+      return action();
+    } catch (const Error&) {
+      if (loan_.session && loan_.session->isLost()) pool_->closeIdle(*target_);
+      throw;
+    }
+  }
+
   // A lost session is replaced, unless a transaction went with it.
-  OdbcSession& session() {
+  TimedSession& session() {
     if (!open_)
       throw Error(ErrorNumber::ObjectClosed, kOdbcSource,
                   "Operation is not allowed when the connection is closed");

@@ -11,7 +11,6 @@
 namespace ondrel {
 namespace {
 
-constexpr auto kTimeoutExpired = static_cast<ErrorNumber>(-2147217871);  // the platform's number
 constexpr size_t kMessageLength = 4096;
 
 // "[vendor][driver][server]text", and the text itself may begin with a bracket.

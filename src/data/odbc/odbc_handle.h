@@ -11,6 +11,7 @@
 namespace ondrel {
 
 inline constexpr std::string_view kOdbcSource = "ODBC";
+inline constexpr auto kTimeoutExpired = static_cast<ErrorNumber>(-2147217871);  // the platform's number
 
 // A handle of the driver manager.
 class OdbcHandle {

@@ -5,8 +5,8 @@
 namespace ondrel {
 
 OdbcPool::OdbcPool(std::function<Clock::time_point()> now)
-    : now_(std::move(now)), environment_(SQL_HANDLE_ENV, nullptr) {
-  SQLSetEnvAttr(environment_.get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+    : now_(std::move(now)), environment_(std::make_shared<OdbcHandle>(SQL_HANDLE_ENV, nullptr)) {
+  SQLSetEnvAttr(environment_->get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
 }
 
 // Never destroyed: the drivers may be gone before the end of the process.
@@ -22,7 +22,7 @@ OdbcPool::Loan OdbcPool::borrow(const OdbcTarget& target, bool fresh) {
   if (loan.session && !loan.session->isLost()) return loan;
   loan = {};
   try {
-    return {std::make_unique<OdbcSession>(environment_.get(), target), false};
+    return {std::make_unique<TimedSession>(environment_, target), false};
   } catch (...) {
     const std::scoped_lock guard(mutex_);
     leave(groups_[target.text]);
@@ -55,7 +55,7 @@ OdbcPool::Loan OdbcPool::take(const OdbcTarget& target, bool fresh, Sessions& cl
   }
 }
 
-void OdbcPool::giveBack(const OdbcTarget& target, std::unique_ptr<OdbcSession> session) {
+void OdbcPool::giveBack(const OdbcTarget& target, std::unique_ptr<TimedSession> session) {
   bool useful = false;
   try {
     useful = session->reset() && target.pool.pooled && target.pool.idleSeconds > 0;
@@ -70,6 +70,13 @@ void OdbcPool::giveBack(const OdbcTarget& target, std::unique_ptr<OdbcSession> s
     group.idle.push_back({std::move(session), now_() + std::chrono::seconds(target.pool.idleSeconds)});
   leave(group);
   removeExpired(closing);
+}
+
+void OdbcPool::closeIdle(const OdbcTarget& target) {
+  Sessions closing;
+  const std::scoped_lock guard(mutex_);
+  for (Idle& idle : groups_[target.text].idle) closing.push_back(std::move(idle.session));
+  groups_[target.text].idle.clear();
 }
 
 int OdbcPool::idleCount(const OdbcTarget& target) {

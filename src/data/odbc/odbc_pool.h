@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "data/odbc/odbc_session.h"
 #include "data/odbc/odbc_target.h"
+#include "data/odbc/timed_session.h"
 
 namespace ondrel {
 
@@ -31,32 +31,34 @@ class OdbcPool {
   static std::shared_ptr<OdbcPool> ofProcess();
 
   struct Loan {
-    std::unique_ptr<OdbcSession> session;
+    std::unique_ptr<TimedSession> session;
     bool reused = false;
   };
   // A connection, new where `fresh` says so or none is at hand.
   Loan borrow(const OdbcTarget& target, bool fresh = false);
-  void giveBack(const OdbcTarget& target, std::unique_ptr<OdbcSession> session);
+  void giveBack(const OdbcTarget& target, std::unique_ptr<TimedSession> session);
+  // Closes the connections to a database that nobody uses: the server behind them has gone.
+  void closeIdle(const OdbcTarget& target);
   // Connections to a database that nobody uses at the moment.
   int idleCount(const OdbcTarget& target);
 
  private:
   struct Idle {
-    std::unique_ptr<OdbcSession> session;
+    std::unique_ptr<TimedSession> session;
     Clock::time_point until;
   };
   struct Group {
     std::vector<Idle> idle;  // the one used last at the end
     int inUse = 0;
   };
-  using Sessions = std::vector<std::unique_ptr<OdbcSession>>;
+  using Sessions = std::vector<std::unique_ptr<TimedSession>>;
 
   Loan take(const OdbcTarget& target, bool fresh, Sessions& closing);
   void leave(Group& group);
   void removeExpired(Sessions& closing);
 
   std::function<Clock::time_point()> now_;
-  OdbcHandle environment_;
+  std::shared_ptr<OdbcHandle> environment_;
   std::mutex mutex_;
   std::condition_variable returned_;
   std::map<std::string, Group> groups_;  // by the text of the target

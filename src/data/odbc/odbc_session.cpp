@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "data/odbc/this_machine.h"
 
 namespace ondrel {
@@ -10,7 +12,18 @@ namespace {
 // Of the standard's version 3.8: the next statement finds the connection as if it were new.
 constexpr SQLINTEGER kResetConnection = 116;
 
+// Batches of a SQL Server. A commit without a transaction stays an error: what was to be committed is gone.
 constexpr std::string_view kTransactionCount = "select @@trancount";
+constexpr std::string_view kBegin = "if @@trancount > 0 rollback transaction begin transaction";
+constexpr std::string_view kCommit = "commit transaction while @@trancount > 0 commit transaction";
+constexpr std::string_view kRollback = "if @@trancount > 0 rollback transaction";
+
+// True as well for a statement that only has the letters in its data, which costs a round trip.
+bool speaksOfTransactions(std::string_view sql) {
+  constexpr std::string_view kWord = "tran";
+  return std::search(sql.begin(), sql.end(), kWord.begin(), kWord.end(),
+                     [](char c, char letter) { return (c | 0x20) == letter; }) != sql.end();
+}
 
 SQLPOINTER number(std::uintptr_t value) {
   return reinterpret_cast<SQLPOINTER>(value);
@@ -36,10 +49,7 @@ void refuseTrafficLog(const OdbcHandle& connection) {
 
 // The driver would complete the connection string, password included; nobody takes it.
 OdbcSession::OdbcSession(SQLHANDLE environment, const OdbcTarget& target)
-    : password_(target.password),
-      connection_(SQL_HANDLE_DBC, environment),
-      beginsAtOnce_(target.beginsAtOnce),
-      beginsLater_(target.beginsLater) {
+    : password_(target.password), connection_(SQL_HANDLE_DBC, environment), isSqlServer_(target.isSqlServer) {
   refuseTrafficLog(connection_);
   SQLSetConnectAttr(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT,
                     number(static_cast<std::uintptr_t>(target.loginSeconds)), SQL_IS_UINTEGER);
@@ -63,7 +73,9 @@ OdbcSession::OdbcSession(SQLHANDLE environment, const OdbcTarget& target)
 
 OdbcSession::~OdbcSession() {
   statement_ = {};
-  if (state_ == State::InTransaction || state_ == State::Over) endTransaction(SQL_ROLLBACK);
+  // A SQL Server rolls back by itself when a connection ends.
+  if (!isSqlServer_ && (state_ == State::InTransaction || state_ == State::Over))
+    endTransaction(SQL_ROLLBACK);
   SQLDisconnect(connection_.get());
 }
 
@@ -79,12 +91,14 @@ void OdbcSession::setTimeout(int seconds) {
 
 RecordsetRef OdbcSession::run(std::string_view sql, bool fetch) {
   requireUse();
+  if (speaksOfTransactions(sql)) mayBeOpen_ = true;
   try {
     RecordsetRef table = runOnce(sql, fetch);
-    if (state_ == State::InTransaction && !open_) open_ = !beginsLater_ || transactionCount().value_or(0) > 0;
+    isOpen_ = true;
     return table;
   } catch (const Error&) {
-    if (state_ == State::InTransaction && open_) noteRollback();
+    mayBeOpen_ = true;
+    if (state_ == State::InTransaction && isOpen_) noteRollback();
     throw;
   }
 }
@@ -148,24 +162,32 @@ SQLRETURN OdbcSession::setAutocommit(bool on) {
                            number(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER);
 }
 
+// What went wrong stays to be asked for: of a SQL Server the statement, else the connection.
 SQLRETURN OdbcSession::endTransaction(SQLSMALLINT how) {
-  return SQLEndTran(SQL_HANDLE_DBC, connection_.get(), how);
+  if (!isSqlServer_) return SQLEndTran(SQL_HANDLE_DBC, connection_.get(), how);
+  SQLFreeStmt(statement_.get(), SQL_CLOSE);
+  const std::string_view sql = how == SQL_COMMIT ? kCommit : kRollback;
+  SQLRETURN code = SQLExecDirect(statement_.get(), characters(sql), static_cast<SQLINTEGER>(sql.size()));
+  while (succeeded(code)) code = SQLMoreResults(statement_.get());
+  return code == SQL_NO_DATA ? SQL_SUCCESS : code;
 }
 
-void OdbcSession::begin(bool probing) {
+void OdbcSession::begin() {
   requireUse();
   if (state_ == State::InTransaction)
     throw Error(ErrorNumber::StatementFailed, kOdbcSource,
                 "Only one transaction can be active on this connection");
   try {
-    check(setAutocommit(false), connection_);
-    if (probing && beginsLater_) runOnce(kTransactionCount, true);
+    if (isSqlServer_)
+      runOnce(kBegin, false);
+    else
+      check(setAutocommit(false), connection_);
   } catch (const Error&) {
-    state_ = State::Lost;  // nobody knows whether autocommit is off now
+    state_ = State::Lost;  // nobody knows whether a transaction is open now
     throw;
   }
   state_ = State::InTransaction;
-  open_ = beginsAtOnce_;
+  isOpen_ = isSqlServer_;
 }
 
 // Ending a transaction opens the next with one driver; the switch back closes that.
@@ -174,20 +196,23 @@ void OdbcSession::commit() {
   if (state_ != State::InTransaction)
     throw Error(ErrorNumber::StatementFailed, kOdbcSource, "No transaction is active");
   if (!succeeded(endTransaction(SQL_COMMIT))) {
-    const OdbcDiagnosis said = diagnosisOf(connection_, password_);
+    const OdbcDiagnosis said = diagnosisOf(isSqlServer_ ? statement_ : connection_, password_);
     const bool lost = said.isConnectionLoss() || isLost();
     state_ = State::Over;
     reason_ = "it is not known whether it was committed";
     raise(said, lost, "The commit failed, and it is not known whether the server made it: ");
   }
+  mayBeOpen_ = false;
   state_ = State::Free;
-  if (!succeeded(setAutocommit(true))) state_ = State::Lost;
+  if (!isSqlServer_ && !succeeded(setAutocommit(true))) state_ = State::Lost;
 }
 
 bool OdbcSession::reset() {
   if (state_ == State::Over || state_ == State::Lost) return false;
-  if (state_ == State::InTransaction) {
-    if (!succeeded(endTransaction(SQL_ROLLBACK)) || !succeeded(setAutocommit(true))) return false;
+  if (state_ == State::InTransaction || mayBeOpen_) {
+    if (!succeeded(endTransaction(SQL_ROLLBACK))) return false;
+    if (!isSqlServer_ && !succeeded(setAutocommit(true))) return false;
+    mayBeOpen_ = false;
     state_ = State::Free;
   }
   if (isLost()) return false;

@@ -16,6 +16,11 @@ inline constexpr int kOdbcTimeoutSeconds = 30;
 // One connection of the driver manager. Statements go to the server as plain batches and their whole result
 // comes at once, so nothing is open on the server between them. A failure raises Error; nothing is retried.
 //
+// A SQL Server begins and ends its transactions by batches, a round trip each, and autocommit stays on. Another
+// store does by the driver's autocommit. A procedure that fails behind its own begin, or a page's own, leaves
+// a transaction open on the server that nobody here began: `commit` commits it with the rest, `begin` and
+// `reset` roll it back.
+//
 // | a failure                            | in a transaction                   | outside of one    |
 // |--------------------------------------|------------------------------------|-------------------|
 // | of a statement                       | it goes on                         |                   |
@@ -32,14 +37,14 @@ class OdbcSession {
 
   // Seconds a statement may take; 0 is no limit.
   void setTimeout(int seconds);
-  // With `probing` the server is heard from before anything is sent, whenever the driver begins.
-  void begin(bool probing = false);
+  void begin();
   void commit();
   // Runs a statement with all of its results. With `fetch` its first result with columns, or a table that is
   // not open when it has none; without, nothing.
   RecordsetRef run(std::string_view sql, bool fetch);
 
-  // Discards what is open and readies the session for another user; false when it is of no more use.
+  // Discards what is open and readies the session for another user; false when it is of no more use. The server
+  // is asked only where it may have a transaction open.
   bool reset();
   // Asks the driver, not the server.
   bool isLost();
@@ -64,10 +69,10 @@ class OdbcSession {
   OdbcHandle statement_;
   OdbcResult result_;
   State state_ = State::Free;
-  bool beginsAtOnce_ = false;
-  bool beginsLater_ = false;
-  bool open_ = false;   // the transaction is known to be open on the server
-  std::string reason_;  // why it is over
+  bool isSqlServer_ = false;
+  bool isOpen_ = false;     // the transaction is open on the server; some drivers begin with a statement
+  bool mayBeOpen_ = false;  // something was sent that may have left another one open
+  std::string reason_;      // why it is over
   int timeoutSeconds_ = -1;
 };
 

@@ -13,8 +13,12 @@ namespace {
 
 constexpr std::string_view kSource = "ODBC";
 
-// FreeTDS, the driver of the server's maker, or one of another store.
-enum class Family { FreeTds, Maker, Other };
+// FreeTDS, the driver of the server's maker, or one of another store, which may be a file.
+enum class Family { FreeTds, Maker, Other, File };
+
+bool isServers(Family family) {
+  return family == Family::FreeTds || family == Family::Maker;
+}
 
 bool contains(std::string_view text, std::string_view part) {
   return toLower(text).find(part) != std::string::npos;
@@ -31,6 +35,7 @@ Family familyOf(std::string_view driver, const OdbcMachine& machine) {
   const bool isLibrary = name.empty() || name.find('/') != std::string::npos;
   const std::string library = isLibrary ? name : machine.driverLibrary(name);
   if (contains(library, "tdsodbc")) return Family::FreeTds;
+  if (contains(library, "sqlite")) return Family::File;
   if (contains(library, "msodbcsql") || contains(library, "sqlncli")) return Family::Maker;
   if (contains(name, "freetds") || contains(name, "tdsodbc")) return Family::FreeTds;
   return contains(name, "sql server") ? Family::Maker : Family::Other;
@@ -42,10 +47,15 @@ Family familyOf(std::string_view driver, const OdbcMachine& machine) {
 
 // ---- values
 
-bool isYes(std::string_view value) {
-  for (const std::string_view word : {"yes", "true", "on", "1", "sspi", "mandatory", "require", "required"})
-    if (equalsIgnoringCase(value, word)) return true;
-  return false;
+// A value that is neither is refused: taken for a no, it would send a password in the clear.
+bool isYes(std::string_view name, std::string_view value) {
+  const auto isOneOf = [&](std::initializer_list<std::string_view> words) {
+    return std::any_of(words.begin(), words.end(),
+                       [&](std::string_view word) { return equalsIgnoringCase(value, word); });
+  };
+  if (isOneOf({"yes", "true", "on", "1", "sspi", "mandatory", "require", "required"})) return true;
+  if (isOneOf({"", "no", "false", "off", "0", "optional"})) return false;
+  fail(ErrorNumber::InvalidArgument, fmt::format("{} in the connection string is neither yes nor no", name));
 }
 
 int wholeNumber(const ConnectionPart& part, int least) {
@@ -219,6 +229,8 @@ void writeEncryption(Writer& out, const Parts& parts, const ChosenDriver& chosen
                      const OdbcMachine& machine) {
   std::string encrypt = parts.value(Keyword::Encrypt);
   if (chosen.family == Family::Maker) {
+    if (!equalsIgnoringCase(encrypt, "strict")) isYes("Encrypt", encrypt);
+    isYes("TrustServerCertificate", parts.value(Keyword::TrustCertificate));
     out.addUnlessEmpty("Encrypt", encrypt);
     out.addUnlessEmpty("TrustServerCertificate", parts.value(Keyword::TrustCertificate));
     return;
@@ -227,7 +239,7 @@ void writeEncryption(Writer& out, const Parts& parts, const ChosenDriver& chosen
     encrypt = machine.sourceValue(chosen.source, "Encrypt");
   if (equalsIgnoringCase(encrypt, "strict"))
     fail(ErrorNumber::ProviderFailure, "FreeTDS has no strict encryption");
-  if (isYes(encrypt)) out.add("Encryption", "require");
+  if (isYes("Encrypt", encrypt)) out.add("Encryption", "require");
 }
 
 // For the two drivers of a SQL Server:
@@ -245,7 +257,7 @@ void writeServerParts(Writer& out, const Parts& parts, const ChosenDriver& chose
   if (chosen.family == Family::FreeTds) out.add("ClientCharset", "UTF-8");
   writeServer(out, parts, chosen);
   out.addUnlessEmpty("Database", parts.value(Keyword::Database));
-  if (isYes(parts.value(Keyword::Trusted))) {
+  if (isYes("Trusted_Connection", parts.value(Keyword::Trusted))) {
     out.add("Trusted_Connection", "yes");
   } else {
     out.addUnlessEmpty("UID", parts.value(Keyword::User));
@@ -284,7 +296,7 @@ std::string targetText(const Parts& parts, const ChosenDriver& chosen, const Odb
     out.add("Driver", chosen.driver);
   else
     out.add("DSN", chosen.source);
-  if (chosen.family != Family::Other) {
+  if (isServers(chosen.family)) {
     writeServerParts(out, parts, chosen, machine);
   } else {
     for (const ConnectionPart& part : parts.all())
@@ -338,11 +350,11 @@ OdbcTarget odbcTarget(const ConnectionSettings& settings, const OdbcMachine& mac
   OdbcTarget target;
   target.text = targetText(parts, chosen, machine);
   target.password = parts.value(Keyword::Password);
-  target.beginsAtOnce = chosen.family == Family::FreeTds;
-  target.beginsLater = chosen.family == Family::Maker;
+  target.isSqlServer = isServers(chosen.family);
+  target.isRemote = chosen.family != Family::File;
   if (target.password.empty() && !chosen.source.empty())
     target.password = machine.sourceValue(chosen.source, "PWD");
-  if (const auto* part = parts.find(Keyword::Pooling)) target.pool.pooled = isYes(part->value);
+  if (const auto* part = parts.find(Keyword::Pooling)) target.pool.pooled = isYes(part->name, part->value);
   if (const auto* part = parts.find(Keyword::PoolSize)) target.pool.size = wholeNumber(*part, 1);
   if (const auto* part = parts.find(Keyword::PoolIdle)) target.pool.idleSeconds = wholeNumber(*part, 0);
   if (const auto* part = parts.find(Keyword::ConnectTimeout))

@@ -21,10 +21,10 @@ struct PoolSettings {
 
 // What the driver manager is to be told.
 struct OdbcTarget {
-  std::string text;           // for the driver manager; holds the password
-  std::string password;       // which must not be shown
-  bool beginsAtOnce = false;  // a transaction opens when autocommit goes off, not with the next statement
-  bool beginsLater = false;   // with the first statement that needs one; the server is asked whether it has
+  std::string text;          // for the driver manager; holds the password
+  std::string password;      // which must not be shown
+  bool isSqlServer = false;  // transactions begin and end by statements of its language
+  bool isRemote = true;      // there is a server, which may fall silent
   int loginSeconds = 15;
   PoolSettings pool;
 };
@@ -50,7 +50,7 @@ struct OdbcMachine {
 // | Connect Timeout                | seconds to wait for the server, and for a free connection           |
 //
 // Error ProviderFailure for a provider or a server without a driver, InvalidArgument for a string that does
-// not parse, ConnectionFailed for an option that writes traffic to a file, since card numbers
+// not parse or a switch that is neither on nor off, ConnectionFailed for an option that writes traffic to a file, since card numbers
 // pass, or that keeps settings in one. No value of the string stands in an error.
 OdbcTarget odbcTarget(const ConnectionSettings& settings, const OdbcMachine& machine);
 

@@ -105,6 +105,8 @@ TEST(OdbcTarget, TellsErrorsWithoutValues) {
       {"", ErrorNumber::ProviderFailure, "DBConnectionString is not set"},
       {"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=secret", ErrorNumber::ProviderFailure, "Provider cannot be found"},
       {"Provider=SQLOLEDB;Data Source=np:secret", ErrorNumber::ProviderFailure, "by TCP only"},
+      {"Driver=FreeTDS;Server=x;Encrypt=yess", ErrorNumber::InvalidArgument, "neither yes nor no"},
+      {"Provider=SQLOLEDB;Data Source=x;Encrypt={yes}", ErrorNumber::InvalidArgument, "neither yes nor no"},
       {"Driver=FreeTDS;Server=x;Encrypt=strict", ErrorNumber::ProviderFailure, "no strict"},
       {"DSN=secret", ErrorNumber::ProviderFailure, "no strict"},
       {"UID=secret;PWD=secret", ErrorNumber::ProviderFailure, "neither a driver"},

@@ -24,8 +24,6 @@ class ScriptedServer : public ServerDouble {
   void refuseConnections(Failure reason) { refusal_ = std::move(reason); }
   void failCommits(Failure failure) { commitFailure_ = std::move(failure); }
   void failAutocommit(Failure failure) { autocommitFailure_ = std::move(failure); }
-  // Autocommit is switched without a word to the server, as the maker's driver does.
-  void beginLater() { beginsLater_ = true; }
   // The connections that are there break; it shows when they are used next.
   void breakConnections() { broken_.insert(connections_.begin(), connections_.end()); }
   // The sessions fail at this statement as if the server went away.
@@ -45,7 +43,6 @@ class ScriptedServer : public ServerDouble {
   std::mutex mutex_;
   std::map<std::string, std::vector<ServerResult>, std::less<>> answers_;
   Failure refusal_, commitFailure_, autocommitFailure_;
-  bool beginsLater_ = false;
   std::string breakingStatement_;
   std::set<const ServerSession*> connections_, broken_;
   std::vector<std::string> log_;
@@ -98,7 +95,7 @@ class ScriptedSession : public ServerSession {
   Failure step(const std::string& name, const Failure& failure) {
     const std::scoped_lock guard(server_.mutex_);
     server_.note(name);
-    const Failure lost = server_.beginsLater_ && name.starts_with("<autocommit") ? std::nullopt : loss();
+    const Failure lost = loss();
     return lost ? lost : failure;
   }
 
