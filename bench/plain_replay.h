@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "base/text.h"
+#include "data/dialect/store_texts.h"
 #include "data/embedded/schema_reader.h"
-#include "data/embedded/store_texts.h"
 
 namespace ondrel {
 

@@ -8,12 +8,12 @@
 
 #include <filesystem>
 
+#include "data/dialect/shape.h"
+#include "data/dialect/store_texts.h"
 #include "data/embedded/embedded_connection.h"
 #include "data/embedded/embedded_store.h"
 #include "data/embedded/functions.h"
 #include "data/embedded/schema_reader.h"
-#include "data/embedded/shape.h"
-#include "data/embedded/store_texts.h"
 #include "data/embedded/translation.h"
 #include "data/query_database.h"
 

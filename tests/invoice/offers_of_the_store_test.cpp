@@ -1,4 +1,4 @@
-#include "data/embedded/procedures/offer_procedures.h"
+#include "data/dialect/procedures/offer_procedures.h"
 #include "invoice/pricing_story.h"
 
 namespace ondrel {

@@ -1,6 +1,6 @@
 #include "pickup/pickup_fixture.h"
 
-#include "data/embedded/procedures/procedure.h"
+#include "data/dialect/procedures/procedure.h"
 #include "support/failing_connection.h"
 
 namespace ondrel {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "data/embedded/procedures/procedure.h"
-#include "data/embedded/schema.h"
+#include "data/dialect/procedures/procedure.h"
+#include "data/dialect/schema.h"
 #include "data/embedded/session.h"
 
 namespace ondrel {

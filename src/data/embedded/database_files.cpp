@@ -9,9 +9,9 @@
 #include <unordered_map>
 #include <utility>
 
+#include "data/dialect/server_errors.h"
 #include "data/embedded/embedded_store.h"
 #include "data/embedded/schema_reader.h"
-#include "data/embedded/server_errors.h"
 
 namespace ondrel {
 namespace {

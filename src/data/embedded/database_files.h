@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "data/dialect/schema.h"
 #include "data/embedded/database.h"
-#include "data/embedded/schema.h"
 
 namespace ondrel {
 

@@ -4,9 +4,9 @@
 #include <fmt/format.h>
 
 #include "base/text.h"
+#include "data/dialect/function_table.h"
+#include "data/dialect/server_errors.h"
 #include "data/embedded/function_groups.h"
-#include "data/embedded/function_table.h"
-#include "data/embedded/server_errors.h"
 
 namespace ondrel {
 namespace {

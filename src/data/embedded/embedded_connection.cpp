@@ -1,9 +1,9 @@
 #include "data/embedded/embedded_connection.h"
 
 #include "base/text.h"
+#include "data/dialect/server_errors.h"
 #include "data/embedded/database.h"
 #include "data/embedded/schema_reader.h"
-#include "data/embedded/server_errors.h"
 
 namespace ondrel {
 namespace {

@@ -6,13 +6,13 @@
 #include <filesystem>
 #include <mutex>
 
+#include "data/dialect/server_errors.h"
+#include "data/dialect/store_texts.h"
 #include "data/embedded/database.h"
 #include "data/embedded/database_files.h"
 #include "data/embedded/embedded_connection.h"
 #include "data/embedded/memory_files.h"
 #include "data/embedded/schema_reader.h"
-#include "data/embedded/server_errors.h"
-#include "data/embedded/store_texts.h"
 
 namespace ondrel {
 namespace {

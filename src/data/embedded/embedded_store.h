@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "data/connection.h"
-#include "data/embedded/procedures/procedure.h"
+#include "data/dialect/procedures/procedure.h"
 
 namespace ondrel {
 

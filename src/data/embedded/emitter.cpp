@@ -1,6 +1,6 @@
 #include "data/embedded/emitter.h"
 
-#include "data/embedded/parser.h"
+#include "data/dialect/parser.h"
 
 namespace ondrel {
 namespace {

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "data/embedded/resolver.h"
+#include "data/dialect/resolver.h"
 #include "data/embedded/translation.h"
 
 namespace ondrel {

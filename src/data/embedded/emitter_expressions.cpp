@@ -1,6 +1,6 @@
+#include "data/dialect/function_table.h"
+#include "data/dialect/parser.h"
 #include "data/embedded/emitter.h"
-#include "data/embedded/function_table.h"
-#include "data/embedded/parser.h"
 
 namespace ondrel {
 namespace {

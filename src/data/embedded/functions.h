@@ -12,7 +12,7 @@
 
 #include "base/date.h"
 #include "base/error.h"
-#include "data/embedded/sql_values.h"
+#include "data/dialect/sql_values.h"
 #include "platform/clock.h"
 
 namespace ondrel {

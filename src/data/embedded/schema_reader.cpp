@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "base/text.h"
-#include "data/embedded/parser.h"
-#include "data/embedded/sql_values.h"
+#include "data/dialect/parser.h"
+#include "data/dialect/sql_values.h"
 
 namespace ondrel {
 namespace {

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "data/embedded/schema.h"
+#include "data/dialect/schema.h"
 
 namespace ondrel {
 

@@ -6,10 +6,10 @@
 #include <array>
 #include <utility>
 
+#include "data/dialect/server_errors.h"
 #include "data/embedded/database.h"
 #include "data/embedded/database_files.h"
 #include "data/embedded/schema_reader.h"
-#include "data/embedded/server_errors.h"
 
 namespace ondrel {
 namespace {

@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "base/variant.h"
+#include "data/dialect/procedures/procedure.h"
+#include "data/dialect/shape.h"
 #include "data/embedded/functions.h"
-#include "data/embedded/procedures/procedure.h"
-#include "data/embedded/shape.h"
 #include "data/embedded/translation.h"
 #include "data/recordset/recordset.h"
 

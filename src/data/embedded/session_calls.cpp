@@ -1,7 +1,7 @@
 #include <fmt/format.h>
 
+#include "data/dialect/server_errors.h"
 #include "data/embedded/database.h"
-#include "data/embedded/server_errors.h"
 #include "data/embedded/session.h"
 
 namespace ondrel {

@@ -1,8 +1,8 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "data/dialect/server_errors.h"
 #include "data/embedded/function_groups.h"
-#include "data/embedded/server_errors.h"
 
 namespace ondrel {
 namespace {

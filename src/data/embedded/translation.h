@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "data/embedded/syntax_tree.h"
+#include "data/dialect/syntax_tree.h"
 
 namespace ondrel {
 

@@ -4,8 +4,8 @@
 #include <fmt/format.h>
 
 #include "base/text.h"
+#include "data/dialect/server_errors.h"
 #include "data/embedded/function_groups.h"
-#include "data/embedded/server_errors.h"
 
 namespace ondrel {
 namespace {

@@ -11,8 +11,8 @@
 #include <thread>
 
 #include "data/apartment.h"
+#include "data/dialect/procedures/procedure.h"
 #include "data/embedded/embedded_connection.h"
-#include "data/embedded/procedures/procedure.h"
 #include "data/odbc/odbc_connection.h"
 #include "support/error_of.h"
 #include "support/fake_database.h"

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "data/dialect/procedures/procedure.h"
 #include "data/embedded/embedded_connection.h"
 #include "data/embedded/embedded_store.h"
-#include "data/embedded/procedures/procedure.h"
 #include "data/odbc/odbc_connection.h"
 #include "support/folders.h"
 #include "support/odbc_double/odbc_double.h"

@@ -5,8 +5,8 @@
 
 #include <random>
 
+#include "data/dialect/shape.h"
 #include "data/embedded/schema_reader.h"
-#include "data/embedded/shape.h"
 #include "support/error_of.h"
 
 namespace ondrel {

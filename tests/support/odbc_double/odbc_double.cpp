@@ -7,8 +7,8 @@
 
 #include <atomic>
 
+#include "data/dialect/server_errors.h"
 #include "data/embedded/schema_reader.h"
-#include "data/embedded/server_errors.h"
 
 namespace ondrel {
 namespace {
