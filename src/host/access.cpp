@@ -1,5 +1,7 @@
 #include "host/access.h"
 
+#include <arpa/inet.h>
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -22,10 +24,20 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 6> kSecurity
 }};
 // clang-format on
 
-// "localhost:8080" without its port, "[::1]:8080" without its brackets as well.
+// "localhost:8080" without its port, "[::1]:8080" without its brackets as well; empty for anything else.
 std::string nameOf(std::string_view host) {
-  if (host.starts_with('[')) return toLower(host.substr(1, host.find(']') - 1));
-  return toLower(host.substr(0, host.find(':')));
+  const bool isBracketed = host.starts_with('[');
+  const size_t end = isBracketed ? host.find(']') : std::min(host.find(':'), host.size());
+  if (end == std::string_view::npos) return "";
+  const std::string_view port = host.substr(end + (isBracketed ? 1 : 0));
+  if (!port.empty() && (port.front() != ':' || !std::ranges::all_of(port.substr(1), isDigit))) return "";
+  return toLower(isBracketed ? host.substr(1, end - 1) : host.substr(0, end));
+}
+
+// A foreign site cannot have its name resolve to here when it comes without a name.
+bool isAddress(const std::string& name) {
+  in6_addr bytes{};
+  return ::inet_pton(AF_INET, name.c_str(), &bytes) == 1 || ::inet_pton(AF_INET6, name.c_str(), &bytes) == 1;
 }
 
 }  // namespace
@@ -36,27 +48,26 @@ bool isLoopback(std::string_view address) {
 }
 
 Access::Access(std::string_view address, std::vector<std::string> names)
-    : anyName_(!isLoopback(address) && names.empty()), names_(std::move(names)) {
+    : anyAddress_(!isLoopback(address) && names.empty()), names_(std::move(names)) {
   for (std::string& name : names_) name = toLower(name);
   names_.emplace_back(toLower(address));
-  if (isLoopback(address)) names_.insert(names_.end(), {"localhost", "127.0.0.1", "::1"});
+  names_.insert(names_.end(), {"localhost", "127.0.0.1", "::1"});
 }
 
 bool Access::isOurs(std::string_view host) const {
-  return anyName_ || std::ranges::find(names_, nameOf(host)) != names_.end();
+  const std::string name = nameOf(host);
+  return std::ranges::find(names_, name) != names_.end() || (anyAddress_ && isAddress(name));
 }
 
 std::optional<PageAnswer> Access::refusal(const HttpRequest& request) const {
   const bool isChanging = request.method == "POST";
-  if (request.method != "GET" && request.method != "HEAD" && !isChanging)
-    return plainAnswer(405, "This host answers GET, HEAD and POST.");
   const std::string_view host = valueOf(request.headers, "host");
   if (host.empty() || !isOurs(host)) return plainAnswer(421, "This host has another name.");
   const std::string_view origin = valueOf(request.headers, "origin");
   if (!isChanging || origin.empty()) return std::nullopt;
   const size_t scheme = origin.find("://");
   const std::string_view caller = scheme == std::string_view::npos ? "" : origin.substr(scheme + 3);
-  const bool isSame = caller == host || (!anyName_ && !caller.empty() && isOurs(caller));
+  const bool isSame = caller == host || (!anyAddress_ && !caller.empty() && isOurs(caller));
   return isSame ? std::nullopt : std::optional(plainAnswer(403, "This request comes from another site."));
 }
 

@@ -15,8 +15,8 @@ bool isLoopback(std::string_view address);
 //
 // | refused                                                 | status | why                                   |
 // |---------------------------------------------------------|--------|---------------------------------------|
-// | a method but GET, HEAD and POST                         | 405    |                                       |
 // | a Host header with a name that is not the host's        | 421    | a foreign site that resolves to here  |
+// |   (without names, beyond this machine: with any name)   |        |                                       |
 // | POST with an Origin that is not the host's              | 403    | a foreign site that sends a form here |
 class Access {
  public:
@@ -28,7 +28,7 @@ class Access {
  private:
   bool isOurs(std::string_view host) const;
 
-  bool anyName_;
+  bool anyAddress_;
   std::vector<std::string> names_;
 };
 

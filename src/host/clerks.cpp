@@ -48,22 +48,35 @@ bool fitsInLine(const std::string& text) {
 
 Clerks::Verdict Clerks::check(const std::string& address, const std::string& id, const std::string& pin,
                               Clerk& clerk) {
-  const std::string clerkKey = "clerk " + id, addressKey = "address " + address;
-  if (isBarred(clerkKey) || isBarred(addressKey)) return Verdict::Wait;
+  const std::string pair = id + " at " + address;
+  std::vector<std::string> accounts = {"clerk " + id, "address " + address};
+  if (isKnown(pair)) accounts = {pair};
+  if (std::ranges::any_of(accounts, [this](const std::string& key) { return isBarred(key); }))
+    return Verdict::Wait;
   const std::vector<ClerkLine> entries = read(file_);
   const auto entry =
       std::ranges::find_if(entries, [&](const ClerkLine& each) { return each.clerk.id == id; });
   // Somebody unknown takes as long as a wrong PIN.
   static const std::string nobody = hashPin(randomId());
   // Counted before it is known, so that many tries at once are not more than the same one after the other.
-  count(clerkKey, false);
-  count(addressKey, false);
+  for (const std::string& key : accounts) count(key, false);
   const bool isRight = isPinOf(pin, entry == entries.end() ? nobody : entry->hash) && entry != entries.end();
   if (!isRight) return Verdict::Wrong;
-  count(clerkKey, true);
-  count(addressKey, true);
+  for (const std::string& key : accounts) count(key, true);
+  remember(pair);
   clerk = entry->clerk;
   return Verdict::Right;
+}
+
+bool Clerks::isKnown(const std::string& pair) {
+  const std::lock_guard lock(mutex_);
+  return known_.contains(pair);
+}
+
+void Clerks::remember(const std::string& pair) {
+  const std::lock_guard lock(mutex_);
+  if (known_.size() >= kMostAccounts) known_.clear();
+  known_.insert(pair);
 }
 
 bool Clerks::isBarred(const std::string& key) {

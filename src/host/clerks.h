@@ -5,6 +5,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,8 @@ class Clerks {
 
   enum class Verdict { Right, Wrong, Wait };
   // Five wrong tries for a clerk or from an address bar both for a minute, each further five for twice as long,
-  // up to half an hour. A right try from an address that is not barred clears its account.
+  // up to half an hour. A right try from an address that is not barred clears its account. A clerk at an address
+  // where that clerk has signed in before has an account apart, so that nobody elsewhere can shut a clerk out.
   Verdict check(const std::string& address, const std::string& id, const std::string& pin, Clerk& clerk);
 
   // Enters a clerk in a file, in place of one with the same id; only the owner can read it. Error 5 when the id
@@ -34,12 +36,15 @@ class Clerks {
     std::chrono::steady_clock::time_point barredUntil;
   };
 
+  bool isKnown(const std::string& pair);
+  void remember(const std::string& pair);
   bool isBarred(const std::string& key);
   void count(const std::string& key, bool isRight);
 
   std::filesystem::path file_;
   std::mutex mutex_;
   std::map<std::string, Tries> tries_;
+  std::set<std::string> known_;  // clerks at addresses
 };
 
 }  // namespace ondrel

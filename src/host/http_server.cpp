@@ -1,10 +1,7 @@
 #include "host/http_server.h"
 
-// A morning's worth of browsers may knock at once.
-#define CPPHTTPLIB_LISTEN_BACKLOG 256
-
 #include <arpa/inet.h>
-#include <httplib.h>
+#include <fmt/format.h>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
@@ -13,21 +10,19 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <condition_variable>
-#include <deque>
-#include <mutex>
+#include <optional>
 #include <thread>
-#include <vector>
 
 #include "base/error.h"
 #include "base/text.h"
+#include "host/connections.h"
+#include "host/http_head.h"
 
 namespace ondrel {
 namespace {
 
 using Moment = std::chrono::steady_clock::time_point;
 
-constexpr size_t kLongestPath = 1024;
 constexpr size_t kMostRequests = 10'000;  // on one connection
 constexpr std::chrono::milliseconds kDrainTime{500};
 constexpr size_t kDrainBytes = 4 << 20;
@@ -38,10 +33,6 @@ constexpr const char* kAnything = R"([\s\S]*)";
 constexpr std::string_view kFullAnswer =
     "HTTP/1.1 503 Service Unavailable\r\nRetry-After: 5\r\nConnection: close\r\n"
     "Content-Type: text/plain; charset=utf-8\r\nContent-Length: 18\r\n\r\nThe host is full.\n";
-constexpr std::string_view kTooLargeAnswer =
-    "HTTP/1.1 431 Request Header Fields Too Large\r\nConnection: close\r\nContent-Length: 0\r\n\r\n";
-constexpr std::string_view kTooLateAnswer =
-    "HTTP/1.1 408 Request Timeout\r\nConnection: close\r\nContent-Length: 0\r\n\r\n";
 
 // ---- one connection
 
@@ -50,57 +41,58 @@ class LimitedStream : public httplib::Stream {
  public:
   LimitedStream(socket_t socket, const HttpLimits& limits) : socket_(socket), limits_(limits) {}
 
-  // Between two requests.
-  void beginRequest() {
-    headerBytes_ = 0;
-    isHead_ = true;
-    isAnswered_ = false;
-    lineEnds_ = 0;
+  // Waits for the head of the next request, all of it, which stays to be read; the time of its body begins then.
+  // Nothing where nothing came.
+  std::optional<HttpRequest> awaitHead() {
     deadline_ = std::chrono::steady_clock::now() + limits_.headTime;
+    HttpRequest request;
+    size_t searched = 0;
+    std::optional<size_t> end;
+    while (!(end = headEnd(waiting(), searched))) {
+      searched = waiting().size();
+      if (searched > limits_.headerBytes) break;
+      if (fill()) continue;
+      if (waiting().empty()) return std::nullopt;
+      request.refusal = 408;
+      return request;
+    }
+    deadline_ = std::chrono::steady_clock::now() + limits_.headTime;
+    const bool isTooLarge = !end || *end > limits_.headerBytes;
+    if (!isTooLarge) request = readHead(waiting().substr(0, *end), limits_);
+    if (isTooLarge) request.refusal = 431;
+    return request;
   }
 
   // True once more bytes are there; false after the time, at the end, or when `stop` becomes readable.
   bool waitForBytes(std::chrono::milliseconds time, int stop) const {
-    if (begin_ < end_) return true;
+    if (!waiting().empty()) return true;
     std::array<pollfd, 2> waiting{{{socket_, POLLIN, 0}, {stop, POLLIN, 0}}};
     return ::poll(waiting.data(), waiting.size(), static_cast<int>(time.count())) > 0 &&
            waiting[1].revents == 0;
   }
 
-  bool isHeadTooLarge() const { return isHead_ && headerBytes_ > limits_.headerBytes; }
   void close() { mustClose_ = true; }
-  // The server gives up without a word where not even the first line comes to its end.
-  void answerBrokenHead() {
-    mustClose_ = true;
-    if (isAnswered_ || headerBytes_ == 0) return;
-    const std::string_view answer = isHeadTooLarge() ? kTooLargeAnswer : kTooLateAnswer;
-    write(answer.data(), answer.size());
-  }
   // Takes for a moment what is still on its way: an answer is lost to a sender that is cut off.
   void drain() {
     ::shutdown(socket_, SHUT_WR);
     deadline_ = std::chrono::steady_clock::now() + kDrainTime;
-    for (size_t taken = 0; taken < kDrainBytes && fill(); taken += end_) {
-    }
+    buffer_.clear();
+    for (size_t taken = 0; taken < kDrainBytes && fill(); taken += buffer_.size()) buffer_.clear();
   }
   bool mustClose() const { return mustClose_; }
 
-  bool is_readable() const override { return begin_ < end_ || waitFor(POLLIN, deadline_); }
+  bool is_readable() const override { return !waiting().empty() || waitFor(POLLIN, deadline_); }
   bool is_writable() const override { return waitFor(POLLOUT, writeDeadline()); }
 
   ssize_t read(char* data, size_t size) override {
-    if (isHeadTooLarge()) return -1;
-    if (begin_ == end_ && !fill()) return -1;
-    const size_t count = std::min(size, end_ - begin_);
-    std::copy_n(buffer_.data() + begin_, count, data);
+    if (waiting().empty() && !fill()) return -1;
+    const size_t count = waiting().copy(data, size);
     begin_ += count;
-    if (isHead_) countHead({data, count});
     return static_cast<ssize_t>(count);
   }
 
   ssize_t write(const char* data, size_t size) override {
     if (!is_writable()) return -1;
-    isAnswered_ = true;
     return ::send(socket_, data, size, MSG_NOSIGNAL);
   }
 
@@ -113,26 +105,17 @@ class LimitedStream : public httplib::Stream {
   socket_t socket() const override { return socket_; }
 
  private:
+  std::string_view waiting() const { return std::string_view(buffer_).substr(begin_); }
+
+  // More behind what waits to be read.
   bool fill() {
     if (!waitFor(POLLIN, deadline_)) return false;
-    const ssize_t count = ::recv(socket_, buffer_.data(), buffer_.size(), 0);
-    begin_ = 0;
-    end_ = count > 0 ? static_cast<size_t>(count) : 0;
-    return count > 0;
-  }
-
-  // The head ends with an empty line; then the time of the body begins.
-  void countHead(std::string_view bytes) {
-    headerBytes_ += bytes.size();
-    for (const char c : bytes) {
-      if (c == '\n')
-        ++lineEnds_;
-      else if (c != '\r')
-        lineEnds_ = 0;
-    }
-    if (lineEnds_ < 2) return;
-    isHead_ = false;
-    deadline_ = std::chrono::steady_clock::now() + limits_.headTime;
+    std::array<char, 8192> bytes;
+    const ssize_t count = ::recv(socket_, bytes.data(), bytes.size(), 0);
+    if (count <= 0) return false;
+    buffer_.erase(0, std::exchange(begin_, 0));
+    buffer_.append(bytes.data(), static_cast<size_t>(count));
+    return true;
   }
 
   Moment writeDeadline() const { return std::chrono::steady_clock::now() + limits_.headTime; }
@@ -165,77 +148,14 @@ class LimitedStream : public httplib::Stream {
 
   socket_t socket_;
   const HttpLimits& limits_;
-  std::array<char, 8192> buffer_{};
-  size_t begin_ = 0, end_ = 0;
-  size_t headerBytes_ = 0;
-  int lineEnds_ = 0;
-  bool isHead_ = true;
-  bool isAnswered_ = false;
+  std::string buffer_;
+  size_t begin_ = 0;  // of what was not read yet
   bool mustClose_ = false;
   Moment deadline_;
 };
 
 // The connection that the thread serves; the server's callbacks do not get it otherwise.
 thread_local LimitedStream* currentStream = nullptr;
-// Set where the connection that comes next is one too many.
-thread_local bool isTooMany = false;
-
-// ---- threads for connections
-
-// A thread for each connection, made when it is needed and kept for the next.
-class ConnectionThreads : public httplib::TaskQueue {
- public:
-  explicit ConnectionThreads(size_t most) : most_(most) {}
-
-  void enqueue(std::function<void()> task) override {
-    {
-      const std::lock_guard lock(mutex_);
-      if (tasks_.size() < idle_ || threads_.size() < most_) {
-        tasks_.push_back(std::move(task));
-        if (tasks_.size() > idle_) threads_.emplace_back([this] { serve(); });
-        changed_.notify_one();
-        return;
-      }
-    }
-    isTooMany = true;
-    task();
-    isTooMany = false;
-  }
-
-  void shutdown() override {
-    {
-      const std::lock_guard lock(mutex_);
-      isStopping_ = true;
-    }
-    changed_.notify_all();
-    for (std::thread& thread : threads_) thread.join();
-  }
-
- private:
-  void serve() {
-    std::unique_lock lock(mutex_);
-    while (true) {
-      ++idle_;
-      changed_.wait(lock, [this] { return isStopping_ || !tasks_.empty(); });
-      --idle_;
-      if (tasks_.empty()) return;
-      const std::function<void()> task = std::move(tasks_.front());
-      tasks_.pop_front();
-      lock.unlock();
-      task();
-      lock.lock();
-    }
-  }
-
-  size_t most_;
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::deque<std::function<void()>> tasks_;
-  std::vector<std::thread> threads_;
-  size_t idle_ = 0;
-  bool isStopping_ = false;
-};
-
 void sendFullAnswer(socket_t socket) {
   [[maybe_unused]] const ssize_t sent =
       ::send(socket, kFullAnswer.data(), kFullAnswer.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
@@ -253,27 +173,6 @@ HttpRequest requestOf(const httplib::Request& source) {
   return request;
 }
 
-// What is not served whatever it asks for, or 0.
-//
-// | what                                        | status | since                                            |
-// |---------------------------------------------|--------|--------------------------------------------------|
-// | a length or a host that is told twice       | 400    | a proxy may believe the other one                |
-// | a body of anything but a POST               | 400    | it stays unread and would be the next request    |
-// | a body without a length                     | 411    | its limit is known only when it is all there     |
-// | a path that is too long                     | 414    |                                                  |
-// | a body in another coding                    | 415    | it may be a thousand times as long               |
-// | parts of an answer                          | 416    | many parts are more than the whole               |
-int refusalOf(const httplib::Request& request) {
-  const size_t lengths = request.get_header_value_count("Content-Length");
-  if (lengths > 1 || request.get_header_value_count("Host") > 1) return 400;
-  if (request.has_header("Transfer-Encoding") || (lengths == 0 && request.method == "POST")) return 411;
-  const bool hasBody = lengths == 1 && request.get_header_value("Content-Length") != "0";
-  if (hasBody && request.method != "POST") return 400;
-  if (request.path.size() > kLongestPath) return 414;
-  if (request.has_header("Content-Encoding")) return 415;
-  return request.has_header("Range") ? 416 : 0;
-}
-
 void setAnswer(httplib::Response& target, PageAnswer answer) {
   target.status = answer.status;
   for (auto& [name, value] : answer.headers) target.headers.emplace(std::move(name), std::move(value));
@@ -286,7 +185,7 @@ void setAnswer(httplib::Response& target, PageAnswer answer) {
 class HttpServer::Listener : public httplib::Server {
  public:
   Listener(HttpHandler handler, HttpLimits limits) : handler_(std::move(handler)), limits_(limits) {
-    new_task_queue = [this] { return new ConnectionThreads(limits_.connections); };
+    new_task_queue = [this] { return new ConnectionThreads(limits_.connections, connections_); };
     set_payload_max_length(limits_.bodyBytes);
     set_tcp_nodelay(true);
     set_keep_alive_max_count(kMostRequests);
@@ -295,26 +194,14 @@ class HttpServer::Listener : public httplib::Server {
       const int on = 1;
       ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
     });
-    // Before the body is read: what will not be served leaves it unread, so the connection ends.
-    set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
-      const bool isUsual = request.method == "GET" || request.method == "HEAD" || request.method == "POST";
-      const int refusal = refusalOf(request);
-      if (isUsual && refusal == 0) return HandlerResponse::Unhandled;
-      currentStream->close();
-      HttpRequest refused = requestOf(request);
-      refused.refusal = refusal;
-      setAnswer(response, handler_(refused));
-      return HandlerResponse::Handled;
-    });
     const auto serve = [this](const httplib::Request& request, httplib::Response& response) {
-      setAnswer(response, handler_(requestOf(request)));
+      setAnswer(response, handled(currentStream->socket(), requestOf(request)));
     };
     Get(kAnything, serve);
     Post(kAnything, serve);
     set_error_handler([](const httplib::Request&, httplib::Response& response) {
       if (!response.body.empty()) return;
       currentStream->close();
-      if (currentStream->isHeadTooLarge()) response.status = 431;
       response.set_content("This request cannot be served.\n", "text/plain; charset=utf-8");
     });
   }
@@ -346,32 +233,63 @@ class HttpServer::Listener : public httplib::Server {
     thread_.join();
   }
 
-  size_t connections() const { return connections_; }
+  size_t connections() const { return connections_.size(); }
 
  private:
   bool process_and_close_socket(socket_t socket) override {
-    if (isTooMany) {
+    if (ConnectionThreads::isTooMany()) {
       sendFullAnswer(socket);
     } else {
-      ++connections_;
       serveConnection(socket);
-      --connections_;
+      connections_.leave(socket);
     }
     ::shutdown(socket, SHUT_RDWR);
     ::close(socket);
     return true;
   }
 
+  static std::string addressOf(const LimitedStream& stream) {
+    std::string address;
+    int port = 0;
+    stream.get_remote_ip_and_port(address, port);
+    return address;
+  }
+
+  PageAnswer handled(socket_t socket, const HttpRequest& request) {
+    connections_.setWorking(socket, true);
+    PageAnswer answer = handler_(request);
+    connections_.setWorking(socket, false);
+    return answer;
+  }
+
+  // What comes behind the head stays unread, so the connection ends.
+  void refuse(LimitedStream& stream, HttpRequest request) {
+    request.address = addressOf(stream);
+    const PageAnswer answer = handled(stream.socket(), request);
+    std::string text = fmt::format("HTTP/1.1 {} Refused\r\nConnection: close\r\n", answer.status);
+    for (const auto& [name, value] : answer.headers) text += fmt::format("{}: {}\r\n", name, value);
+    text +=
+        fmt::format("Content-Type: {}\r\nContent-Length: {}\r\n\r\n", answer.contentType, answer.body.size());
+    if (request.method != "HEAD") text += answer.body;
+    stream.write(text.data(), text.size());
+    stream.close();
+  }
+
   void serveConnection(socket_t socket) {
     LimitedStream stream(socket, limits_);
+    connections_.enter(socket, addressOf(stream));
     currentStream = &stream;
     for (size_t left = kMostRequests; left > 0 && stream.waitForBytes(limits_.keepAlive, stopEvent_);
          --left) {
-      stream.beginRequest();
+      const auto head = stream.awaitHead();
+      if (!head) break;
+      if (head->refusal != 0) {
+        refuse(stream, *head);
+        break;
+      }
       const bool isLast = left == 1 || isStopping_;
       bool isClosed = false;
-      if (!process_request(stream, isLast, isClosed, nullptr)) stream.answerBrokenHead();
-      if (isClosed || stream.mustClose()) break;
+      if (!process_request(stream, isLast, isClosed, nullptr) || isClosed || stream.mustClose()) break;
     }
     currentStream = nullptr;
     if (stream.mustClose()) stream.drain();
@@ -381,7 +299,7 @@ class HttpServer::Listener : public httplib::Server {
   HttpLimits limits_;
   std::atomic<bool> isStopping_ = false;
   std::atomic<bool> hasEnded_ = false;
-  std::atomic<size_t> connections_ = 0;
+  ConnectionTable connections_;
   int stopEvent_ = ::eventfd(0, EFD_CLOEXEC);  // readable once the connections are to end
   std::thread thread_;
 };

@@ -1,6 +1,9 @@
 #include "host/page_host.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 #include <condition_variable>
 #include <mutex>
@@ -57,9 +60,9 @@ struct Incoming {
 
 // A proxy on this machine says who asks it, last in the list.
 HttpRequest asProxied(HttpRequest request) {
-  const std::string_view asked = valueOf(request.headers, "x-forwarded-for");
-  if (isLoopback(request.address) && !asked.empty())
-    request.address = trim(asked.substr(asked.rfind(',') + 1));
+  if (!isLoopback(request.address)) return request;
+  for (const auto& [name, asked] : request.headers)
+    if (name == "x-forwarded-for") request.address = trim(asked.substr(asked.rfind(',') + 1));
   return request;
 }
 
@@ -120,19 +123,42 @@ size_t runnersOf(const HostLimits& limits) {
   return limits.runners ? limits.runners : std::max(kFewestRunners, 4 * std::thread::hardware_concurrency());
 }
 
+// Holds a folder for one host: another would bring the same work back, and delete what it does not know.
+class FolderLock {
+ public:
+  FolderLock() = default;
+  explicit FolderLock(const std::filesystem::path& folder)
+      : file_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+    if (file_ >= 0 && ::flock(file_, LOCK_EX | LOCK_NB) == 0) return;
+    if (file_ >= 0) ::close(file_);
+    throw Error(ErrorNumber::PathAccess, kSource,
+                "The folder of journals is another host's: " + folder.string());
+  }
+  ~FolderLock() {
+    if (file_ >= 0) ::close(file_);
+  }
+  FolderLock(const FolderLock&) = delete;
+  FolderLock& operator=(const FolderLock&) = delete;
+
+ private:
+  int file_ = -1;
+};
+
 // Journals are their owner's alone, and those that nobody came back to go.
-void prepareJournals(const HostOptions& options) {
-  if (options.journals.empty()) return;
+std::unique_ptr<FolderLock> prepareJournals(const HostOptions& options) {
+  if (options.journals.empty()) return nullptr;
   std::error_code error;
   std::filesystem::create_directories(options.journals, error);
   std::filesystem::permissions(options.journals, std::filesystem::perms::owner_all, error);
   if (error)
     throw Error(ErrorNumber::PathAccess, kSource,
                 "The folder of journals cannot be used: " + options.journals.string());
+  auto lock = std::make_unique<FolderLock>(options.journals);
   const auto oldest = std::filesystem::file_time_type::clock::now() - options.limits.idle;
   for (const auto& entry : std::filesystem::directory_iterator(options.journals))
     if (entry.path().extension() == ".journal" && entry.last_write_time() < oldest)
       std::filesystem::remove(entry.path(), error);
+  return lock;
 }
 
 HostOptions checked(HostOptions options) {
@@ -148,15 +174,14 @@ class PageHost::Work {
  public:
   explicit Work(HostOptions options)
       : options_(checked(std::move(options))),
+        journals_(prepareJournals(options_)),
         files_(std::make_shared<PageFiles>(options_.pages)),
         surroundings_(surroundingsOf(options_, files_)),
         access_(options_.address, options_.names),
         log_(options_.log),
         sessions_(surroundings_, options_.limits.sessions),
         runners_(std::make_unique<Runners>(runnersOf(options_.limits), options_.limits.runs)),
-        server_([this](const HttpRequest& request) { return answer(request); }, options_.limits.http) {
-    prepareJournals(options_);
-  }
+        server_([this](const HttpRequest& request) { return answer(request); }, options_.limits.http) {}
 
   int start() {
     const int port = server_.start(options_.address, options_.port);
@@ -202,8 +227,9 @@ class PageHost::Work {
   }
 
   PageAnswer route(const HttpRequest& request, LogEntry& entry, std::string& page) {
-    if (auto refusal = access_.refusal(request)) return *refusal;
+    if (request.refusal == 405) return plainAnswer(405, "This host answers GET, HEAD and POST.");
     if (request.refusal != 0) return plainAnswer(request.refusal, "This form of a request is not served.");
+    if (auto refusal = access_.refusal(request)) return *refusal;
     if (request.path == "/health") return page = "health", health();
     if (request.path == "/metrics") return page = "metrics", metrics(request);
     if (request.path.starts_with("/assets/")) return page = "asset", asset(request);
@@ -258,29 +284,25 @@ class PageHost::Work {
   // ---- sessions
 
   PageAnswer inSession(Incoming incoming, LogEntry& entry) {
-    bool isNew = false;
     PageSessionRef session = sessions_.find(incoming.sessionId);
     if (!session) {
       // Whoever has work here waits for a place: a new session would leave it behind.
-      PageSessionRef ousted;
-      const JournalledSession journalled = sessions_.findInJournal(incoming.sessionId, lookers(), ousted);
-      if (ousted) endSession(ousted);
-      if (journalled.hasNoPlace) return fullAnswer();
-      session = journalled.session;
+      const BegunSession begun = beginSession(incoming);
+      if (begun.hasNoPlace) return fullAnswer();
+      session = begun.session;
     }
-    if (!session) {
+    const bool isVisit = !session;
+    if (isVisit) {
       if (incoming.page.isChanging()) return plainAnswer(403, "The session has ended: load the page again.");
-      session = newSession();
-      isNew = true;
+      session = PageSession::visit(surroundings_, sessions_.visitorId());
     }
-    if (!session) return fullAnswer();
     const std::string id = session->id();
     PageAnswer answer = admitted(session, id, std::move(incoming), entry);
     answer.headers.emplace_back("Cache-Control", "no-store");
     if (session->isSignedOut()) {
       endSession(session);
       answer.headers.emplace_back("Set-Cookie", cookie("", "; Max-Age=0"));
-    } else if (isNew || entry.run.isRenamed) {
+    } else if (isVisit || entry.run.isRenamed) {
       sessions_.rename(id, session);
       answer.headers.emplace_back("Set-Cookie", cookie(session->id(), ""));
     }
@@ -294,11 +316,14 @@ class PageHost::Work {
     return std::chrono::steady_clock::now() - options_.limits.looking;
   }
 
-  PageSessionRef newSession() {
+  // From the journal of an earlier run, or at the second coming of a browser.
+  BegunSession beginSession(const Incoming& incoming) {
     PageSessionRef ousted;
-    PageSessionRef session = sessions_.create(lookers(), ousted);
+    BegunSession begun = sessions_.findInJournal(incoming.sessionId, lookers(), ousted);
+    if (!begun.session && !begun.hasNoPlace)
+      begun = sessions_.begin(incoming.sessionId, incoming.page.address, lookers(), ousted);
     if (ousted) endSession(ousted);
-    return session;
+    return begun;
   }
 
   std::string cookie(std::string_view value, std::string_view more) const {
@@ -388,6 +413,7 @@ class PageHost::Work {
   }
 
   HostOptions options_;
+  std::unique_ptr<FolderLock> journals_;
   std::shared_ptr<const PageFiles> files_;
   std::shared_ptr<const SessionSurroundings> surroundings_;
   Access access_;

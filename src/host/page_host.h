@@ -35,8 +35,8 @@ struct HostOptions {
   std::filesystem::path journals;
   // The clerks who may sign in; with a file nobody works without.
   std::filesystem::path clerks;
-  // Names by which browsers may call this host beside the address; without any, all of them where it listens
-  // beyond this machine.
+  // Names by which browsers may call this host beside its address; without any, where it listens beyond this
+  // machine, they call it by an address.
   std::vector<std::string> names;
   bool isBehindTls = false;   // the session cookie goes over TLS only
   std::filesystem::path log;  // empty for the error output

@@ -20,6 +20,13 @@ std::filesystem::path PageSession::journalPath(const SessionSurroundings& surrou
 PageSession::PageSession(std::shared_ptr<const SessionSurroundings> surroundings, std::string id)
     : surroundings_(std::move(surroundings)), id_(std::move(id)) {}
 
+std::shared_ptr<PageSession> PageSession::visit(std::shared_ptr<const SessionSurroundings> surroundings,
+                                                std::string id) {
+  auto session = std::make_shared<PageSession>(std::move(surroundings), std::move(id));
+  session->isVisit_ = true;
+  return session;
+}
+
 std::string PageSession::id() const {
   const std::lock_guard lock(mutex_);
   return id_;
@@ -36,7 +43,8 @@ Clerk PageSession::clerk() {
 
 PageEngine& PageSession::engine() {
   if (engine_) return *engine_;
-  journal_ = std::make_unique<Journal>(journalPath(*surroundings_, id()));
+  journal_ =
+      std::make_unique<Journal>(isVisit_ ? std::filesystem::path() : journalPath(*surroundings_, id()));
   PageOwner& owner = *this;
   auto engine = std::make_unique<PageEngine>(surroundings_->pages, owner);
   const std::lock_guard lock(mutex_);

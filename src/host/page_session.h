@@ -27,6 +27,9 @@ struct SessionSurroundings {
 class PageSession : private PageOwner {
  public:
   PageSession(std::shared_ptr<const SessionSurroundings> surroundings, std::string id);
+  // For one look of a browser that has no session: nothing is kept of it.
+  static std::shared_ptr<PageSession> visit(std::shared_ptr<const SessionSurroundings> surroundings,
+                                            std::string id);
 
   // Answers from memory what carries a number that is known already. `admittedAs` is the id under which the request
   // was let in.
@@ -84,6 +87,7 @@ class PageSession : private PageOwner {
   const PageRequest* request_ = nullptr;
   const JournalledCall* replayed_ = nullptr;
   size_t nextRecord_ = 0;
+  bool isVisit_ = false;
   bool isWorkDone_ = false;
   bool isDoubtful_ = false;
   std::atomic<bool> isGivenUp_ = false;

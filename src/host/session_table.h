@@ -9,11 +9,12 @@
 #include <vector>
 
 #include "host/page_session.h"
+#include "host/visitor_ids.h"
 
 namespace ondrel {
 
-// A session that an earlier run of the host left a journal of, if there is one and a place for it.
-struct JournalledSession {
+// A session, if there is one and a place for it.
+struct BegunSession {
   PageSessionRef session;
   bool hasNoPlace = false;
 };
@@ -26,12 +27,16 @@ class SessionTable {
 
   // The open session of an id.
   PageSessionRef find(std::string_view id);
-  // A session for an id that an earlier run of the host left a journal of; it takes a place as `create` does.
-  JournalledSession findInJournal(std::string_view id, std::chrono::steady_clock::time_point moment,
-                                  PageSessionRef& ousted);
-  // With a new id. When the host is full it takes the place of one that has only looked and was not used since
-  // `moment`, the longest unused first, which is given back in `ousted`; nothing when there is none.
-  PageSessionRef create(std::chrono::steady_clock::time_point moment, PageSessionRef& ousted);
+  // A session for an id that an earlier run of the host left a journal of; it takes a place as with `begin`.
+  BegunSession findInJournal(std::string_view id, std::chrono::steady_clock::time_point moment,
+                             PageSessionRef& ousted);
+  // An id for a browser that has been here once.
+  std::string visitorId() { return visitors_.make(); }
+  // The session of a browser at an address that comes back with such an id. When the host is full it takes the place of
+  // one that has only looked and was not used since `moment`, the longest unused first, which is given back in
+  // `ousted`. Who has only looked from an address that has its share of the places already takes one of those.
+  BegunSession begin(const std::string& id, const std::string& address,
+                     std::chrono::steady_clock::time_point moment, PageSessionRef& ousted);
   // Enters a session under the id that it has now.
   void rename(const std::string& from, const PageSessionRef& session);
   void remove(const PageSessionRef& session);
@@ -43,11 +48,19 @@ class SessionTable {
 
  private:
   std::shared_ptr<const SessionSurroundings> surroundings_;
-  PageSessionRef takeIdler(std::chrono::steady_clock::time_point moment);
+  // The longest unused that has only looked, since `moment` and from an address where these are given.
+  PageSessionRef takeIdler(std::chrono::steady_clock::time_point moment,
+                           const std::string* address = nullptr);
+
+  struct Entry {
+    PageSessionRef session;
+    std::string address;  // empty for who came back to a journal
+  };
 
   size_t most_;
   mutable std::mutex mutex_;
-  std::map<std::string, PageSessionRef, std::less<>> sessions_;
+  std::map<std::string, Entry, std::less<>> sessions_;
+  VisitorIds visitors_;
 };
 
 }  // namespace ondrel
