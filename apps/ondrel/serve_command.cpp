@@ -9,11 +9,13 @@
 #include <vector>
 
 #include "base/error.h"
+#include "cards/exchange_files.h"
 #include "commands.h"
 #include "data/embedded/embedded_connection.h"
 #include "data/embedded/embedded_store.h"
 #include "host/clerks.h"
 #include "host/page_host.h"
+#include "host/secrets.h"
 #include "program_folders.h"
 
 namespace ondrel {
@@ -42,9 +44,15 @@ void setAddress(HostOptions& host, const std::string& listen) {
   host.port = std::stoi(port);
 }
 
-// Beside the database file; a database in memory is gone with the host, and its tickets with it.
+// Beside the database file; a database in memory is gone with the host, and its tickets with it. For a server in the
+// user's home, a folder for each connection string.
 std::filesystem::path usualJournals(const std::string& connectionString) {
-  if (!isEmbeddedConnectionString(connectionString)) return {};
+  if (!isEmbeddedConnectionString(connectionString)) {
+    const char* home = std::getenv("HOME");
+    if (!home) throw CLI::ValidationError("--journal", "needed where the user has no home (or --no-journal)");
+    return std::filesystem::path(home) / ".ondrel/sessions" /
+           digestOf("database", connectionString).substr(0, 16);
+  }
   const auto path = connectionStringValue(connectionString, "Database");
   return path && !path->starts_with(":memory:") ? *path + ".sessions" : std::string();
 }
@@ -89,6 +97,8 @@ int serve(ServeArguments& arguments) {
   }
   if (host.journals.empty() && !arguments.withoutJournal)
     host.journals = usualJournals(host.connectionString);
+  if (const auto folder = host.settings.find("cardFolder"); folder != host.settings.end())
+    clearUnfinishedRequests(Files(), folder->second);
   PageHost pages(host);
   const int port = pages.start();
   const bool isIpv6 = host.address.find(':') != std::string::npos;
@@ -127,7 +137,8 @@ void addServeCommand(CLI::App& app, int& exitCode) {
       ->capture_default_str();
   command->add_option("--pages", host.pages, "Folder of the pages")->capture_default_str();
   auto* journal = command->add_option(
-      "--journal", host.journals, "Folder for the journals of sessions; beside a database file if not told");
+      "--journal", host.journals,
+      "Folder for the journals of sessions; beside a database file, or in ~/.ondrel/sessions for a server, if not told");
   command->add_flag("--no-journal", arguments->withoutJournal, "Keep no journals")->excludes(journal);
   command->add_option("--clerks", host.clerks,
                       "File of the clerks who may sign in; then nobody works without");

@@ -2,8 +2,10 @@
 
 #include <chrono>
 #include <cmath>
+#include <filesystem>
 
 #include "base/passed_over.h"
+#include "platform/guid.h"
 
 namespace ondrel {
 namespace {
@@ -14,6 +16,8 @@ constexpr std::chrono::milliseconds kGoneRound{5000};
 constexpr int kMostRounds = 10;
 constexpr double kSecondsPerDay = 86400;
 constexpr double kRoundingSeconds = 0.001;  // of a moment held as a fraction of a day
+
+constexpr std::chrono::minutes kDraftTime{1};
 
 }  // namespace
 
@@ -61,6 +65,17 @@ void writeThenRename(const Files& files, std::string_view text, const std::strin
     passedOver([&] { files.remove(draft); });
     throw;
   }
+}
+
+int clearUnfinishedRequests(const Files& files, std::string_view folder) {
+  using FileClock = std::filesystem::file_time_type::clock;
+  int removed = 0;
+  std::error_code error;
+  const auto oldest = FileClock::now() - kDraftTime;
+  for (const auto& entry : std::filesystem::directory_iterator(files.hostPath(folder), error))
+    if (isGuid(entry.path().filename().string()) && entry.last_write_time(error) < oldest)
+      removed += std::filesystem::remove(entry.path(), error) ? 1 : 0;
+  return removed;
 }
 
 }  // namespace ondrel

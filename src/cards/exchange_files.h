@@ -45,4 +45,8 @@ bool waitUntilGone(Apartment& apartment, std::string_view path);
 void writeThenRename(const Files& files, std::string_view text, const std::string& draft,
                      const std::string& finished);
 
+// Removes the drafts that a sudden end left under the ids of transactions; they hold card numbers. Those of the last
+// minute may yet be finished. Gives their number.
+int clearUnfinishedRequests(const Files& files, std::string_view folder);
+
 }  // namespace ondrel

@@ -79,10 +79,12 @@ std::string CreditCardProcessing::DefaultRequestPath(const Variant& terminalID,
 // | renamed to .req in one step     | a whole request, and perhaps a charge, without a row      |
 // | row                             | the request and its row                                   |
 //
-// Each step goes on when the one before failed, but a request that is not whole is never renamed.
+// Each step goes on when the one before failed, but a request that is not whole is never renamed. Without a folder
+// there is no request: the number would lie in whatever folder the program works in.
 Variant CreditCardProcessing::dropRequest(const std::string& path,
                                           const std::function<std::string()>& makeLine,
                                           const std::function<RequestRow()>& makeRow) {
+  if (path.find('\\') == std::string::npos) return {};
   const Files& files = apartment_->files;
   const std::string request = path + std::string(kRequest);
   std::string line;

@@ -44,6 +44,7 @@ std::string element(std::string_view name, const Variant& value) {
 
 std::string CreditCardProcessing::BeginTransaction(const Variant& RequestString) {
   std::string id;
+  if (directory_.empty()) return id;
   passedOver([&] {
     const Files& files = apartment_->files;
     const std::string newId = newTransactionGuid();

@@ -14,8 +14,6 @@ constexpr size_t kShortestNumber = 13;
 constexpr size_t kLongestNumber = 19;
 constexpr size_t kShortestTrackNumber = 12;
 constexpr size_t kShownDigits = 4;
-constexpr size_t kShortestGroup = 3;
-constexpr size_t kLongestGroup = 6;
 constexpr size_t kMostMarks = 3;  // between two groups
 constexpr std::string_view kStars = "************";
 constexpr std::string_view kGuidShape = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
@@ -40,6 +38,44 @@ size_t guidLengthAt(std::string_view text, size_t start) {
              : 0;
 }
 
+// Reads up to `most` digits, at least `least`; -1 when they are not there.
+int numberAt(std::string_view text, size_t& at, size_t least, size_t most) {
+  int number = 0;
+  const size_t count = digitsAt(text, at);
+  if (count < least || count > most) return -1;
+  for (const size_t end = at + count; at < end; ++at) number = number * 10 + (text[at] - '0');
+  return number;
+}
+
+bool isDay(int year, int month, int day) {
+  return year >= 1900 && year < 2100 && month >= 1 && month <= 12 && day >= 1 && day <= 31;
+}
+
+// "2026-11-24", "11/24/2026" and a time of day behind a blank or a T, in seconds or minutes; 0 for anything else. All but
+// the first have a digit less than the shortest number, but two moments together would look like one.
+size_t momentLengthAt(std::string_view text, size_t start) {
+  size_t at = start;
+  const size_t first = digitsAt(text, start);
+  const int a = numberAt(text, at, 1, 4);
+  const char part = at < text.size() ? text[at] : ' ';
+  if (a < 0 || (part != '-' && part != '/')) return 0;
+  const int b = numberAt(text, ++at, 1, 2);
+  if (b < 0 || at >= text.size() || text[at] != part) return 0;
+  const int c = numberAt(text, ++at, 1, first == 4 ? 2 : 4);
+  if (!(first == 4 ? isDay(a, b, c) : isDay(c, a, b))) return 0;
+  const size_t day = at;
+  if (at >= text.size() || (text[at] != ' ' && text[at] != 'T')) return day - start;
+  const int hour = numberAt(text, ++at, 1, 2);
+  if (hour < 0 || hour > 23 || at >= text.size() || text[at] != ':') return day - start;
+  for (int pieces = 0; pieces < 2 && at < text.size() && text[at] == ':'; ++pieces) {
+    size_t piece = at + 1;
+    const int value = numberAt(text, piece, 2, 2);
+    if (value < 0 || value > 59) return day - start;
+    at = piece;
+  }
+  return at - start;
+}
+
 // Marks between two groups of digits, 0 when no group follows.
 size_t marksAt(std::string_view text, size_t start) {
   size_t end = start;
@@ -55,7 +91,6 @@ struct Digit {
   size_t end;     // in the text
   size_t groups;  // so far
   bool endsGroup;
-  bool isRegular;  // groups of usual lengths, parted by one blank or dash each
 };
 
 struct Candidates {
@@ -66,17 +101,13 @@ struct Candidates {
 
 Candidates candidatesAt(std::string_view text, size_t start) {
   Candidates found;
-  bool isRegular = true;
   for (size_t at = start, groups = 1;; ++groups) {
     const size_t group = digitsAt(text, at);
-    isRegular = isRegular && group >= kShortestGroup && group <= kLongestGroup;
     found.digits += text.substr(at, group);
-    for (size_t k = 1; k <= group; ++k)
-      found.at.push_back({at + k, groups, k == group, k == group && isRegular});
+    for (size_t k = 1; k <= group; ++k) found.at.push_back({at + k, groups, k == group});
     at += group;
     const size_t marks = marksAt(text, at);
     if (marks == 0 || found.digits.size() >= kLongestNumber) return found;
-    isRegular = isRegular && marks == 1 && (text[at] == ' ' || text[at] == '-');
     if (groups == 1) found.hasPoint = marks == 1 && text[at] == '.';
     at += marks;
   }
@@ -104,9 +135,7 @@ Found cardNumberAt(std::string_view text, size_t start) {
     if (!passesLuhn(digits)) continue;
     const Digit& last = found.at[count - 1];
     const bool isAmount = last.groups == 1 ? isBehindPoint : last.groups == 2 && found.hasPoint;
-    const bool isPlain = last.groups == 1 && last.endsGroup;
-    if (!isAmount && (isPlain || last.isRegular || checkCardNumber(digits).isValid))
-      return {last.end - start, digits};
+    if (!isAmount && (last.endsGroup || checkCardNumber(digits).isValid)) return {last.end - start, digits};
   }
   return {};
 }
@@ -140,7 +169,7 @@ size_t trackLengthAt(std::string_view text, size_t start) {
 // Appends what begins at `start`, masked, and gives its length. What stands between two literals, values and the
 // commas that part them, is no literal itself; without a comma it may be, in text with an apostrophe of its own.
 size_t appendMasked(std::string_view text, size_t start, bool& isInLiteral, std::string& result) {
-  size_t length = std::max<size_t>(guidLengthAt(text, start), 1);
+  size_t length = std::max<size_t>(std::max(guidLengthAt(text, start), momentLengthAt(text, start)), 1);
   if (length == 1 && text[start] == '\'') {
     const Found literal = cardLiteralAt(text, start);
     const std::string_view content = text.substr(start, literal.length);
@@ -162,6 +191,31 @@ size_t appendMasked(std::string_view text, size_t start, bool& isInLiteral, std:
   return length;
 }
 
+// Full-width digits are three bytes each.
+constexpr std::string_view kWideLead = "\xEF\xBC";
+
+std::string withNarrowDigits(std::string_view text) {
+  std::string result;
+  for (size_t at = 0; at < text.size(); ++at) {
+    const auto third = at + 2 < text.size() ? static_cast<unsigned char>(text[at + 2]) : 0;
+    if (text.substr(at, 2) == kWideLead && third >= 0x90 && third <= 0x99) {
+      result += static_cast<char>('0' + (third - 0x90));
+      at += 2;
+    } else {
+      result += text[at];
+    }
+  }
+  return result;
+}
+
+std::string masked(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  bool isInLiteral = false;
+  for (size_t at = 0; at < text.size();) at += appendMasked(text, at, isInLiteral, result);
+  return result;
+}
+
 }  // namespace
 
 std::string maskedCardNumber(std::string_view number) {
@@ -173,11 +227,10 @@ std::string maskedCardNumber(std::string_view number) {
 
 std::string maskCardData(std::string_view text) {
   const std::string bound = maskCardColumns(text);
-  std::string result;
-  result.reserve(bound.size());
-  bool isInLiteral = false;
-  for (size_t at = 0; at < bound.size();) at += appendMasked(bound, at, isInLiteral, result);
-  return result;
+  if (bound.find(kWideLead) == std::string::npos) return masked(bound);
+  const std::string narrow = withNarrowDigits(bound);
+  std::string result = masked(narrow);
+  return result == narrow ? masked(bound) : result;
 }
 
 }  // namespace ondrel

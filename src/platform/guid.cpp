@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string_view>
@@ -22,6 +23,13 @@ std::string newGuid() {
   const std::string_view all = digits;
   return fmt::format("{{{}-{}-{}-{}-{}}}", all.substr(0, 8), all.substr(8, 4), all.substr(12, 4),
                      all.substr(16, 4), all.substr(20));
+}
+
+bool isGuid(std::string_view text) {
+  constexpr std::string_view kShape = "{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}";
+  return std::equal(text.begin(), text.end(), kShape.begin(), kShape.end(), [](char c, char shape) {
+    return shape == 'x' ? (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') : c == shape;
+  });
 }
 
 }  // namespace ondrel

@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 
 #include "cards/card_fixture.h"
+#include "cards/exchange_files.h"
 #include "data/query_database.h"
+#include "platform/guid.h"
 
 namespace ondrel {
 namespace {
@@ -34,6 +36,28 @@ TEST_F(CardTransactions, PropertiesAreKeptInTheirNormalForm) {
   EXPECT_EQ(other.XChargeDirectoryKeyed(), "C:\\xc\\in\\");
   other.setXChargeTimeout(-5);
   EXPECT_EQ(other.XChargeTimeout(), 0);
+}
+
+TEST_F(CardTransactions, WithoutAFolderNoCardIsWrittenAnywhere) {
+  CreditCardProcessing none;
+  statements();
+  EXPECT_EQ(none.RequestSingleTransaction(2, visa(), 4, "", 1), "");
+  Variant code;
+  EXPECT_FALSE(none.ProcessFullTransaction(1, 2, 4, 11, "", visa(), 1, "", 0, code));
+  EXPECT_EQ(code.toText(), "COULD NOT WRITE REQUEST FILE");
+  EXPECT_EQ(none.BeginTransaction("<X/>"), "");
+  EXPECT_THAT(statements(), testing::Each(testing::HasSubstr("creditCardRequestFilename")));
+}
+
+TEST_F(CardTransactions, DraftsThatASuddenEndLeftAreCleared) {
+  const std::string old = "C:\\xc\\" + newGuid(), fresh = "C:\\xc\\" + newGuid(), whole = old + ".req";
+  for (const std::string& each : {old, fresh, whole}) put(each, "number");
+  for (const std::string& each : {old, whole})
+    std::filesystem::last_write_time(hostFile(each),
+                                     std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
+  EXPECT_EQ(clearUnfinishedRequests(apartment->files, "C:/xc"), 1);
+  EXPECT_TRUE(isThere(fresh) && isThere(whole));
+  EXPECT_EQ(clearUnfinishedRequests(apartment->files, "C:/nowhere"), 0);
 }
 
 TEST_F(CardTransactions, ARequestClearsTheLastOneAndLeavesItsRow) {

@@ -1,6 +1,8 @@
 #include "data/embedded/embedded_store.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <filesystem>
@@ -160,8 +162,12 @@ void EmbeddedStore::replaceProcedure(std::string_view name, int least, int most,
 
 // ---- files
 
-// A file of the table engine without tables, which keeps a log of changes beside it.
+// A file of the table engine without tables, which keeps a log of changes beside it, its owner's alone: customers and
+// cards stand in it.
 static void makeFile(const std::string& path) {
+  constexpr mode_t kOwnerOnly = 0600;
+  if (const int file = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kOwnerOnly); file >= 0)
+    ::close(file);
   sqlite3* handle = nullptr;
   const int code =
       sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
