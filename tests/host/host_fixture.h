@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include "host/page_host.h"
 #include "host/url_text.h"
@@ -99,6 +100,11 @@ class HostTest : public StoreTest {
     Browser browser(port);
     browser.token = browser.get("/token").body;
     return browser;
+  }
+  // Waits until so many pages are at work.
+  void awaitBusy(int runners) const {
+    const std::string figure = "ondrel_runners_busy " + std::to_string(runners) + "\n";
+    while (Browser(port).client->Get("/metrics")->body.find(figure) == std::string::npos) std::this_thread::yield();
   }
   std::string log() const {
     std::ifstream stream(folder / "log");

@@ -68,8 +68,7 @@ class ServeTest : public HostTest {
 TEST_F(ServeTest, TerminationFinishesWhatIsInProgress) {
   serve();
   auto body = std::async(std::launch::async, [this] { return Browser(port).get("/slow").body; });
-  while (Browser(port).client->Get("/metrics")->body.find("ondrel_runners_busy 1") == std::string::npos)
-    std::this_thread::yield();
+  awaitBusy(1);
   EXPECT_EQ(end(SIGTERM), 0);
   EXPECT_EQ(body.get(), "finished");
 }

@@ -61,8 +61,7 @@ TEST_F(SignInTest, RequestBehindASignInKeepsOutside) {
   clerk.token = clerk.get("/sign_in").body;
   onlooker.cookie = clerk.cookie;
   std::thread signingIn([&] { clerk.token = clerk.post("/sign_in", "").body; });
-  while (Browser(port).client->Get("/metrics")->body.find("ondrel_runners_busy 1") == std::string::npos)
-    std::this_thread::yield();
+  awaitBusy(1);
   const httplib::Response seen = onlooker.get("/sign_in");
   signingIn.join();
   EXPECT_EQ(seen.status, 403);
@@ -90,9 +89,9 @@ TEST_F(SignInTest, OnlyWhoHasSignedInKeepsAPlaceAndOnlyUntilSigningOut) {
   EXPECT_EQ(next.get("/sign_in").status, 200) << "in the place of the guesser";
   EXPECT_EQ(clerk.get("/").body, "in as 7");
   same.cookie = clerk.cookie;
+  awaitBusy(0);
   std::thread leaving([&] { clerk.get("/out"); });
-  while (Browser(port).client->Get("/metrics")->body.find("ondrel_runners_busy 1") == std::string::npos)
-    std::this_thread::yield();
+  awaitBusy(1);
   EXPECT_EQ(same.get("/").status, 403) << "behind a sign-out";
   leaving.join();
 }
