@@ -6,12 +6,15 @@
 #include <chrono>
 #include <cmath>
 
+#include "base/error.h"
 #include "base/text.h"
+#include "base/whole_number.h"
 
 namespace ondrel {
 namespace {
 
 constexpr int kSecondsPerDay = 86400;
+constexpr double kFarthestDay = 11e6;  // within the years that <chrono> counts
 
 // Days from 1899-12-30 to 1970-01-01, where the calendar of <chrono> starts to count.
 constexpr long long kUnixEpoch = 25569;
@@ -142,12 +145,15 @@ std::optional<Date> Date::parse(std::string_view text) {
 long long Date::day() const {
   // A time that rounds up to midnight belongs to the next day, as its text says.
   const double wholeSeconds = std::floor(serial_ * kSecondsPerDay + 0.5);
-  return static_cast<long long>(std::floor(wholeSeconds / kSecondsPerDay));
+  const double day = std::floor(wholeSeconds / kSecondsPerDay);
+  if (!(std::fabs(day) <= kFarthestDay))
+    throw Error(ErrorNumber::Overflow, "Date", "Overflow: no date lies there");
+  return *wholeNumber<long long>(day);
 }
 
 int Date::secondOfDay() const {
   const double wholeSeconds = std::floor(serial_ * kSecondsPerDay + 0.5);
-  return static_cast<int>(wholeSeconds - static_cast<double>(day()) * kSecondsPerDay);
+  return *wholeNumber<int>(wholeSeconds - static_cast<double>(day()) * kSecondsPerDay);
 }
 
 DateParts Date::parts() const {

@@ -33,7 +33,8 @@ class Date {
 
   constexpr double serial() const { return serial_; }
 
-  // Number of the calendar day, the time of day dropped.
+  // Number of the calendar day, the time of day dropped. Error 6 more than 30,000 years away, here and in whatever
+  // asks for parts or the text.
   long long day() const;
   // Seconds since midnight, rounded to a whole second.
   int secondOfDay() const;

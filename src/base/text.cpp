@@ -8,6 +8,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/whole_number.h"
+
 namespace ondrel {
 namespace {
 
@@ -154,7 +156,7 @@ constexpr int kShortPlaces = 4;
 constexpr std::array<double, kShortPlaces + 1> kPowers = {1, 10, 100, 1'000, 10'000};
 
 long long nearestWhole(double value) {
-  return static_cast<long long>(value < 0 ? value - 0.5 : value + 0.5);
+  return *wholeNumber<long long>(value < 0 ? value - 0.5 : value + 0.5);
 }
 
 // The value in ten-thousandths, when it is the very number that so many of them give. A decimal of at most 15

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/text.h"
+#include "base/whole_number.h"
 
 namespace ondrel {
 namespace {
@@ -167,11 +168,9 @@ ObjectRef Variant::toObject() const {
 }
 
 std::int32_t toLong(double value) {
-  const double rounded = std::nearbyint(value);
-  if (!(rounded >= std::numeric_limits<std::int32_t>::min() &&
-        rounded <= std::numeric_limits<std::int32_t>::max()))
-    failOverflow();
-  return static_cast<std::int32_t>(rounded);
+  const auto whole = wholeNumber<std::int32_t>(std::nearbyint(value));
+  if (!whole) failOverflow();
+  return *whole;
 }
 
 Variant operator+(const Variant& a, const Variant& b) {

@@ -6,6 +6,7 @@
 
 #include "base/array.h"
 #include "base/error.h"
+#include "base/whole_number.h"
 #include "component/dispatch_object.h"
 #include "platform/utf16.h"
 
@@ -94,12 +95,9 @@ void writeVariant(VARIANT& place, const Variant& value) {
 
 template <class Number>
 void writeWhole(Number* place, double number) {
-  const double rounded = std::nearbyint(number);
-  // The largest 64-bit number is no double, the one above it is.
-  if (!(rounded >= static_cast<double>(std::numeric_limits<Number>::min()) &&
-        rounded < static_cast<double>(std::numeric_limits<Number>::max()) + 1))
-    throw Error(ErrorNumber::Overflow, "Variant", "Overflow");
-  *place = static_cast<Number>(rounded);
+  const auto whole = wholeNumber<Number>(std::nearbyint(number));
+  if (!whole) throw Error(ErrorNumber::Overflow, "Variant", "Overflow");
+  *place = *whole;
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "base/passed_over.h"
 #include "base/text.h"
+#include "base/whole_number.h"
 #include "data/query_database.h"
 #include "data/values.h"
 #include "invoice/lifecycle/line_groups.h"
@@ -56,11 +57,11 @@ constexpr Pickup::CopiedColumn kCopiedColumns[] = {
 // ---------------------------------------------------------------- display line numbers
 
 Variant Pickup::getTicketNumberFromLine(const Variant& lineNumber) const {
-  const double place = std::floor(lineNumber.toDouble() / kLinesPerTicket);
+  const auto place = wholeNumber<size_t>(std::floor(lineNumber.toDouble() / kLinesPerTicket));
   const std::vector<PickupInvoiceRef> all = tickets();
-  if (place < 0 || place >= static_cast<double>(all.size()))
+  if (!place || *place >= all.size())
     throw Error(ErrorNumber::SubscriptOutOfRange, "pickup", "Subscript out of range");
-  return all[static_cast<size_t>(place)]->ticketNumber;
+  return all[*place]->ticketNumber;
 }
 
 Variant Pickup::getTicketLineNumberFromLine(const Variant& lineNumber) const {

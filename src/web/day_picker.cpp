@@ -1,7 +1,9 @@
-#include <array>
-
 #include <fmt/format.h>
 
+#include <array>
+#include <limits>
+
+#include "base/whole_number.h"
 #include "invoice/invoice.h"
 #include "web/html_writer.h"
 #include "web/line_views.h"
@@ -23,6 +25,13 @@ bool isWholeFromZero(const Variant& days) {
 // The first page that shows the day.
 std::int32_t pageOf(std::int32_t day) {
   return day < kDaysOnPage ? 0 : (day - 1) / kDaysToNextPage;
+}
+
+std::int32_t firstDayOf(std::int32_t page) {
+  const auto first = wholeNumber<std::int32_t>(double{kDaysToNextPage} * page);
+  if (!first || *first > std::numeric_limits<std::int32_t>::max() - kDaysOnPage)
+    throw Error(ErrorNumber::Overflow, "invoice", "Overflow: no page of days is that far");
+  return *first;
 }
 
 void writeTurn(HtmlWriter& html, std::string_view turn, const Variant& department, std::string_view note) {
@@ -100,6 +109,7 @@ Variant Invoice::htmlDeptDueDate(const Variant& departmentID, Variant& page) {
                 "No page has the due day: the department's days are not a whole number from 0 on");
   const std::int32_t shown = isSearch ? pageOf(target.toLong()) : page.toLong();
 
+  const std::int32_t first = firstDayOf(shown);
   HtmlWriter html;
   html.raw("<div").attribute("page", shown).content();
   if (!isSearch && isEqual(page, 0))
@@ -107,7 +117,7 @@ Variant Invoice::htmlDeptDueDate(const Variant& departmentID, Variant& page) {
   else
     writeTurn(html, "prev", departmentID, "Prev");
   for (std::int32_t cell = 0; cell < kDaysOnPage; ++cell) {
-    const std::int32_t days = shown * kDaysToNextPage + cell;
+    const std::int32_t days = first + cell;
     writeDay(html, days, isEqual(days, target), dueDateForDays(days), departmentID);
   }
   page = shown;

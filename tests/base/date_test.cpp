@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
+#include "base/error.h"
+
 namespace ondrel {
 namespace {
 
@@ -88,6 +92,11 @@ TEST(DateTest, TimeThatRoundsUpToMidnightIsTheNextDay) {
   EXPECT_EQ(almost.secondOfDay(), 0);
   EXPECT_EQ(almost.weekday(), 3);
   EXPECT_EQ(almost.addDays(-kSecond * 0.2).text(), "11/24/2026 11:59:59 PM");
+}
+
+TEST(DateTest, NoDateLiesTooFarAway) {
+  for (const double serial : {1e300, -12e6, std::numeric_limits<double>::quiet_NaN()})
+    EXPECT_THROW(Date(serial).text(), Error) << serial;
 }
 
 TEST(DateTest, AddingDaysKeepsTheTime) {

@@ -118,6 +118,8 @@ TEST_F(FilterTest, ErrorsNamePositionAndWord) {
     EXPECT_EQ(rs_->filter().text(), "deptId=1");
     EXPECT_EQ(rs_->integer("lineNumber"), 2);
   }
+  const std::string open(100'000, '('), close(100'000, ')');
+  EXPECT_THAT(descriptionOf([&] { rs_->setFilter(open + "lineNumber=1" + close); }), HasSubstr("too deeply"));
   EXPECT_THROW(rs_->setFilter(2), Error);
   EXPECT_THROW(rs_->setFilter(kNull), Error);
   rs_->moveNext();

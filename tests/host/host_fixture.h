@@ -104,7 +104,8 @@ class HostTest : public StoreTest {
   // Waits until so many pages are at work.
   void awaitBusy(int runners) const {
     const std::string figure = "ondrel_runners_busy " + std::to_string(runners) + "\n";
-    while (Browser(port).client->Get("/metrics")->body.find(figure) == std::string::npos) std::this_thread::yield();
+    while (Browser(port).client->Get("/metrics")->body.find(figure) == std::string::npos)
+      std::this_thread::yield();
   }
   std::string log() const {
     std::ifstream stream(folder / "log");

@@ -1,5 +1,7 @@
 #include "pickup/pickup_fixture.h"
 
+#include <limits>
+
 #include "data/dialect/procedures/procedure.h"
 #include "support/failing_connection.h"
 
@@ -88,7 +90,8 @@ TEST_F(PickupSession, MarksTheLinesThatGoOut) {
   add({1013, 1014, 1011});
   EXPECT_EQ(session.getTicketNumberFromLine(2003).toLong(), 1011);
   EXPECT_EQ(session.getTicketLineNumberFromLine(2003).toLong(), 3);
-  EXPECT_EQ(errorOf([&] { session.getTicketNumberFromLine(3001); }), 9);
+  for (const double line : {3001.0, -1.0, 1e300, std::numeric_limits<double>::quiet_NaN()})
+    EXPECT_EQ(errorOf([&] { session.getTicketNumberFromLine(line); }), 9) << line;
   statements();
   session.markLinePickedUp("", 2003);
   EXPECT_THAT(reads(), ElementsAre(" update ticketlineitem set pickedup = 1  where ticketnumber = 1011 and "

@@ -5,6 +5,7 @@
 #include "automation/script/script_state.h"
 #include "base/array.h"
 #include "base/text.h"
+#include "base/whole_number.h"
 
 namespace ondrel::script {
 namespace {
@@ -94,8 +95,9 @@ int datePart(duk_context* context, duk_idx_t index, const char* getter) {
   duk_call_prop(context, index, 0);
   const double part = duk_get_number(context, -1);
   duk_pop(context);
-  if (!std::isfinite(part)) raise(context, ErrorNumber::TypeMismatch, "Type mismatch: not a date");
-  return static_cast<int>(part);
+  const auto whole = wholeNumber<int>(part);
+  if (!whole) raise(context, ErrorNumber::TypeMismatch, "Type mismatch: not a date");
+  return *whole;
 }
 
 }  // namespace
@@ -116,9 +118,8 @@ Date dateAt(duk_context* context, duk_idx_t index) {
 namespace {
 
 Variant numberValue(double number) {
-  const bool isLong = number == std::trunc(number) && number >= std::numeric_limits<std::int32_t>::min() &&
-                      number <= std::numeric_limits<std::int32_t>::max();
-  return isLong ? Variant(static_cast<std::int32_t>(number)) : Variant(number);
+  const auto whole = wholeNumber<std::int32_t>(number);
+  return whole && *whole == number ? Variant(*whole) : Variant(number);
 }
 
 // The array is the value's from the start, so that an error on the way leaves nothing behind.

@@ -20,6 +20,7 @@ enum class ServerError : int {
   TextToNumber = 245,
   ComputedColumn = 271,
   CannotInsertNull = 515,
+  DateOverflow = 517,
   DuplicateKey = 2627,
   NoSuchProcedure = 2812,
   NoSuchFunction = 4121,

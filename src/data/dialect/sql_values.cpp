@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "base/text.h"
+#include "base/whole_number.h"
 #include "data/dialect/server_errors.h"
 
 namespace ondrel {
@@ -77,7 +78,8 @@ SqlValue toInteger(const SqlValue& value, const ColumnType& target) {
     throw serverError(ServerError::ArithmeticOverflow,
                       fmt::format("Arithmetic overflow error converting expression to data type {}.",
                                   typeName(target.type)));
-  return result.kind == SqlValue::Kind::Real ? SqlValue::of(static_cast<std::int64_t>(number)) : result;
+  return result.kind == SqlValue::Kind::Real ? SqlValue::of(wholeNumber<std::int64_t>(number).value_or(0))
+                                             : result;
 }
 
 // The common case of an int column.
@@ -109,8 +111,7 @@ double powerOfTen(int exponent) {
 SqlValue toScaled(const SqlValue& value, const ColumnType& target, int decimals) {
   constexpr double kWholeBelow = 0x1p53;
   const double power = powerOfTen(decimals), scaled = numberOf(value, target) * power;
-  const bool isWhole =
-      std::fabs(scaled) < kWholeBelow && static_cast<double>(static_cast<std::int64_t>(scaled)) == scaled;
+  const bool isWhole = std::fabs(scaled) < kWholeBelow && std::trunc(scaled) == scaled;
   return SqlValue::of((isWhole ? scaled : std::round(scaled)) / power);
 }
 

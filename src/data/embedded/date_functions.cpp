@@ -129,9 +129,22 @@ std::int64_t unitNumber(DatePart part, Date moment) {
   }
 }
 
+[[noreturn]] void failDateOverflow() {
+  throw serverError(ServerError::DateOverflow, "Adding a value to a 'datetime' column caused an overflow.");
+}
+
+// The days of a datetime column: 1753 to 9999.
+Date within(Date moment) {
+  constexpr double kFirst = -53690, kBehind = 2958466;
+  if (!(moment.serial() >= kFirst && moment.serial() < kBehind)) failDateOverflow();
+  return moment;
+}
+
 // Months later, on the last day of the month when it is shorter.
 Date monthsLater(Date moment, std::int64_t months) {
   DateParts at = moment.parts();
+  constexpr std::int64_t kMost = 12 * 10'000;
+  if (months > kMost || months < -kMost) failDateOverflow();
   const std::int64_t month = at.year * 12 + at.month - 1 + months;
   at.year = static_cast<int>(floorDivide(month, 12));
   at.month = static_cast<int>(month - at.year * 12LL) + 1;
@@ -141,6 +154,8 @@ Date monthsLater(Date moment, std::int64_t months) {
 }
 
 Date later(DatePart part, std::int64_t count, Date moment) {
+  constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+  if (count > kMost || count < -kMost) failDateOverflow();
   const auto days = static_cast<double>(count);
   switch (part) {
     case DatePart::Year:
@@ -209,7 +224,7 @@ void dateDiff(const FunctionCall& call) {
 
 void dateAdd(const FunctionCall& call) {
   if (call.anyNull()) return call.giveNull();
-  call.give(later(partArgument(call), call.integer(1), call.date(2)));
+  call.give(within(later(partArgument(call), call.integer(1), call.date(2))));
 }
 
 void datePart(const FunctionCall& call) {
@@ -228,7 +243,7 @@ void dateName(const FunctionCall& call) {
 
 void addDays(const FunctionCall& call) {
   if (call.anyNull()) return call.giveNull();
-  call.give(call.date(0).addDays(call.number(1)));
+  call.give(within(call.date(0).addDays(call.number(1))));
 }
 
 // clang-format off

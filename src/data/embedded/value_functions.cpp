@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include "base/text.h"
+#include "base/whole_number.h"
 #include "data/dialect/server_errors.h"
 #include "data/embedded/function_groups.h"
 
@@ -66,7 +67,11 @@ void roundTo(const FunctionCall& call) {
   if (value.kind == SqlValue::Kind::Integer && places >= 0) return call.give(value);
   const double power = std::pow(10.0, places);
   const double rounded = std::round(call.number(0) * power) / power;
-  value.kind == SqlValue::Kind::Integer ? call.give(static_cast<std::int64_t>(rounded)) : call.give(rounded);
+  if (value.kind != SqlValue::Kind::Integer) return call.give(rounded);
+  const auto whole = wholeNumber<std::int64_t>(rounded);
+  if (!whole)
+    throw serverError(ServerError::ArithmeticOverflow, "Arithmetic overflow error converting expression.");
+  call.give(*whole);
 }
 
 void ceiling(const FunctionCall& call) {

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "base/text.h"
+#include "base/whole_number.h"
 #include "data/odbc/connection_keywords.h"
 
 namespace ondrel {
@@ -58,12 +59,13 @@ bool isYes(std::string_view name, std::string_view value) {
   fail(ErrorNumber::InvalidArgument, fmt::format("{} in the connection string is neither yes nor no", name));
 }
 
-int wholeNumber(const ConnectionPart& part, int least) {
+int countOf(const ConnectionPart& part, int least) {
   const auto number = parseNumber(part.value);
-  if (!number || *number != static_cast<int>(*number) || *number < least)
+  const auto whole = number ? wholeNumber<int>(*number) : std::nullopt;
+  if (!whole || *whole != *number || *whole < least)
     fail(ErrorNumber::InvalidArgument,
          fmt::format("{} in the connection string is not a whole number from {} on", part.name, least));
-  return static_cast<int>(*number);
+  return *whole;
 }
 
 // The parts of "tcp:host\instance,port".
@@ -355,10 +357,10 @@ OdbcTarget odbcTarget(const ConnectionSettings& settings, const OdbcMachine& mac
   if (target.password.empty() && !chosen.source.empty())
     target.password = machine.sourceValue(chosen.source, "PWD");
   if (const auto* part = parts.find(Keyword::Pooling)) target.pool.pooled = isYes(part->name, part->value);
-  if (const auto* part = parts.find(Keyword::PoolSize)) target.pool.size = wholeNumber(*part, 1);
-  if (const auto* part = parts.find(Keyword::PoolIdle)) target.pool.idleSeconds = wholeNumber(*part, 0);
+  if (const auto* part = parts.find(Keyword::PoolSize)) target.pool.size = countOf(*part, 1);
+  if (const auto* part = parts.find(Keyword::PoolIdle)) target.pool.idleSeconds = countOf(*part, 0);
   if (const auto* part = parts.find(Keyword::ConnectTimeout))
-    target.loginSeconds = target.pool.waitSeconds = wholeNumber(*part, 0);
+    target.loginSeconds = target.pool.waitSeconds = countOf(*part, 0);
   return target;
 }
 

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "base/text.h"
+#include "base/whole_number.h"
 
 namespace ondrel {
 namespace {
@@ -77,7 +78,7 @@ Variant ColumnStore::read(size_t row) const {
     case Storage::Integer:
       return integers[row];
     case Storage::Number:
-      if (type == FieldType::BigInt) return static_cast<std::int64_t>(numbers[row]);
+      if (type == FieldType::BigInt) return wholeNumber<std::int64_t>(numbers[row]).value_or(0);
       return numbers[row];
     case Storage::Flag:
       return flags[row] != 0;

@@ -9,6 +9,7 @@
 
 #include "base/date.h"
 #include "base/text.h"
+#include "base/whole_number.h"
 #include "data/recordset/table.h"
 
 namespace ondrel {
@@ -66,11 +67,6 @@ std::optional<bool> flagOf(FilterWord word, std::string_view text) {
 
 std::string_view withoutQuotes(std::string_view literal) {
   return literal.front() == '\'' || literal.front() == '#' ? literal.substr(1, literal.size() - 2) : literal;
-}
-
-bool isLong(double value) {
-  return value >= std::numeric_limits<std::int32_t>::min() &&
-         value <= std::numeric_limits<std::int32_t>::max() && value == static_cast<std::int32_t>(value);
 }
 
 // The comparison of a word as a function object, handed to `use`.
@@ -192,8 +188,8 @@ void Filter::setOperand(Operand& operand, const FilterStep& step, const ColumnSt
         break;
       }
       operand.number = isWord ? -isTrue : must(numberOf(step.value, text));
-      operand.isInteger = isLong(operand.number);
-      if (operand.isInteger) operand.integer = static_cast<std::int32_t>(operand.number);
+      if (const auto whole = wholeNumber<std::int32_t>(operand.number)) operand.integer = *whole;
+      operand.isInteger = operand.number == operand.integer;
       break;
     case Storage::Number:
       operand.number = isWord ? -isTrue : must(numberOf(step.value, text));

@@ -21,6 +21,8 @@ constexpr std::array<Junction, 2> kJunctions = {{
 }};
 // clang-format on
 
+constexpr int kMostOpen = 1000;
+
 class Parser {
  public:
   Parser(std::string_view filter, const std::vector<FilterToken>& tokens, const Table& table)
@@ -55,8 +57,12 @@ class Parser {
 
   void parseTerm() {
     if (current().word != FilterWord::Open) return parseComparison();
+    if (++open_ > kMostOpen)
+      throw Error(ErrorNumber::InvalidArgument, "Recordset",
+                  "Filter cannot be opened: parentheses are nested too deeply");
     ++next_;
     parseJunctions(1);
+    --open_;
     if (current().word != FilterWord::Close) failFilter(filter_, current());
     ++next_;
   }
@@ -116,6 +122,7 @@ class Parser {
   size_t next_ = 0;
   size_t literals_ = 0;
   size_t pending_ = 0;
+  int open_ = 0;  // parentheses at one time
   FilterExpression result_;
 };
 

@@ -240,6 +240,13 @@ TEST_F(Dialect, ProceduresTakePositionalArguments) {
   EXPECT_EQ(errorOf("neverHeardOf 1"), 2812);
 }
 
+TEST_F(Dialect, WhatLeavesTheDaysOfAColumnIsAnError) {
+  for (const char* sum :
+       {"dateadd(year, 8000, getdate())", "dateadd(month, 2147483647, getdate())", "getdate() + 1e300",
+        "dateadd(day, -2000000, getdate())", "dateadd(second, 99999999999, getdate())"})
+    EXPECT_EQ(errorOf(std::string("select ") + sum), 517) << sum;
+}
+
 // What an insert without a column list passes over, and nothing writes.
 TEST_F(Dialect, ComputedColumns) {
   execute(
