@@ -258,6 +258,21 @@ bool equalsIgnoringCase(std::string_view a, std::string_view b) {
   return a.size() == b.size() && compareIgnoringCase(a, b) == 0;
 }
 
+bool isWholeText(std::string_view text) {
+  for (size_t position = 0; position < text.size();) {
+    const auto first = static_cast<unsigned char>(text[position]);
+    if (first == 0) return false;
+    if (first < 0x80) {
+      ++position;
+      continue;
+    }
+    const size_t start = position;
+    nextCharacter(text, position);
+    if (position == start + 1) return false;
+  }
+  return true;
+}
+
 size_t characterCount(std::string_view text) {
   size_t count = 0;
   for (size_t position = 0; position < text.size(); ++count) nextCharacter(text, position);

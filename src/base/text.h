@@ -35,6 +35,9 @@ std::string_view leftCharacters(std::string_view text, size_t count);
 // Takes the character at `position` and moves `position` behind it. A byte that is no part of a valid
 // sequence gives its own value.
 char32_t nextCharacter(std::string_view text, size_t& position);
+
+// True for UTF-8 without a NUL.
+bool isWholeText(std::string_view text);
 void appendCharacter(std::string& text, char32_t character);
 
 // Code of a character in Windows-1252; 63, the question mark, for a character that it lacks.

@@ -25,9 +25,16 @@ auto withMaskedErrors(Action action) {
   }
 }
 
+void requireText(std::string_view sql) {
+  if (!isWholeText(sql))
+    throw Error(ErrorNumber::StatementFailed, "QueryDatabase",
+                "The statement holds a NUL or bytes that are no text");
+}
+
 // One-shot reads use the transaction's slot on purpose: a transaction open in it is replaced, and so lost.
 // When the read fails, the slot keeps the connection that failed.
 RecordsetRef readOnce(Apartment& apartment, std::string_view sql, bool withTimeout) {
+  requireText(sql);
   apartment.sharedConnection = newConnection(apartment);
   Connection& connection = *apartment.sharedConnection;
   if (withTimeout) connection.setCommandTimeout(kReadTimeoutSeconds);
@@ -57,6 +64,7 @@ void openTransaction(Apartment& apartment) {
 }
 
 void executeInTransaction(Apartment& apartment, std::string_view sql) {
+  requireText(sql);
   const bool ownsTransaction = !apartment.sharedConnection;
   if (ownsTransaction) openTransaction(apartment);
   apartment.sharedCommand = sql;
@@ -69,6 +77,7 @@ RecordsetRef queryInTransaction(Apartment& apartment, std::string_view sql) {
   if (!apartment.sharedConnection)
     throw Error(ErrorNumber::ObjectClosed, "QueryDatabase",
                 "Operation is not allowed when no transaction is open");
+  requireText(sql);
   apartment.trace.add(sql);
   return withMaskedErrors([&] { return apartment.sharedConnection->query(sql); });
 }

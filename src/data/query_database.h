@@ -10,7 +10,8 @@ namespace ondrel {
 
 // The one door through which all SQL leaves the library. Statements are finished texts; reads come back
 // as tables that no longer need the server. Errors of the store pass to the caller,
-// with card data in their descriptions masked.
+// with card data in their descriptions masked. A statement with a NUL or broken UTF-8 is refused before anything is
+// sent: stores differ in what they make of it, and one that ends at the NUL runs half of it.
 //
 // | operation            | with no transaction open          | with one open                             |
 // |----------------------|-----------------------------------|-------------------------------------------|

@@ -211,6 +211,7 @@ PageAnswer PageEngine::run(const PageRequest& request, PageRun& run) {
   run.database = database_.time - before.time;
   run.library = std::max(engine_.libraryTime() - libraryBefore - run.database, std::chrono::nanoseconds{0});
   run.statements = database_.statements - before.statements;
+  run.discarded = database_.discarded - before.discarded;
   run.scriptMemory = engine_.memoryInUse();
   request_ = nullptr;
   run_ = nullptr;

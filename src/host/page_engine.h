@@ -63,7 +63,8 @@ struct PageRun {
   std::chrono::nanoseconds library{0};  // in library calls, the database left out
   std::chrono::nanoseconds database{0};
   std::uint64_t statements = 0;
-  size_t scriptMemory = 0;  // bytes, after the run
+  std::uint64_t discarded = 0;  // statements of a transaction that was broken off
+  size_t scriptMemory = 0;      // bytes, after the run
   std::string printed;
   std::string failure;     // with the position; not for the browser
   std::string restored;    // how many calls of work in progress were brought back before

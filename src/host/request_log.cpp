@@ -13,7 +13,7 @@
 namespace ondrel {
 namespace {
 
-constexpr mode_t kOwnerAndGroup = 0640;
+constexpr mode_t kOwnerOnly = 0600;
 
 std::string momentText(Date moment) {
   const DateParts parts = moment.parts();
@@ -34,7 +34,7 @@ std::string textField(std::string_view name, std::string_view text) {
 
 RequestLog::RequestLog(const std::filesystem::path& file) : file_(STDERR_FILENO) {
   if (file.empty()) return;
-  file_ = ::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kOwnerAndGroup);
+  file_ = ::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kOwnerOnly);
   if (file_ < 0) throw Error(ErrorNumber::PathAccess, "Host", "The log cannot be written: " + file.string());
 }
 
@@ -54,6 +54,7 @@ void RequestLog::add(const LogEntry& entry) {
                    ",\"page_ms\":{:.3f},\"library_ms\":{:.3f},\"database_ms\":{:.3f},\"statements\":{}",
                    milliseconds(run.total - run.library - run.database), milliseconds(run.library),
                    milliseconds(run.database), run.statements);
+  if (run.discarded > 0) fmt::format_to(std::back_inserter(line), ",\"discarded\":{}", run.discarded);
   line += textField("session", entry.session);
   line += textField("clerk", entry.clerk);
   line += textField("printed", run.printed);

@@ -14,11 +14,24 @@ int digitOf(char c) {
   return -1;
 }
 
+// Without what nobody types: control characters but tabs and line ends, and bytes that are no text.
+std::string typedText(std::string_view text) {
+  std::string result;
+  for (size_t position = 0; position < text.size();) {
+    const size_t start = position;
+    const char32_t c = nextCharacter(text, position);
+    const bool isControl = (c < ' ' && c != '\t' && c != '\r' && c != '\n') || c == 0x7F;
+    const bool isBroken = c >= 0x80 && position == start + 1;
+    if (!isControl && !isBroken) result += text.substr(start, position - start);
+  }
+  return result;
+}
+
 std::string fieldText(std::string_view text) {
   std::string result(text);
   for (char& c : result)
     if (c == '+') c = ' ';
-  return percentDecoded(result);
+  return typedText(percentDecoded(result));
 }
 
 std::string_view takeUpTo(std::string_view& text, char end) {

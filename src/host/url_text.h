@@ -10,7 +10,8 @@ namespace ondrel {
 // Names and values in the order of their arrival; a name may come twice.
 using NamedTexts = std::vector<std::pair<std::string, std::string>>;
 
-// "a=1&b=two+words%21": the form of queries and of forms. A broken escape stands as it is.
+// "a=1&b=two+words%21": the form of queries and of forms. A broken escape stands as it is; control characters but tabs
+// and line ends, and bytes that are no UTF-8, go.
 NamedTexts parseForm(std::string_view text);
 std::string formText(const NamedTexts& fields);
 

@@ -14,6 +14,7 @@ namespace ondrel {
 struct DatabaseAccount {
   std::chrono::nanoseconds time{0};
   std::uint64_t statements = 0;
+  std::uint64_t discarded = 0;  // of them, in transactions that were broken off
 };
 
 // Connections of a host that are open at the moment.
@@ -39,6 +40,7 @@ class WatchedConnection : public Connection {
   }
   ~WatchedConnection() override {
     const Timer timer(use_);
+    discard();
     connection_.reset();
     --*open_;
   }
@@ -51,18 +53,23 @@ class WatchedConnection : public Connection {
   }
   void begin() override {
     const Timer timer(use_);
-    if (writing_ == Writing::Real) connection_->begin();
+    if (writing_ == Writing::Discarded) return;
+    connection_->begin();
+    isOpen_ = true;
   }
   void commit() override {
     if (writing_ == Writing::Discarded) return;
     const Timer timer(use_);
     beforeCommit_();
     connection_->commit();
+    uncommitted_ = 0;
+    isOpen_ = false;
   }
   void execute(std::string_view sql) override {
     ++use_.statements;
     const Timer timer(use_);
     connection_->execute(sql);
+    if (isOpen_) ++uncommitted_;
   }
   RecordsetRef query(std::string_view sql) override {
     ++use_.statements;
@@ -71,10 +78,16 @@ class WatchedConnection : public Connection {
   }
   void close() override {
     const Timer timer(use_);
+    discard();
     connection_->close();
   }
 
  private:
+  void discard() {
+    use_.discarded += std::exchange(uncommitted_, 0);
+    isOpen_ = false;
+  }
+
   struct Timer {
     explicit Timer(DatabaseAccount& account) : use(account) {}
     ~Timer() { use.time += std::chrono::steady_clock::now() - start; }
@@ -89,6 +102,8 @@ class WatchedConnection : public Connection {
   DatabaseAccount& use_;  // outlives the connection
   OpenConnections open_;
   Writing writing_;
+  bool isOpen_ = false;            // a transaction
+  std::uint64_t uncommitted_ = 0;  // statements in it that were run
   std::function<void()> beforeCommit_;
 };
 

@@ -28,6 +28,16 @@ TEST_F(QueryDatabase, ReadsOnceOnAConnectionOfItsOwn) {
   EXPECT_THAT(database.take(), ElementsAre("<open>", "select 2", "<close>")) << "its own timeout";
 }
 
+TEST_F(QueryDatabase, WhatIsNoTextIsNotSent) {
+  for (const std::string& sql : {std::string("delete t\0 where a = 1", 22), std::string("insert '\xE9'"),
+                                 std::string("insert '\xED\xA0\xBD'"), std::string("insert '\xF0\x9F'")}) {
+    EXPECT_THROW(queryDatabase(apartment, sql), Error);
+    EXPECT_THROW(executeInTransaction(apartment, sql), Error);
+    EXPECT_TRUE(database.take().empty()) << sql;
+  }
+  executeInTransaction(apartment, "insert 'Zoë 😀'");
+}
+
 TEST_F(QueryDatabase, AStatementAloneIsATransaction) {
   queryDatabase(apartment, "select 0");
   database.take();

@@ -51,6 +51,15 @@ TEST_F(PageHostTest, PageSeesRequestAndAnswers) {
   EXPECT_EQ(browser.client->Post("/echo", unnumbered, R"({"list":)", "application/json")->status, 400);
 }
 
+TEST_F(PageHostTest, WhatNobodyTypesDoesNotComeIn) {
+  page(
+      "echo.js",
+      "Response.write(encodeURIComponent(Request.query.a), ' ', encodeURIComponent(Server.HTMLEncode('a\\ud83d\\ude00'.substr(0, 2))));");
+  start();
+  EXPECT_EQ(Browser(port).get("/echo?a=a%00%01b%0d%0a%09%7f%ffc%F0%9F%98%80").body,
+            "ab%0D%0A%09c%F0%9F%98%80 a");
+}
+
 TEST_F(PageHostTest, SessionKeepsLibraryObjectsAndIsItsOwn) {
   page("shared/ticket.js", R"(
     exports.open = function () {
@@ -137,6 +146,7 @@ TEST_F(PageHostTest, OpenTransactionDoesNotOutliveItsRequest) {
   EXPECT_EQ(other.post("/write", "").status, 200);
   EXPECT_NE(scalar("select firstName from Customer where customerSequenceNumber = 1").toText(), "A");
   EXPECT_EQ(scalar("select firstName from Customer where customerSequenceNumber = 2").toText(), "B");
+  EXPECT_THAT(log(), ContainsRegex(R"("path":"/broken".*"discarded":1)"));
 }
 
 // ---- who may ask, and for what

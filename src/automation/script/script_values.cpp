@@ -65,6 +65,8 @@ std::string libraryText(std::string_view text) {
     if (high && low) {
       appendCharacter(result, kFirstSupplementary + (*high << 10) + *low);
       position += 2 * kSurrogateBytes;
+    } else if (high || surrogateAt(text, position, lowHalf)) {
+      position += kSurrogateBytes;  // half a character, as a script's substring leaves it, is none
     } else {
       result += text[position++];
     }
