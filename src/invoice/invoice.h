@@ -99,7 +99,7 @@ class Invoice : public Object {
   // Whether this is a quick drop-off.
   bool isQuickInvoice() const;
 
-  // ---------------------------------------------------------------- garments (lines/items.cpp, item_buttons.cpp)
+  // ---------------------------------------------------------------- garments (lines/garments.cpp, item_clicks.cpp)
   // Puts pieces of a price-list item on the invoice. Returns the line that took them, 0 for an unknown item.
   // `groupSimilarItems`: -1 or True makes a line a piece, any other true value merges into a line of the
   // same item and price, false makes one line. The unit price is the item's times `multiplier`, to a multiple
@@ -175,7 +175,7 @@ class Invoice : public Object {
                            const Variant& chargeDesc, const Variant& countAs, const Variant& chargeDeptId,
                            const Variant& unitQuantity);
 
-  // ---------------------------------------------------------------- due dates (lifecycle/due_dates.cpp)
+  // ---------------------------------------------------------------- due dates (calendar/due_dates.cpp)
   // Loads the store's calendar and departments; a new ticket gets a first promise.
   void setStoreDays(const Variant& storeid);
   // Sets InvDueDate by hand. Once that changed the day, finishing a new ticket takes the latest date of the
@@ -206,7 +206,7 @@ class Invoice : public Object {
   // Whether some line belongs to the department.
   Variant isDepartmentPresent(Variant& deptID);
 
-  // ---------------------------------------------------------------- route, workload, rush (lifecycle/)
+  // ---------------------------------------------------------------- route, workload, rush (calendar/)
   // Moves lines of less than 5 days to the next day on which the customer's route delivers.
   void adjustDueDatesForRoute(Variant& CustomerSeq);
   // Moves departments that are booked full on their date to the next day with room.
@@ -260,7 +260,7 @@ class Invoice : public Object {
   double getInvoiceAmountToPay();
   double getInvoiceAmountToPayBeforeTaxSurcharge();
 
-  // ---------------------------------------------------------------- sums and groups (lifecycle/)
+  // ---------------------------------------------------------------- sums and groups (pricing/totals.cpp, tickets/)
   // What the counter shows: goods less coupons and loyalty offers, to cents, never below 0.
   Variant getTotalPriceForDisplay();
   // Goods alone, to cents.
@@ -271,7 +271,7 @@ class Invoice : public Object {
   // Garments and charges: pieces, by the pack of what is cleaned, and lines. Error 6 beyond 32 bits.
   Variant getTotalItemCount();
   Variant getLineCount();
-  // A row a garment or charge with its descriptors in words, see lifecycle/line_groups.h.
+  // A row a garment or charge with its descriptors in words, see tickets/receipt_groups.h.
   RecordsetRef getLineItemsGroupDetails();
   // Numbers of the invoice and of what was split off it, joined by commas. A number of nothing or 0 and an
   // empty invoice are left out; of tickets also a quick drop-off.
@@ -283,7 +283,7 @@ class Invoice : public Object {
   // Sum of a column over the lines that pass a filter, Nulls left out.
   Variant liColTotal(const Variant& col, const Variant& filter);
 
-  // ---------------------------------------------------------------- splitting (lifecycle/splitting*.cpp)
+  // ---------------------------------------------------------------- splitting (splitting/)
   // Divides the lines into tickets: marked lines, then the bags of a quick drop-off, then department by
   // department. The children stand in invoicesDictionary, which is returned, under keys from 1; this invoice
   // keeps what none of them took. Nothing when no split is needed. `userAction` has no effect. Error 3021
@@ -298,7 +298,7 @@ class Invoice : public Object {
   // Whether some department of the invoice does not ask for a split. For after splitInvoice.
   bool oneDeptWithNoSplitExists();
 
-  // ---------------------------------------------------------------- piece limits (lifecycle/piece_limits.cpp)
+  // ---------------------------------------------------------------- piece limits (splitting/piece_limits.cpp)
   // Pieces of a department: quantity times pack of its garments and charges.
   Variant getDepartmentPieceCount(Variant& departmentID);
   // Whether a department whose splitting is left to the clerk holds more pieces than one ticket takes.
@@ -314,7 +314,7 @@ class Invoice : public Object {
   // Whether splitting the department is left to the clerk.
   Variant isManualMaxPiecesEnabled(Variant& departmentID);
 
-  // ---------------------------------------------------------------- heat seals (lifecycle/heat_seals.cpp)
+  // ---------------------------------------------------------------- heat seals (seals/heat_seals.cpp)
   void pushNewHeatSeal(const Variant& heatSeal);
   void removeNewHeatSeal(const Variant& heatSeal);
   Variant getNewHeatSealCount();
@@ -337,7 +337,7 @@ class Invoice : public Object {
   // `printTagsForHeatSeals` has no effect. An error leaves the transaction open.
   void insertTagsForTicket(const Variant& printTagsForHeatSeals);
 
-  // ---------------------------------------------------------------- preferences (lifecycle/preferences.cpp)
+  // ---------------------------------------------------------------- preferences (tickets/preferences.cpp)
   // Reads the customer's exemptions and the value of every preference type: of this ticket, else the
   // standing one, else the default. An empty ticket or customer counts as none.
   Variant loadCustomerPreferences(Variant& CustomerSeq, Variant& ticketNumber);
@@ -346,7 +346,7 @@ class Invoice : public Object {
   // An unknown name is ignored.
   Variant setCustomerPreferenceByName(Variant& preferenceName, Variant& value);
 
-  // ---------------------------------------------------------------- saving (lifecycle/saving*.cpp)
+  // ---------------------------------------------------------------- saving (tickets/saving.cpp)
   // Whether there is no garment, charge or department line.
   Variant isInvoiceEmpty();
   // Writes the invoice and what was split off it: `userAction` "edit" over the ticket that ticketNo names,
@@ -359,7 +359,7 @@ class Invoice : public Object {
   // Takes a finished invoice back to an entry: children come home, generated lines go.
   void cancelDoneOperation();
 
-  // ---------------------------------------------------------------- loading (lifecycle/loading*.cpp)
+  // ---------------------------------------------------------------- loading (tickets/loading.cpp)
   // Loads a ticket into a fresh invoice, for edit or for printing. An unknown ticket gives no lines; a number
   // that is none raises error 13.
   void getExistingDetails(const Variant& ticketNumber);
@@ -427,7 +427,7 @@ class Invoice : public Object {
   // Reads all lines, those of the children too, for a developer who watches.
   void debugLineItems();
 
-  // ---------------------------------------------------------------- quick items (lifecycle/quick_items.cpp)
+  // ---------------------------------------------------------------- quick items (lines/quick_items.cpp)
   // The department lines with pieces as text, one "department,pieces,date" a line; Empty without any.
   Variant exportQuickItems();
   // Takes all department lines away. The filter stays on them.
@@ -729,7 +729,7 @@ class Invoice : public Object {
   void saveCustomerPreferences(const Variant& customerSeq, const Variant& ticketNumber);
 
   // ---------------------------------------------------------------- saving
-  struct SaveRequest;  // what the counter tells with a save, see lifecycle/saving.h
+  struct SaveRequest;  // what the counter tells with a save, see tickets/saving.h
   void insertTicket(const SaveRequest& request);
   void updateTicket(const SaveRequest& request);
   // The calls that write the header; dates, preferences and department lines are settled on the way.

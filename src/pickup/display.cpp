@@ -8,7 +8,7 @@
 #include "base/whole_number.h"
 #include "data/query_database.h"
 #include "data/values.h"
-#include "invoice/lifecycle/line_groups.h"
+#include "invoice/tickets/receipt_groups.h"
 #include "pickup/pickup.h"
 #include "pickup/pickup_columns.h"
 

@@ -109,7 +109,7 @@ class Pickup : public Object {
   // Reads the lines of all tickets into displayRst. Errors are passed over: what cannot be read is not shown.
   void populateLineItemsToDisplay();
   std::int32_t getTotalItemCount();
-  // The receipt's view of displayRst: a row for each garment or charge, see invoice/lifecycle/line_groups.h.
+  // The receipt's view of displayRst: a row for each garment or charge, see invoice/tickets/receipt_groups.h.
   RecordsetRef getLineItemsGroupDetails();
 
   // ---------------------------------------------------------------- lists and the release (tickets.cpp)

@@ -1,6 +1,6 @@
 #include <fmt/format.h>
 
-#include "invoice/lifecycle/ticket_dates.h"
+#include "invoice/calendar/ticket_dates.h"
 #include "quick/quick_invoice.h"
 
 namespace ondrel {

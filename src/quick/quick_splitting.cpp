@@ -2,8 +2,8 @@
 
 #include <set>
 
-#include "invoice/lifecycle/department_groups.h"
-#include "invoice/lifecycle/split_children.h"
+#include "invoice/splitting/department_groups.h"
+#include "invoice/splitting/child_tickets.h"
 #include "quick/quick_invoice.h"
 
 namespace ondrel {

@@ -1,4 +1,4 @@
-#include "invoice/lifecycle/saving.h"
+#include "invoice/tickets/saving.h"
 
 #include <fmt/format.h>
 

@@ -4,7 +4,7 @@
 
 #include "data/query_database.h"
 #include "invoice/invoice.h"
-#include "invoice/lifecycle/ticket_dates.h"
+#include "invoice/calendar/ticket_dates.h"
 
 namespace ondrel {
 namespace {

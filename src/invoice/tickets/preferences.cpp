@@ -2,7 +2,7 @@
 
 #include "data/query_database.h"
 #include "invoice/invoice.h"
-#include "invoice/lifecycle/customer_preferences.h"
+#include "invoice/tickets/customer_preferences.h"
 
 namespace ondrel {
 

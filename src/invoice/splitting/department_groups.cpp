@@ -1,4 +1,4 @@
-#include "invoice/lifecycle/department_groups.h"
+#include "invoice/splitting/department_groups.h"
 
 #include <fmt/format.h>
 

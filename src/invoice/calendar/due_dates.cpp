@@ -6,8 +6,8 @@
 #include "data/query_database.h"
 #include "data/values.h"
 #include "invoice/invoice.h"
-#include "invoice/lifecycle/department_groups.h"
-#include "invoice/lifecycle/ticket_dates.h"
+#include "invoice/splitting/department_groups.h"
+#include "invoice/calendar/ticket_dates.h"
 
 namespace ondrel {
 namespace {

@@ -1,4 +1,4 @@
-#include "invoice/lifecycle/customer_preferences.h"
+#include "invoice/tickets/customer_preferences.h"
 
 #include <fmt/format.h>
 

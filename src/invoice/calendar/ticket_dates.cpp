@@ -1,4 +1,4 @@
-#include "invoice/lifecycle/ticket_dates.h"
+#include "invoice/calendar/ticket_dates.h"
 
 #include <fmt/format.h>
 

@@ -4,7 +4,7 @@
 
 #include "data/query_database.h"
 #include "invoice/invoice.h"
-#include "invoice/lifecycle/header_fields.h"
+#include "invoice/tickets/ticket_header.h"
 
 namespace ondrel {
 // ---------------------------------------------------------------- the two views

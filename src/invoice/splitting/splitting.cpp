@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "invoice/invoice.h"
-#include "invoice/lifecycle/department_groups.h"
-#include "invoice/lifecycle/split_children.h"
+#include "invoice/splitting/department_groups.h"
+#include "invoice/splitting/child_tickets.h"
 #include "invoice/line_kinds.h"
 
 // What goes on which ticket. Every child is an invoice like its parent; the three ways of making one differ:

@@ -1,4 +1,4 @@
-#include "invoice/lifecycle/line_groups.h"
+#include "invoice/tickets/receipt_groups.h"
 
 #include <array>
 

@@ -1,5 +1,5 @@
 #include "invoice/invoice.h"
-#include "invoice/lifecycle/department_groups.h"
+#include "invoice/splitting/department_groups.h"
 
 namespace ondrel {
 

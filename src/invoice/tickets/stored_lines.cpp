@@ -1,4 +1,4 @@
-#include "invoice/lifecycle/ticket_lines.h"
+#include "invoice/tickets/stored_lines.h"
 
 #include <array>
 

@@ -7,7 +7,7 @@
 #include "data/query_database.h"
 #include "data/values.h"
 #include "invoice/invoice.h"
-#include "invoice/lifecycle/ticket_lines.h"
+#include "invoice/tickets/stored_lines.h"
 #include "invoice/line_kinds.h"
 
 namespace ondrel {
