@@ -5,7 +5,7 @@
 #include "cards/credit_card_processing.h"
 #include "cards/exchange_files.h"
 #include "cards/request_lines.h"
-#include "data/card_masking.h"
+#include "data/card_numbers.h"
 #include "data/query_database.h"
 #include "data/values.h"
 #include "platform/delimited_text.h"

@@ -1,6 +1,6 @@
 #include "component/guarded.h"
 
-#include "component/values.h"
+#include "component/bstr.h"
 
 namespace ondrel {
 

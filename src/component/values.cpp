@@ -7,6 +7,7 @@
 #include "base/array.h"
 #include "base/error.h"
 #include "base/whole_number.h"
+#include "component/bstr.h"
 #include "component/dispatch_object.h"
 #include "platform/utf16.h"
 
@@ -101,13 +102,6 @@ void writeWhole(Number* place, double number) {
 }
 
 }  // namespace
-
-BSTR toBSTR(std::string_view text) {
-  const std::u16string units = toUtf16(text);
-  const BSTR result = SysAllocStringLen(units.data(), static_cast<uint32_t>(units.size()));
-  if (!result) throw std::bad_alloc();
-  return result;
-}
 
 bool isOmitted(const VARIANT& value) {
   return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND;

@@ -33,6 +33,4 @@ void writeBack(const VARIANT& reference, const Variant& value);
 // Whether the VARIANT stands for an argument that was left out.
 bool isOmitted(const VARIANT& value);
 
-BSTR toBSTR(std::string_view text);
-
 }  // namespace ondrel

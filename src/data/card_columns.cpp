@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "base/text.h"
-#include "data/card_masking.h"
 #include "data/card_numbers.h"
 
 namespace ondrel {

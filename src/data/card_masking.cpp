@@ -13,9 +13,7 @@ namespace {
 constexpr size_t kShortestNumber = 13;
 constexpr size_t kLongestNumber = 19;
 constexpr size_t kShortestTrackNumber = 12;
-constexpr size_t kShownDigits = 4;
 constexpr size_t kMostMarks = 3;  // between two groups
-constexpr std::string_view kStars = "************";
 constexpr std::string_view kGuidShape = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
 // What parts the values of a statement or the fields of a track, and so no groups of one number.
 constexpr std::string_view kNoMarks = "'\",()=;^?\r\n";
@@ -217,13 +215,6 @@ std::string masked(std::string_view text) {
 }
 
 }  // namespace
-
-std::string maskedCardNumber(std::string_view number) {
-  const std::string_view plain = trim(number);
-  const size_t count = characterCount(plain);
-  const size_t hidden = leftCharacters(plain, count > kShownDigits ? count - kShownDigits : 0).size();
-  return std::string(kStars) + std::string(plain.substr(hidden));
-}
 
 std::string maskCardData(std::string_view text) {
   const std::string bound = maskCardColumns(text);

@@ -5,9 +5,6 @@
 
 namespace ondrel {
 
-// "************" and the last four characters of the trimmed number.
-std::string maskedCardNumber(std::string_view number);
-
 // `text`, a statement or what a store says about one, fit for a log: the one place that knows what card data
 // looks like.
 //

@@ -10,6 +10,9 @@
 namespace ondrel {
 namespace {
 
+constexpr size_t kShownDigits = 4;
+constexpr std::string_view kStars = "************";
+
 constexpr size_t kPrefixDigits = 4;
 
 struct BrandRange {
@@ -85,6 +88,13 @@ CardCheck checkCardNumber(std::string_view number) {
                         row->length)};
   if (!passesLuhn(digits)) return {false, row->brand, "Invalid Credit Card Number."};
   return {true, row->brand, ""};
+}
+
+std::string maskedCardNumber(std::string_view number) {
+  const std::string_view plain = trim(number);
+  const size_t count = characterCount(plain);
+  const size_t hidden = leftCharacters(plain, count > kShownDigits ? count - kShownDigits : 0).size();
+  return std::string(kStars) + std::string(plain.substr(hidden));
 }
 
 }  // namespace ondrel

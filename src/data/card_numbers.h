@@ -23,4 +23,7 @@ struct CardCheck {
 // Brand, length and check digit of a number; anything but digits in it is dropped first.
 CardCheck checkCardNumber(std::string_view number);
 
+// "************" and the last four characters of the trimmed number.
+std::string maskedCardNumber(std::string_view number);
+
 }  // namespace ondrel

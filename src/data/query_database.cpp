@@ -97,16 +97,4 @@ void closeTransaction(Apartment& apartment) {
   apartment.sharedConnection = nullptr;
 }
 
-std::string escapeSql(const Variant& value) {
-  return replaceAll(value.toText(), "'", "''");
-}
-
-std::string escapeSqlValue(const Variant& value) {
-  return escapeSql(value);
-}
-
-const Variant& plainValue(const Variant& value) {
-  return value;
-}
-
 }  // namespace ondrel

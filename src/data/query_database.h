@@ -5,6 +5,7 @@
 
 #include "data/apartment.h"
 #include "data/recordset/recordset.h"
+#include "data/values.h"
 
 namespace ondrel {
 
@@ -33,11 +34,5 @@ void executeInTransaction(Apartment& apartment, std::string_view sql);
 RecordsetRef queryInTransaction(Apartment& apartment, std::string_view sql);
 void commitTransaction(Apartment& apartment);
 void closeTransaction(Apartment& apartment);
-
-// Doubles each single quote. One behaviour under two names; the second is in general use.
-std::string escapeSql(const Variant& value);
-std::string escapeSqlValue(const Variant& value);
-// The argument unchanged: what stands for the escape where a value goes in bare.
-const Variant& plainValue(const Variant& value);
 
 }  // namespace ondrel

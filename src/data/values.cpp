@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "base/text.h"
-#include "data/query_database.h"
 
 namespace ondrel {
 namespace {
@@ -129,6 +128,18 @@ std::string htmlEncode(const Variant& value) {
   std::string result;
   appendHtmlEncoded(result, value.joined());
   return result;
+}
+
+std::string escapeSql(const Variant& value) {
+  return replaceAll(value.toText(), "'", "''");
+}
+
+std::string escapeSqlValue(const Variant& value) {
+  return escapeSql(value);
+}
+
+const Variant& plainValue(const Variant& value) {
+  return value;
 }
 
 std::string sqlQuotedOrNull(const Variant& value) {

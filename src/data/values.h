@@ -22,6 +22,11 @@ std::string jsEscapeSimple(const Variant& value);
 // Quote, ampersand and angle brackets as entities, control characters and those from 128 on as the
 // decimal number of their Windows-1252 code; a character without one stays. The empty text for Null.
 std::string htmlEncode(const Variant& value);
+// Doubles each single quote. One behaviour under two names; the second is in general use.
+std::string escapeSql(const Variant& value);
+std::string escapeSqlValue(const Variant& value);
+// The argument unchanged: what stands for the escape where a value goes in bare.
+const Variant& plainValue(const Variant& value);
 // 'value' with quotes doubled; null when the value is Null or has no text form.
 std::string sqlQuotedOrNull(const Variant& value);
 // 'value' with quotes doubled; NULL for Null and for the empty text. Blanks are content.

@@ -1,8 +1,9 @@
 #include <fmt/format.h>
 
 #include "base/text.h"
-#include "data/card_masking.h"
+#include "data/card_numbers.h"
 #include "data/query_database.h"
+#include "data/store_loading.h"
 #include "pickup/pickup.h"
 #include "pickup/pickup_columns.h"
 

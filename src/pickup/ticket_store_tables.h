@@ -4,7 +4,7 @@
 #include <string>
 
 #include "data/apartment.h"
-#include "data/store_tables.h"
+#include "data/store_loading.h"
 #include "invoice/invoice.h"
 
 namespace ondrel {

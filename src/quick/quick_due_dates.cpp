@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "data/store_loading.h"
 #include "invoice/calendar/ticket_dates.h"
 #include "quick/quick_invoice.h"
 

@@ -1,4 +1,5 @@
 #include "base/array.h"
+#include "data/store_loading.h"
 #include "data/values.h"
 #include "invoice/invoice_fixture.h"
 

@@ -2,6 +2,7 @@
 #include <random>
 
 #include "base/text.h"
+#include "data/store_loading.h"
 #include "data/values.h"
 #include "invoice/invoice_fixture.h"
 

@@ -1,5 +1,6 @@
 #include <regex>
 
+#include "data/store_loading.h"
 #include "support/fake_database.h"
 #include "web/panel_fixture.h"
 

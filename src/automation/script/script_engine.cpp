@@ -11,14 +11,12 @@
 
 namespace ondrel {
 
-using script::NativeCall;
-using State = ScriptEngine::State;
+using script::kInternalError;
+using script::State;
 
 namespace {
 
 constexpr int kFailureExitCode = 1;
-// The platform's number for a failure inside, which no table names.
-constexpr auto kInternalError = static_cast<ErrorNumber>(51);
 
 void* allocate(void* udata, duk_size_t size) {
   State& state = *static_cast<State*>(udata);
@@ -70,7 +68,7 @@ struct Global {
 };
 
 struct GlobalFunction {
-  ScriptEngine::Function* function;
+  ScriptFunction* function;
   std::string_view name;
 };
 
@@ -129,86 +127,7 @@ duk_ret_t describe(duk_context* context, void* udata) {
   return 0;
 }
 
-// ---- the three steps of a native call
-
-struct Reading {
-  NativeCall& call;
-  script::Reader read;
-};
-
-duk_ret_t readStep(duk_context* context, void* udata) {
-  const Reading& reading = *static_cast<Reading*>(udata);
-  reading.read(context, reading.call);
-  return 0;
-}
-
-// Adds the time of a library call to the engine's account.
-class Stopwatch {
- public:
-  explicit Stopwatch(State& state) : state_(state), start_(std::chrono::steady_clock::now()) {}
-  ~Stopwatch() { state_.libraryTime += std::chrono::steady_clock::now() - start_; }
-  Stopwatch(const Stopwatch&) = delete;
-  Stopwatch& operator=(const Stopwatch&) = delete;
-
- private:
-  State& state_;
-  std::chrono::steady_clock::time_point start_;
-};
-
-void runLibrary(NativeCall& call, script::LibraryCode code) {
-  if (call.hostFunction) return code(call);
-  const Stopwatch stopwatch(call.state);
-  code(call);
-}
-
-void libraryStep(NativeCall& call, script::LibraryCode code) {
-  try {
-    if (call.state.hasQuit) return;
-    if (call.state.isInterrupted) throw Error(kInternalError, "Script", "The script was interrupted");
-    runLibrary(call, code);
-  } catch (const Error& error) {
-    call.failure = error;
-  } catch (const std::bad_alloc&) {
-    call.failure = Error(kInternalError, "Script", "Out of memory");
-  } catch (const std::exception& exception) {
-    call.failure = Error(kInternalError, "Script", std::string("Internal error: ") + exception.what());
-  }
-}
-
-duk_ret_t answerStep(duk_context* context, void* udata) {
-  NativeCall& call = *static_cast<NativeCall*>(udata);
-  script::writeBoxes(context, call);
-  if (call.failure)
-    script::pushError(context, call.failure->number(), call.failure->source(), call.failure->what());
-  else if (call.function.member)
-    script::pushMemberFunction(context, call.state, call.function);
-  else
-    script::pushValue(context, call.state, call.result);
-  return 1;
-}
-
 }  // namespace
-
-namespace script {
-
-State& stateOf(duk_context* context) {
-  duk_memory_functions functions;
-  duk_get_memory_functions(context, &functions);
-  return *static_cast<State*>(functions.udata);
-}
-
-bool runNative(duk_context* context, Reader read, LibraryCode code) noexcept {
-  NativeCall call(stateOf(context));
-  Reading reading{call, read};
-  if (duk_safe_call(context, readStep, &reading, 0, 1) != DUK_EXEC_SUCCESS) return false;
-  duk_pop(context);
-  libraryStep(call, code);
-  if (call.state.hasQuit) call.failure = Error(ErrorNumber::InvalidCall, "Script", "The script has quit");
-  if (duk_safe_call(context, answerStep, &call, 0, 1) != DUK_EXEC_SUCCESS) return false;
-  return !call.failure;
-}
-
-}  // namespace script
 
 std::string ScriptFailure::text() const {
   std::string result = number ? "error " + std::to_string(*number) + ": " : std::string();

@@ -1,17 +1,20 @@
 #pragma once
 
 #include <chrono>
-#include <functional>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
+#include "automation/script/script_function.h"
 #include "base/variant.h"
 #include "data/apartment.h"
 
 namespace ondrel {
+
+namespace script {
+struct State;
+}
 
 // An error that a script did not catch.
 struct ScriptFailure {
@@ -55,9 +58,8 @@ struct ScriptOutcome {
 // `number`, `source`, `description`; an unknown member is 438.
 class ScriptEngine {
  public:
-  using Printer = std::function<void(std::string_view)>;
-  // A function of the host; an Error that it raises reaches the script.
-  using Function = std::function<Variant(std::span<const Variant> arguments)>;
+  using Printer = ScriptPrinter;
+  using Function = ScriptFunction;
 
   static constexpr size_t kUsualMemoryLimit = size_t{256} << 20;
 
@@ -83,10 +85,8 @@ class ScriptEngine {
   // Bytes that the script's own values take.
   size_t memoryInUse() const noexcept;
 
-  struct State;
-
  private:
-  std::unique_ptr<State> state_;
+  std::unique_ptr<script::State> state_;
 };
 
 }  // namespace ondrel

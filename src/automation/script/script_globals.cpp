@@ -49,7 +49,7 @@ void quit(NativeCall& call) {
 void readHostCall(duk_context* context, NativeCall& call) {
   duk_push_current_function(context);
   duk_get_prop_string(context, -1, kHostFunctionKey);
-  call.hostFunction = static_cast<const ScriptEngine::Function*>(duk_get_pointer(context, -1));
+  call.hostFunction = static_cast<const ScriptFunction*>(duk_get_pointer(context, -1));
   duk_pop_2(context);
   readArguments(context, call, 0);
 }
@@ -74,7 +74,7 @@ void installFunction(duk_context* context, const char* name, duk_c_function func
 
 }  // namespace
 
-void pushHostFunction(duk_context* context, ScriptEngine::Function* function) {
+void pushHostFunction(duk_context* context, ScriptFunction* function) {
   duk_push_c_function(context, native<readHostCall, callHost>, DUK_VARARGS);
   duk_push_pointer(context, function);
   duk_put_prop_string(context, -2, kHostFunctionKey);

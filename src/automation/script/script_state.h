@@ -23,7 +23,8 @@
 #include <vector>
 
 #include "automation/dispatch/call.h"
-#include "automation/script/script_engine.h"
+#include "automation/script/script_function.h"
+#include "data/apartment.h"
 
 namespace ondrel {
 
@@ -39,9 +40,11 @@ struct KnownObject {
   const ClassTable* table = nullptr;
 };
 
-struct ScriptEngine::State {
+namespace script {
+
+struct State {
   ApartmentRef apartment;
-  Printer print;
+  ScriptPrinter print;
   duk_context* context = nullptr;
   bool hasQuit = false;
   int exitCode = 0;
@@ -51,14 +54,13 @@ struct ScriptEngine::State {
   std::atomic<bool> isInterrupted = false;
   // Spent in library calls so far.
   std::chrono::nanoseconds libraryTime{0};
-  std::vector<std::unique_ptr<ScriptEngine::Function>> functions;
+  std::vector<std::unique_ptr<ScriptFunction>> functions;
   // Script functions made so far; the stash keeps them alive.
   std::unordered_map<const Member*, void*> memberFunctions;
 };
 
-namespace script {
-
-using State = ScriptEngine::State;
+// The platform's number for a failure inside, which no table names.
+inline constexpr auto kInternalError = static_cast<ErrorNumber>(51);
 
 // Hidden properties of script objects.
 inline constexpr const char* kObjectKey = DUK_HIDDEN_SYMBOL("object");  // KnownObject
@@ -79,7 +81,7 @@ struct NativeCall {
   std::vector<size_t> boxes;  // places of the arguments that are boxes
   Variant result;
   BoundMember function;  // the result where it is a function
-  const ScriptEngine::Function* hostFunction = nullptr;
+  const ScriptFunction* hostFunction = nullptr;
   std::optional<Error> failure;
 };
 
@@ -132,7 +134,7 @@ void installObjects(duk_context* context);
 void installValues(duk_context* context);
 void installGlobals(duk_context* context);
 // Pushes a script function that calls `function`, which must live as long as the engine.
-void pushHostFunction(duk_context* context, ScriptEngine::Function* function);
+void pushHostFunction(duk_context* context, ScriptFunction* function);
 
 }  // namespace script
 }  // namespace ondrel

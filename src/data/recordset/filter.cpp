@@ -10,7 +10,7 @@
 #include "base/date.h"
 #include "base/text.h"
 #include "base/whole_number.h"
-#include "data/recordset/table.h"
+#include "data/recordset/table_columns.h"
 
 namespace ondrel {
 
@@ -24,7 +24,7 @@ struct FilterSpan {
 
 namespace {
 
-constexpr size_t kBlock = Table::kBlock;
+constexpr size_t kBlock = TableColumns::kBlock;
 
 // Most numbers are a few digits.
 std::optional<std::int32_t> fewDigits(std::string_view text) {
@@ -157,11 +157,11 @@ void scanTexts(const FilterSpan& span, FilterWord comparison, const ColumnStore&
 
 }  // namespace
 
-void Filter::bind(std::string_view text, Table& table) {
+void Filter::bind(std::string_view text, const TableColumns& table, FilterCache& shapes) {
   // Everything is read from the caller's text: reading back what was just copied would make the
   // processor wait for the copy.
   text_.assign(text);
-  shape_ = &table.filters().shapeOf(text, table, literals_);
+  shape_ = &shapes.shapeOf(text, table, literals_);
   unescaped_.clear();
   const std::vector<FilterStep>& steps = shape_->expression.steps;
   operands_.resize(steps.size());
@@ -217,7 +217,7 @@ void Filter::setOperand(Operand& operand, const FilterStep& step, const ColumnSt
   }
 }
 
-const std::uint8_t* Filter::run(const Table& table, size_t first, size_t blocks) const {
+const std::uint8_t* Filter::run(const TableColumns& table, size_t first, size_t blocks) const {
   const FilterExpression& expression = shape_->expression;
   const size_t length = blocks * kBlock;
   std::uint8_t* const results = table.workingSpace(length * expression.depth);

@@ -10,7 +10,7 @@
 
 namespace ondrel {
 
-class Table;
+class TableColumns;
 struct ColumnStore;
 struct FilterSpan;
 
@@ -29,16 +29,16 @@ struct FilterSpan;
 class Filter {
  public:
   // Errors 3001 and 3265 leave the filter unusable until the next bind.
-  void bind(std::string_view text, Table& table);
+  void bind(std::string_view text, const TableColumns& table, FilterCache& shapes);
   const std::string& text() const { return text_; }
 
   // Columns that are compared, as in FilterExpression.
   std::uint64_t columns() const { return shape_->expression.columns; }
 
-  // 1 for each row that passes, from the place `first`, a multiple of Table::kBlock, for `blocks`
+  // 1 for each row that passes, from the place `first`, a multiple of TableColumns::kBlock, for `blocks`
   // blocks. Places without a row may be 1 or 0. The result lies in the table's working space and is
   // valid until the next run on it.
-  const std::uint8_t* run(const Table& table, size_t first, size_t blocks) const;
+  const std::uint8_t* run(const TableColumns& table, size_t first, size_t blocks) const;
 
  private:
   // The value that a step compares with, as the storage of its column needs it.

@@ -35,7 +35,7 @@ std::string shapeText(std::string_view filter, const std::vector<FilterToken>& t
 }
 
 std::unique_ptr<FilterShape> makeShape(std::string_view filter, const std::vector<FilterToken>& tokens,
-                                       const Table& table) {
+                                       const TableColumns& table) {
   auto shape = std::make_unique<FilterShape>();
   size_t copied = 0;
   for (const FilterToken& token : tokens) {
@@ -82,7 +82,7 @@ bool FilterShape::matches(std::string_view filter, FilterLiterals& found) const 
   }
 }
 
-const FilterShape& FilterCache::shapeOf(std::string_view filter, const Table& table, FilterLiterals& found) {
+const FilterShape& FilterCache::shapeOf(std::string_view filter, const TableColumns& table, FilterLiterals& found) {
   const FilterShape*& latest = latest_[startHash(filter)];
   if (latest && latest->matches(filter, found)) return *latest;
 

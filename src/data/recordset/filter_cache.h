@@ -42,7 +42,7 @@ struct FilterShape {
 class FilterCache {
  public:
   // The shape of a text, and its literals in `found`. Errors as parseFilter.
-  const FilterShape& shapeOf(std::string_view filter, const Table& table, FilterLiterals& found);
+  const FilterShape& shapeOf(std::string_view filter, const TableColumns& table, FilterLiterals& found);
 
  private:
   struct Hash {

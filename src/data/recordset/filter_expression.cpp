@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "data/recordset/table.h"
+#include "data/recordset/table_columns.h"
 
 namespace ondrel {
 namespace {
@@ -25,7 +25,7 @@ constexpr int kMostOpen = 1000;
 
 class Parser {
  public:
-  Parser(std::string_view filter, const std::vector<FilterToken>& tokens, const Table& table)
+  Parser(std::string_view filter, const std::vector<FilterToken>& tokens, const TableColumns& table)
       : filter_(filter), tokens_(tokens), table_(table) {}
 
   FilterExpression parse() {
@@ -118,7 +118,7 @@ class Parser {
 
   std::string_view filter_;
   const std::vector<FilterToken>& tokens_;
-  const Table& table_;
+  const TableColumns& table_;
   size_t next_ = 0;
   size_t literals_ = 0;
   size_t pending_ = 0;
@@ -129,7 +129,7 @@ class Parser {
 }  // namespace
 
 FilterExpression parseFilter(std::string_view filter, const std::vector<FilterToken>& tokens,
-                             const Table& table) {
+                             const TableColumns& table) {
   return Parser(filter, tokens, table).parse();
 }
 

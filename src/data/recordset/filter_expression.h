@@ -8,7 +8,7 @@
 
 namespace ondrel {
 
-class Table;
+class TableColumns;
 
 enum class FilterAction : std::uint8_t { Compare, TestMissing, TestPresent, Nothing, Join };
 
@@ -42,6 +42,6 @@ struct FilterExpression {
 //
 // Error 3001 at a word that does not fit, 3265 for a column that the table does not have.
 FilterExpression parseFilter(std::string_view filter, const std::vector<FilterToken>& tokens,
-                             const Table& table);
+                             const TableColumns& table);
 
 }  // namespace ondrel

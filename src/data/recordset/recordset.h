@@ -203,7 +203,7 @@ class Recordset : public Object {
     table_->noteWrite(row, column.index);
   }
   template <class Fill>
-  size_t addRow(const View* maker, Fill fill) {
+  size_t addRow(View* maker, Fill fill) {
     const size_t row = table_->prepareRow();
     try {
       fill(row);
@@ -211,7 +211,7 @@ class Recordset : public Object {
       table_->abandonRow();
       throw;
     }
-    table_->completeRow(maker);
+    table_->completeRow(maker ? maker->observer() : nullptr);
     return row;
   }
   [[noreturn]] void failClosed() const;

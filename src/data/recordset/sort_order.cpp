@@ -49,7 +49,7 @@ std::pair<std::string_view, std::string_view> splitEntry(std::string_view entry)
 
 }  // namespace
 
-void SortOrder::set(std::string_view text, const Table& table) {
+void SortOrder::set(std::string_view text, const TableColumns& table) {
   if (text == text_) return;
   std::vector<Key> keys;
   std::uint64_t columns = 0;
@@ -70,7 +70,7 @@ void SortOrder::set(std::string_view text, const Table& table) {
   columns_ = columns;
 }
 
-bool SortOrder::comesBefore(const Table& table, std::int32_t a, std::int32_t b) const {
+bool SortOrder::comesBefore(const TableColumns& table, std::int32_t a, std::int32_t b) const {
   for (const Key& key : keys_) {
     const int order = compareCells(table.column(key.column), static_cast<size_t>(a), static_cast<size_t>(b));
     if (order != 0) return (order < 0) != key.descending;
@@ -78,7 +78,7 @@ bool SortOrder::comesBefore(const Table& table, std::int32_t a, std::int32_t b) 
   return a < b;
 }
 
-void SortOrder::sort(const Table& table, std::span<std::int32_t> rows) const {
+void SortOrder::sort(const TableColumns& table, std::span<std::int32_t> rows) const {
   const ColumnStore& first = table.column(keys_.front().column);
   if (keys_.size() == 1 && first.storage == Storage::Integer) return sortByInteger(first, rows);
   std::sort(rows.begin(), rows.end(),

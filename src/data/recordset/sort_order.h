@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "data/recordset/table.h"
+#include "data/recordset/table_columns.h"
 
 namespace ondrel {
 
@@ -16,14 +16,14 @@ class SortOrder {
  public:
   // Errors: 3265 for a column that the table does not have, 3001 for a text of another form; the order
   // is then as it was.
-  void set(std::string_view text, const Table& table);
+  void set(std::string_view text, const TableColumns& table);
   const std::string& text() const { return text_; }
   bool isEmpty() const { return keys_.empty(); }
   // As Filter::columns().
   std::uint64_t columns() const { return columns_; }
 
-  void sort(const Table& table, std::span<std::int32_t> rows) const;
-  bool comesBefore(const Table& table, std::int32_t a, std::int32_t b) const;
+  void sort(const TableColumns& table, std::span<std::int32_t> rows) const;
+  bool comesBefore(const TableColumns& table, std::int32_t a, std::int32_t b) const;
 
  private:
   void sortByInteger(const ColumnStore& column, std::span<std::int32_t> rows) const;

@@ -1,21 +1,11 @@
 #include "data/recordset/table.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
-#include "data/recordset/view.h"
-
 namespace ondrel {
-void failColumn(std::string_view name) {
-  throw Error(ErrorNumber::ItemNotFound, "Recordset", fmt::format("The table has no column \"{}\"", name));
-}
-
 void Table::addColumn(std::string_view name, FieldType type, int size, bool nullable) {
-  columns_.emplace_back(name, type, size, nullable);
+  add(name, type, size, nullable);
   columns_.back().resize(alive_.size());
-  columnCount_ = static_cast<int>(columns_.size());
-  names_.add(name);
 }
 
 std::unique_ptr<Filter> Table::takeFilter() {
@@ -34,12 +24,12 @@ size_t Table::prepareRow() {
   return places_;
 }
 
-void Table::completeRow(const View* maker) {
+void Table::completeRow(const TableObserver* maker) {
   alive_[places_] = 1;
   serials_[places_] = ++lastSerial_;
   ++places_;
-  for (View* view : views_)
-    if (view != maker) view->noteRowAdded();
+  for (TableObserver* observer : observers_)
+    if (observer != maker) observer->noteRowAdded();
 }
 
 void Table::abandonRow() {
@@ -49,7 +39,7 @@ void Table::abandonRow() {
 void Table::removeRow(size_t row) {
   alive_[row] = 0;
   ++dead_;
-  for (View* view : views_) view->noteRowRemoved(row);
+  for (TableObserver* observer : observers_) observer->noteRowRemoved(row);
   for (; places_ > 0 && !alive_[places_ - 1]; --dead_) {
     --places_;
     for (ColumnStore& column : columns_) column.reset(places_);
@@ -90,7 +80,7 @@ void Table::dropGaps() {
   std::fill(alive_.begin() + static_cast<std::ptrdiff_t>(kept), alive_.end(), std::uint8_t{0});
   places_ = kept;
   dead_ = 0;
-  for (View* view : views_) view->noteRowsMoved(moved);
+  for (TableObserver* observer : observers_) observer->noteRowsMoved(moved);
 }
 
 void Table::resize(size_t places) {

@@ -22,7 +22,7 @@ View::~View() {
 
 void View::setFilter(std::string_view text) {
   if (!spare_) spare_ = table_->takeFilter();
-  spare_->bind(text, *table_);
+  spare_->bind(text, *table_, table_->filters());
   filter_.swap(spare_);
   collect();
 }

@@ -26,7 +26,7 @@ namespace ondrel {
 //
 // So a loop sees its rows in a fixed order while it changes them, and the row that follows one that
 // left is the one that stood behind it.
-class View {
+class View final : private TableObserver {
  public:
   explicit View(std::shared_ptr<Table> table);
   ~View();
@@ -67,13 +67,8 @@ class View {
   void settle();
   void removeShown();
 
-  // ---- news from the table
-  void noteRowAdded() { stale_ = true; }
-  void noteRowRemoved(size_t row);
-  void noteRowsMoved(std::span<const std::int32_t> places);
-  void noteWrite(size_t row, int column) {
-    if (watched_ >> (column % 64) & 1) noteChange(row);
-  }
+  // How the table knows the view.
+  TableObserver* observer() { return this; }
 
  private:
   void goTo(int place) {
@@ -95,7 +90,10 @@ class View {
   int placeFor(std::int32_t row) const;
   void erase(int place);
   void insert(int place, std::int32_t row);
-  void noteChange(size_t row);
+
+  void noteRowRemoved(size_t row) override;
+  void noteRowsMoved(std::span<const std::int32_t> places) override;
+  void noteChange(size_t row) override;
 
   std::shared_ptr<Table> table_;
   std::unique_ptr<Filter> filter_;  // the one in force; none when all rows show
@@ -112,13 +110,7 @@ class View {
   bool onDeleted_ = false;
   bool isNew_ = false;      // the current row was added and has not been shown yet
   bool unsettled_ = false;  // a move has work to do first
-  bool stale_ = false;      // rows may show that are not in rows_, or in another order
-  std::uint64_t watched_ = 0;
   std::vector<std::int32_t> changed_;
 };
-
-inline void Table::noteWrite(size_t row, int column) {
-  for (View* view : views_) view->noteWrite(row, column);
-}
 
 }  // namespace ondrel

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include "data/query_database.h"
+#include "data/store_loading.h"
 #include "data/values.h"
 #include "invoice/invoice.h"
 #include "invoice/line_kinds.h"

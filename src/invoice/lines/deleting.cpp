@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include "base/text.h"
+#include "data/store_loading.h"
 #include "invoice/invoice.h"
 #include "invoice/line_kinds.h"
 #include "invoice/lines/child_kinds.h"

@@ -6,6 +6,7 @@
 
 #include "base/text.h"
 #include "data/query_database.h"
+#include "data/store_loading.h"
 #include "data/values.h"
 #include "invoice/invoice.h"
 

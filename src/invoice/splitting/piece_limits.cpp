@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "base/array.h"
+#include "data/store_loading.h"
 #include "invoice/invoice.h"
 
 namespace ondrel {

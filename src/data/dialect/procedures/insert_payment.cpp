@@ -1,6 +1,6 @@
 #include <fmt/format.h>
 
-#include "data/card_masking.h"
+#include "data/card_numbers.h"
 #include "data/dialect/procedures/account_procedures.h"
 #include "data/query_database.h"
 

@@ -6,7 +6,7 @@
 #include <cmath>
 
 #include "base/text.h"
-#include "data/card_masking.h"
+#include "data/card_numbers.h"
 #include "data/values.h"
 
 namespace ondrel {

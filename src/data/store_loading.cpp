@@ -1,9 +1,8 @@
-#include "data/store_tables.h"
+#include "data/store_loading.h"
 
 #include <fmt/format.h>
 
 #include "base/text.h"
-#include "data/apartment.h"
 #include "data/query_database.h"
 #include "data/values.h"
 

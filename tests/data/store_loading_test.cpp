@@ -1,4 +1,4 @@
-#include "data/store_tables.h"
+#include "data/store_loading.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
