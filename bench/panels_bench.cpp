@@ -14,6 +14,8 @@
 
 #include "data/query_database.h"
 #include "measured_connection.h"
+#include "web/invoice_json.h"
+#include "web/panels.h"
 
 namespace ondrel {
 namespace {
@@ -136,7 +138,7 @@ void measure(benchmark::State& state, Panel panel, Split split) {
 
 void htmlLineItems(benchmark::State& state) {
   measure(
-      state, [](Invoice& invoice) { return invoice.htmlLineItems(1); }, fragmentsOf);
+      state, [](Invoice& invoice) { return htmlLineItems(invoice, 1); }, fragmentsOf);
 }
 
 // Charges instead of garments: nothing is asked of the price list, and the writing alone is seen.
@@ -149,19 +151,19 @@ void htmlLineItemsOfCharges(benchmark::State& state) {
       for (; !garments->eof(); garments->moveNext()) garments->setValue(LineColumn::itemType, "AC");
       changed = true;
     }
-    return invoice.htmlLineItems(1);
+    return htmlLineItems(invoice, 1);
   };
   measure(state, panel, fragmentsOf);
 }
 
 void htmlItems(benchmark::State& state) {
   measure(
-      state, [](Invoice& invoice) { return invoice.htmlItems("", 1); }, fragmentsOf);
+      state, [](Invoice& invoice) { return htmlItems(invoice, "", 1); }, fragmentsOf);
 }
 
 void toJSON(benchmark::State& state) {
   measure(
-      state, [](Invoice& invoice) { return invoice.toJSON(); }, membersOf);
+      state, [](Invoice& invoice) { return toJSON(invoice); }, membersOf);
 }
 
 #define PANEL(name) BENCHMARK(name)->Arg(10)->Arg(40)->Arg(160)->Unit(benchmark::kMicrosecond)

@@ -17,7 +17,6 @@
 
 namespace ondrel {
 
-class HtmlWriter;
 class StoredLines;
 struct OfferKind;
 struct OfferQuestion;
@@ -368,64 +367,20 @@ class Invoice : public Object {
   Variant getLineItemType(Variant& lineNumber);
   Variant getLineDeptID(Variant& lineNumber);
 
-  // ---------------------------------------------------------------- panels of the entry screen (src/web)
-  // Fragments of mark-up, whose classes and attributes the page's scripts know. A `lineNumber` of "" is none; one
-  // that matches no line gives what none gives. Nothing is written to the database.
-  Variant htmlDepartments(const Variant& departmentID);
-  // The coupons that may be chosen; where the store allows one discount and has it, that one to take away.
-  Variant htmlCoupons();
-  // Buttons of the line's item, descriptors and properties. A `currentIdGroup` of two letters or less marks all.
-  Variant htmlIdGroups(const Variant& lineNumber, const Variant& currentIdGroup);
-  // Items of a department, of the line's own when it has one; the common items for "".
-  Variant htmlItems(const Variant& departmentID, const Variant& lineNumber = "");
-  // Descriptors of all groups, or of one type; `filter` is how their names begin, and a name that no descriptor
-  // has stands alone.
-  Variant htmlDescriptors(const Variant& departmentID, const Variant& lineNumber = "");
-  Variant htmlDescriptor(const Variant& group, const Variant& lineNumber = "", const Variant& filter = "");
-  Variant htmlDescriptorGroup(const Variant& descriptorGroupID, const Variant& lineNumber = "");
-  Variant htmlUpcharges(const Variant& priceListItemId, const Variant& lineNumber = "");
-  Variant htmlPreferenceList();
-  // Whether a line of the type stands for the id.
-  Variant lineItemExists(const Variant& itemType, const Variant& lineItemID);
-  // Pieces of a line, 0 for an unknown one.
-  Variant getLineItemQuantity(const Variant& lineNumber);
-  // Department of the first line, Empty without lines.
-  Variant getDepartmentID();
-
-  // ---------------------------------------------------------------- lines, totals and due dates (src/web)
-  // The lines by department, newest first; filter and sort stay.
-  Variant htmlLineItems(const Variant& lineNumber = "");
-  // The same of a stored ticket, in its own order. Loads the store's calendar as setStoreDays does.
-  Variant htmlPreviewLineItems(const Variant& ticketNumber);
-  Variant htmlInvoiceTotals();
-  Variant htmlInvoicePreferences();
-  Variant htmlDueDates();
-  // Day pickers of all departments, and of the whole invoice.
-  Variant htmlDeptsDueDate();
-  Variant htmlInvoiceDueDate();
-  // Twelve days to choose from, a page eleven days on; "" is the page with the due day. `page` takes the page
-  // shown. Error 5 when the department's days are no whole number from 0 on and a page has to be found.
-  Variant htmlDeptDueDate(const Variant& departmentID, Variant& page);
-  Variant htmlNewHeatSeals();
-  // Price and notes of a line, as buttons. The filter stays on the line.
-  Variant htmlLineFunctions(const Variant& lineNumber);
-  // The edit form of a line; the filter stays on its upcharges.
-  Variant htmlLineProperties(const Variant& departmentID, const Variant& lineNumber = "");
-  // The form of a charge line; a quantity above 10 selects nothing. The filter stays on the line.
-  Variant htmlAddChargeDetail(const Variant& lineNumber = "");
-
-  // ---------------------------------------------------------------- the invoice as a whole (src/web)
-  // As JSON, every value a text. jsonItem is Empty for an unknown line. Quotes, backslashes and line ends are
-  // escaped, other control characters go out as they are: a page that takes a tab in a note cleans it first.
-  Variant toJSON();
-  Variant jsonItem(const Variant& lineNumber);
-  // A stored ticket in three lines, Empty for an unknown one.
-  Variant htmlSummary(const Variant& ticketNumber);
-  // Tickets of the last half year with the same garments and descriptors, in case this is a double entry.
-  // The filter stays on the garments.
-  Variant htmlSimilarInvoices();
-  // Reads all lines, those of the children too, for a developer who watches.
-  void debugLineItems();
+  // ---------------------------------------------------------------- what the panels show (src/web)
+  // The apartment that the invoice was made in.
+  const ApartmentRef& apartment() const { return apartment_; }
+  // A setting of the store, Empty when it has none.
+  Variant getMiscSetupValue(std::string_view column);
+  struct DescriptorDisplay {
+    Variant color, icon, price;  // Empty for an unknown descriptor
+  };
+  DescriptorDisplay getDescriptorDisplay(std::string_view name, std::string_view group);
+  // Whether the price list forces the kind of descriptor on the item; whether it has upcharges to offer.
+  bool itemForces(const Variant& item, std::string_view column);
+  bool offersUpcharges(const Variant& item);
+  // Heat seals that were scanned and are on no garment yet, in the order of scanning.
+  std::vector<Variant> waitingHeatSeals() const { return newHeatSeals_->keys(); }
 
   // ---------------------------------------------------------------- quick items (lines/quick_items.cpp)
   // The department lines with pieces as text, one "department,pieces,date" a line; Empty without any.
@@ -451,7 +406,6 @@ class Invoice : public Object {
   RecordsetRef createLineItemsTable() const;
   bool mergeFlattenedLine();
   void moveChildLines(std::int32_t oldParent, std::int32_t newParent);
-  Variant getMiscSetupValue(std::string_view column);
   void logLine(std::string_view logType, const Variant& quantity, const Variant& deptName,
                const Variant& itemName, const Variant& amount);
   // Deletes every line that passes the filter, then clears it.
@@ -525,13 +479,6 @@ class Invoice : public Object {
                     const Variant& deptName, std::int32_t pieces, double price, double amount);
   void addDescriptorLine(const Variant& parent, const Variant& name, const Variant& group,
                          const Variant& pieces);
-  struct DescriptorDisplay {
-    Variant color, icon, price;  // Empty for an unknown descriptor
-  };
-  DescriptorDisplay getDescriptorDisplay(std::string_view name, std::string_view group);
-  // Whether the price list forces the kind of descriptor on the item; whether it has upcharges to offer.
-  bool itemForces(const Variant& item, std::string_view column);
-  bool offersUpcharges(const Variant& item);
   bool isDescriptorRequired(const Variant& lineNo, std::string_view column);
   bool coversPieces(const Variant& lineNo, std::string_view lineKind);
 
@@ -776,18 +723,6 @@ class Invoice : public Object {
   bool isDepartmentLoaded(std::int32_t deptId) const;
   std::int32_t countTicketTags(const Variant& ticketNumber);
   Variant getLineValue(const Variant& lineNumber, Column column);
-
-  // ---------------------------------------------------------------- panels
-  struct LinePanel;
-  struct IdGroupSelection;
-  IdGroupSelection getIdGroupSelection(const Variant& line, std::string_view group);
-  struct DescriptorChoice {
-    bool ofOneGroup = false, withUpcharges = true;
-    std::string filter;  // how the names begin, "" for all
-  };
-  std::string descriptorPanels(const std::string& groupsStatement, const Variant& line,
-                               const DescriptorChoice& choice);
-  void writeSimilarTickets(HtmlWriter& html, const std::string& query);
 
   // ---------------------------------------------------------------- members told by role
   ApartmentRef apartment_;

@@ -4,9 +4,10 @@
 #include <limits>
 
 #include "base/whole_number.h"
-#include "invoice/invoice.h"
+#include "invoice/lifecycle/ticket_dates.h"
 #include "web/html_writer.h"
 #include "web/line_views.h"
+#include "web/panels.h"
 
 namespace ondrel {
 namespace {
@@ -64,35 +65,37 @@ void writeDay(HtmlWriter& html, std::int32_t days, bool isDue, Date date, const 
 
 }  // namespace
 
-Variant Invoice::htmlDueDates() {
+Variant htmlDueDates(Invoice& invoice) {
   HtmlWriter html;
-  lineItems->clearFilter();
-  for (const LineDepartment& department : departmentsOf(*lineItems)) {
+  invoice.lineItems->clearFilter();
+  for (const LineDepartment& department : departmentsOf(*invoice.lineItems)) {
     if (department.id.isNull()) continue;
     html.raw("<div class=\"dept_duedate\"><div class=\"duedate_label\"><span>").encoded(department.name);
     html.raw("</span></div><input class=\"duedate_dept\"").escaped("deptid", department.id);
-    html.escaped("value", getDeptDueDate(department.name)).raw(" /></div>");
+    html.escaped("value", invoice.getDeptDueDate(department.name)).raw(" /></div>");
   }
   return html.take();
 }
 
-Variant Invoice::htmlDeptsDueDate() {
+Variant htmlDeptsDueDate(Invoice& invoice) {
   HtmlWriter html;
-  lineItems->setFilter("itemType='IT' or itemType='DE' or itemType='AC'");
-  const std::vector<LineDepartment> departments = departmentsOf(*lineItems);
-  lineItems->clearFilter();
+  invoice.lineItems->setFilter("itemType='IT' or itemType='DE' or itemType='AC'");
+  const std::vector<LineDepartment> departments = departmentsOf(*invoice.lineItems);
+  invoice.lineItems->clearFilter();
   for (const LineDepartment& department : departments) {
     Variant dueDayPage = "";
     html.raw("<div class=\"dept-details\"><h3>").encoded(department.name).raw("</h3>");
-    html.raw(htmlDeptDueDate(department.id, dueDayPage)).raw("</div>");
+    html.raw(htmlDeptDueDate(invoice, department.id, dueDayPage)).raw("</div>");
   }
   return html.take();
 }
 
-Variant Invoice::htmlInvoiceDueDate() {
+Variant htmlInvoiceDueDate(Invoice& invoice) {
   Variant dueDayPage = "";
   HtmlWriter html;
-  html.raw("<div class=\"dept-details\"><h3>Invoice</h3>").raw(htmlDeptDueDate("", dueDayPage)).raw("</div>");
+  html.raw("<div class=\"dept-details\"><h3>Invoice</h3>")
+      .raw(htmlDeptDueDate(invoice, "", dueDayPage))
+      .raw("</div>");
   return html.take();
 }
 
@@ -101,11 +104,11 @@ Variant Invoice::htmlInvoiceDueDate() {
 // | ""         | the first that has the due day   | Prev         |
 // | 0          | 0                                | stop         |
 // | any other  | that page                        | Prev         |
-Variant Invoice::htmlDeptDueDate(const Variant& departmentID, Variant& page) {
-  const Variant target = getDeptIDDaysToProcess(departmentID);
+Variant htmlDeptDueDate(Invoice& invoice, const Variant& departmentID, Variant& page) {
+  const Variant target = invoice.getDeptIDDaysToProcess(departmentID);
   const bool isSearch = page.joined().empty();
   if (isSearch && !isWholeFromZero(target))
-    throw Error(ErrorNumber::InvalidCall, className(),
+    throw Error(ErrorNumber::InvalidCall, invoice.className(),
                 "No page has the due day: the department's days are not a whole number from 0 on");
   const std::int32_t shown = isSearch ? pageOf(target.toLong()) : page.toLong();
 
@@ -118,7 +121,8 @@ Variant Invoice::htmlDeptDueDate(const Variant& departmentID, Variant& page) {
     writeTurn(html, "prev", departmentID, "Prev");
   for (std::int32_t cell = 0; cell < kDaysOnPage; ++cell) {
     const std::int32_t days = first + cell;
-    writeDay(html, days, isEqual(days, target), dueDateForDays(days), departmentID);
+    writeDay(html, days, isEqual(days, target),
+             dueDateForDays(*invoice.apartment(), invoice.createdDate, days), departmentID);
   }
   page = shown;
   writeTurn(html, "next", departmentID, "Next");

@@ -2,14 +2,13 @@
 
 #include "base/text.h"
 #include "data/query_database.h"
-#include "invoice/invoice.h"
+#include "invoice/line_access.h"
 #include "web/button_panel.h"
 #include "web/line_views.h"
+#include "web/panels.h"
 
 namespace ondrel {
 namespace {
-
-using enum LineColumn;
 
 // Where the answer of a read keeps what a button is made of.
 struct ButtonColumns {
@@ -92,27 +91,10 @@ void writeTypedButton(HtmlWriter& html, std::string_view type, const std::string
   html.raw(" maxquantity=\"1\"><span>").raw(typed).raw("</span></div>");
 }
 
-}  // namespace
-
-// ---------------------------------------------------------------- descriptors
-
-Variant Invoice::htmlDescriptorGroup(const Variant& descriptorGroupID, const Variant& line) {
-  return htmlDescriptor(descriptorGroupID, line);
-}
-
-Variant Invoice::htmlDescriptors(const Variant&, const Variant& line) {
-  return descriptorPanels(" select * from descriptorgroup order by displayorder ", line, DescriptorChoice{});
-}
-
-Variant Invoice::htmlDescriptor(const Variant& group, const Variant& line, const Variant& filter) {
-  const std::string type = group.joined();
-  const std::string ofType = type.empty() ? "" : fmt::format(" where [type] = '{}'", escapeSqlValue(type));
-  return descriptorPanels(fmt::format(" select * from descriptorgroup {} order by displayorder ", ofType),
-                          line,
-                          {.ofOneGroup = true,
-                           .withUpcharges = type.empty() || equalsIgnoringCase(type, "up"),
-                           .filter = filter.joined()});
-}
+struct DescriptorChoice {
+  bool ofOneGroup = false, withUpcharges = true;
+  std::string filter;  // how the names begin, "" for all
+};
 
 // The filter goes off with the first button that asks what the line has of it; without a line, or without a
 // button, it stays as it was set.
@@ -122,22 +104,22 @@ Variant Invoice::htmlDescriptor(const Variant& group, const Variant& line, const
 // | htmlDescriptors | all             | always, in front     | all, the first 30 brands             |
 // | htmlDescriptor  | of one type,    | without a type       | the same; with a filter those that   |
 // |                 | all without one | or with "up"         | begin so, or what was typed          |
-std::string Invoice::descriptorPanels(const std::string& groupsStatement, const Variant& line,
-                                      const DescriptorChoice& choice) {
+std::string descriptorPanels(Invoice& invoice, const std::string& groupsStatement, const Variant& line,
+                             const DescriptorChoice& choice) {
   Variant item = "";
   const bool hasLine = !line.joined().empty();
-  if (hasLine && findLine(line)) item = lineItems->value(lineItemId);
+  if (hasLine && findLine(*invoice.lineItems, line)) item = invoice.lineItems->value(col::lineItemId);
   HtmlWriter html;
   if (choice.withUpcharges)
-    html.raw("<div class=\"upcharge-section\">").raw(htmlUpcharges(item, line)).raw("</div>");
-  const ChildLines children(*lineItems, lineItems->sort());
+    html.raw("<div class=\"upcharge-section\">").raw(htmlUpcharges(invoice, item, line)).raw("</div>");
+  const ChildLines children(*invoice.lineItems, invoice.lineItems->sort());
   const std::span<const ChildLine> chosen =
       hasLine ? children.of(line.toLong()) : std::span<const ChildLine>();
-  const RecordsetRef groups = queryDatabase(*apartment_, groupsStatement);
+  const RecordsetRef groups = queryDatabase(*invoice.apartment(), groupsStatement);
   for (; !groups->eof(); groups->moveNext()) {
-    const RecordsetRef rows = queryDatabase(*apartment_, descriptorsOf(*groups, choice.filter));
+    const RecordsetRef rows = queryDatabase(*invoice.apartment(), descriptorsOf(*groups, choice.filter));
     if (rows->eof() && choice.filter.empty()) continue;
-    if (hasLine && !rows->eof()) lineItems->clearFilter();
+    if (hasLine && !rows->eof()) invoice.lineItems->clearFilter();
     const std::string title = groups->text("name"), name = toLower(title), type = groups->text("type");
     const std::string shortType = toLower(trim(type));
     ButtonPanel panel;
@@ -154,20 +136,43 @@ std::string Invoice::descriptorPanels(const std::string& groupsStatement, const 
   return html.take();
 }
 
-Variant Invoice::htmlUpcharges(const Variant& priceListItemId, const Variant& line) {
+}  // namespace
+
+// ---------------------------------------------------------------- descriptors
+
+Variant htmlDescriptorGroup(Invoice& invoice, const Variant& descriptorGroupID, const Variant& line) {
+  return htmlDescriptor(invoice, descriptorGroupID, line);
+}
+
+Variant htmlDescriptors(Invoice& invoice, const Variant&, const Variant& line) {
+  return descriptorPanels(invoice, " select * from descriptorgroup order by displayorder ", line,
+                          DescriptorChoice{});
+}
+
+Variant htmlDescriptor(Invoice& invoice, const Variant& group, const Variant& line, const Variant& filter) {
+  const std::string type = group.joined();
+  const std::string ofType = type.empty() ? "" : fmt::format(" where [type] = '{}'", escapeSqlValue(type));
+  return descriptorPanels(
+      invoice, fmt::format(" select * from descriptorgroup {} order by displayorder ", ofType), line,
+      {.ofOneGroup = true,
+       .withUpcharges = type.empty() || equalsIgnoringCase(type, "up"),
+       .filter = filter.joined()});
+}
+
+Variant htmlUpcharges(Invoice& invoice, const Variant& priceListItemId, const Variant& line) {
   HtmlWriter html;
   html.raw("<div class=\"upcharges collapsible collapsed panel\" group=\"up\">");
   ButtonPanel panel;
   if (const std::string item = priceListItemId.joined(); !item.empty()) {
-    const RecordsetRef rows = readUpcharges(*apartment_, escapeSqlValue(item));
+    const RecordsetRef rows = readUpcharges(*invoice.apartment(), escapeSqlValue(item));
     const ButtonColumns columns = {rows->column("itemdescriptorpriceid"), rows->column("descriptorname"),
                                    rows->column("icon"), rows->column("maxQuantity")};
     const Column promptForDescriptors = rows->column("promptfordescriptors");
     const bool hasLine = !line.joined().empty();
-    const ChildLines children(*lineItems, lineItems->sort());
+    const ChildLines children(*invoice.lineItems, invoice.lineItems->sort());
     const std::span<const ChildLine> chosen =
         hasLine ? children.of(line.toLong()) : std::span<const ChildLine>();
-    if (hasLine && !rows->eof()) lineItems->clearFilter();
+    if (hasLine && !rows->eof()) invoice.lineItems->clearFilter();
     for (; !rows->eof(); rows->moveNext()) {
       const std::string name = rows->text(columns.name), icon = rows->text(columns.icon);
       const std::int32_t pieces = childQuantity(chosen, name, "UP");

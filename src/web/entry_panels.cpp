@@ -3,13 +3,12 @@
 #include "base/text.h"
 #include "data/query_database.h"
 #include "data/values.h"
-#include "invoice/invoice.h"
 #include "web/html_writer.h"
+#include "web/line_readers.h"
+#include "web/panels.h"
 
 namespace ondrel {
 namespace {
-
-using enum LineColumn;
 
 bool isSameTrimmed(const Variant& a, const Variant& b) {
   const std::string left = a.joined(), right = b.joined();
@@ -29,36 +28,13 @@ std::vector<std::string> optionsIn(const std::string& text) {
 
 }  // namespace
 
-// ---------------------------------------------------------------- readers of the lines
-
-Variant Invoice::lineItemExists(const Variant& type, const Variant& item) {
-  lineItems->setFilter(
-      fmt::format("itemType='{}' and lineItemID={}", escapeSqlValue(type.joined()), sqlNumber(item)));
-  const bool found = !lineItems->eof();
-  lineItems->clearFilter();
-  return found;
-}
-
-Variant Invoice::getLineItemQuantity(const Variant& line) {
-  const Variant found = findLine(line) ? lineItems->value(quantity) : Variant(0);
-  lineItems->clearFilter();
-  return found;
-}
-
-Variant Invoice::getDepartmentID() {
-  lineItems->clearFilter();
-  return lineItems->eof() ? Variant() : lineItems->value(deptId);
-}
-
-// ---------------------------------------------------------------- panels
-
-Variant Invoice::htmlDepartments(const Variant& departmentID) {
+Variant htmlDepartments(Invoice& invoice, const Variant& departmentID) {
   HtmlWriter html;
   const RecordsetRef rows = queryDatabase(
-      *apartment_,
+      *invoice.apartment(),
       fmt::format(" select departmentid, name from department where disabled = 0 and pricelistid = "
                   "'{}'  order by displaysequence ",
-                  priceListId));
+                  invoice.priceListId));
   for (; !rows->eof(); rows->moveNext()) {
     const Variant id = rows->value("departmentid");
     html.raw("<div").attribute("departmentid", id);
@@ -73,20 +49,20 @@ Variant Invoice::htmlDepartments(const Variant& departmentID) {
 // |-------------------------|-------------------|---------------------------------------------|
 // | yes                     | yes               | the coupons that are on it, selected        |
 // | otherwise               |                   | all that the invoice qualifies for          |
-Variant Invoice::htmlCoupons() {
-  const Variant oneDiscount = getMiscSetupValue("oneDiscountPerInvoice");
-  getQualifyingCoupons();
-  const RecordsetRef coupons = getDisplayCouponRst()->clone();
+Variant htmlCoupons(Invoice& invoice) {
+  const Variant oneDiscount = invoice.getMiscSetupValue("oneDiscountPerInvoice");
+  invoice.getQualifyingCoupons();
+  const RecordsetRef coupons = invoice.getDisplayCouponRst()->clone();
   HtmlWriter html;
   html.raw("<div class=\"commands\"><div class=\"command\" id=\"item-delete\"><span>Delete</span></div>");
   bool applied = false;
   for (; !coupons->eof(); coupons->moveNext())
-    if (lineItemExists("CU", coupons->value("discountId")).toBoolean()) applied = true;
+    if (lineItemExists(invoice, "CU", coupons->value("discountId")).toBoolean()) applied = true;
   const bool onlyApplied = applied && !oneDiscount.isNull() && oneDiscount.toBoolean();
   if (coupons->recordCount() > 0) coupons->moveFirst();
   for (; !coupons->eof(); coupons->moveNext()) {
     const Variant id = coupons->value("discountId");
-    if (onlyApplied && !lineItemExists("CU", id).toBoolean()) continue;
+    if (onlyApplied && !lineItemExists(invoice, "CU", id).toBoolean()) continue;
     html.tag("div").attribute("class",
                               onlyApplied ? "discount coupon selected sel_discount" : "discount coupon");
     html.attribute("discountid", id)
@@ -98,14 +74,14 @@ Variant Invoice::htmlCoupons() {
   return html.take();
 }
 
-Variant Invoice::htmlPreferenceList() {
+Variant htmlPreferenceList(Invoice& invoice) {
   HtmlWriter html;
   const RecordsetRef types = queryDatabase(
-      *apartment_,
+      *invoice.apartment(),
       " select *, isnull(options, '') as options from customerpreferencetype order by displayorder ");
   for (; !types->eof(); types->moveNext()) {
     const Variant* chosen =
-        preferences ? preferences->find(types->value("customerpreferencetypeid")) : nullptr;
+        invoice.preferences ? invoice.preferences->find(types->value("customerpreferencetypeid")) : nullptr;
     const Variant value = chosen ? *chosen : Variant();
     html.raw("<div class=\"invoice_pref\"><h3>").encoded(types->value("name")).raw("</h3>");
     html.raw("<div class=\"pref_list\"").attribute("pref_name", types->value("name")).content();

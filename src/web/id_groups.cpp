@@ -4,13 +4,13 @@
 #include <fmt/format.h>
 
 #include "base/text.h"
-#include "invoice/invoice.h"
+#include "invoice/line_access.h"
 #include "web/html_writer.h"
+#include "web/line_views.h"
+#include "web/panels.h"
 
 namespace ondrel {
 namespace {
-
-using enum LineColumn;
 
 struct IdGroup {
   std::string_view group, label, idName;
@@ -28,48 +28,51 @@ constexpr std::array<IdGroup, 6> kIdGroups = {{
 }};
 // clang-format on
 
-}  // namespace
-
 // What the line has of a group, for the group's button.
-struct Invoice::IdGroupSelection {
+struct IdGroupSelection {
   std::string name, image, color;
 };
 
-Invoice::IdGroupSelection Invoice::getIdGroupSelection(const Variant& line, std::string_view group) {
+IdGroupSelection getIdGroupSelection(Invoice& invoice, const Variant& line, std::string_view group) {
   IdGroupSelection selection;
   if (line.joined().empty()) return selection;
-  bool found = findLine(line);
-  std::int32_t pieces = found && !lineItems->isNull(quantity) ? std::max(lineItems->integer(quantity), 1) : 1;
+  bool found = findLine(*invoice.lineItems, line);
+  std::int32_t pieces = found && !invoice.lineItems->isNull(col::quantity)
+                            ? std::max(invoice.lineItems->integer(col::quantity), 1)
+                            : 1;
   if (group != "it") {
-    lineItems->setFilter(
+    invoice.lineItems->setFilter(
         fmt::format("parentLineNumber = {} and itemType = '{}'", line.toText(), toUpper(group)));
-    found = !lineItems->eof();
+    found = !invoice.lineItems->eof();
   }
   if (found) {
-    selection = {lineItems->text(itemName), lineItems->text(backgroundImage),
-                 lineItems->text(backgroundColor)};
-    if (!lineItems->isNull(quantity) && lineItems->integer(quantity) > pieces)
-      selection.name += " (" + numberText(static_cast<double>(lineItems->integer(quantity)) / pieces) + ") ";
+    selection = {invoice.lineItems->text(col::itemName), invoice.lineItems->text(col::backgroundImage),
+                 invoice.lineItems->text(col::backgroundColor)};
+    if (!invoice.lineItems->isNull(col::quantity) && invoice.lineItems->integer(col::quantity) > pieces)
+      selection.name +=
+          " (" + numberText(static_cast<double>(invoice.lineItems->integer(col::quantity)) / pieces) + ") ";
     if (selection.image.empty() && selection.color.empty()) {
       // With the count if there is one, which no descriptor's name has: more than one a piece shows no picture.
-      const DescriptorDisplay display = getDescriptorDisplay(selection.name, group);
+      const Invoice::DescriptorDisplay display = invoice.getDescriptorDisplay(selection.name, group);
       selection.image = display.icon.joined();
       selection.color = display.color.joined();
     }
   }
-  lineItems->clearFilter();
+  invoice.lineItems->clearFilter();
   return selection;
 }
 
+}  // namespace
+
 // Whether a group is chosen goes by the length of its name alone, for all buttons alike: pages tell the chosen
 // one by other means.
-Variant Invoice::htmlIdGroups(const Variant& line, const Variant& currentIdGroup) {
+Variant htmlIdGroups(Invoice& invoice, const Variant& line, const Variant& currentIdGroup) {
   const std::string current = currentIdGroup.joined();
   const bool chosen = leftCharacters(current, 2) == current;
   HtmlWriter html;
   html.raw("<div class=\"id-group-panel\">");
   for (const IdGroup& each : kIdGroups) {
-    const IdGroupSelection selection = getIdGroupSelection(line, each.group);
+    const IdGroupSelection selection = getIdGroupSelection(invoice, line, each.group);
     html.raw("<div class=\"sel-")
         .raw(each.group)
         .raw(chosen ? " id-group-button id-group-selected" : " id-group-button");

@@ -1,15 +1,15 @@
+#include "web/invoice_json.h"
+
 #include <fmt/format.h>
 
 #include "base/text.h"
 #include "data/values.h"
-#include "invoice/invoice.h"
+#include "invoice/line_access.h"
 #include "web/line_views.h"
 #include "web/whole_number.h"
 
 namespace ondrel {
 namespace {
-
-using enum LineColumn;
 
 constexpr size_t kExpectedLineSize = 192;
 
@@ -59,10 +59,10 @@ class JsonWriter {
 
 // A line lacks its sum of upcharges until it has one, and then its price is not told.
 void writePrice(JsonWriter& json, const Recordset& line) {
-  if (line.isNull(upchargeTotal))
+  if (line.isNull(col::upchargeTotal))
     json.field("price", std::string_view());
   else
-    json.field("price", line.number(lineItemTotal) + line.number(upchargeTotal));
+    json.field("price", line.number(col::lineItemTotal) + line.number(col::upchargeTotal));
 }
 
 void writeDescriptors(JsonWriter& json, std::span<const ChildLine> children) {
@@ -83,19 +83,19 @@ void writeDescriptors(JsonWriter& json, std::span<const ChildLine> children) {
 
 // What both views of a line begin with.
 void writeLineHead(JsonWriter& json, const Recordset& line) {
-  json.raw('{').number("lineid", line, lineNumber).raw(',');
-  json.number("deptid", line, deptId).raw(',');
-  json.number("id", line, lineItemId).raw(',');
-  json.field("name", line.textView(itemName)).raw(',');
-  json.field("type", line.textView(itemType)).raw(',');
-  json.number("quantity", line, quantity).raw(',');
+  json.raw('{').number("lineid", line, col::lineNumber).raw(',');
+  json.number("deptid", line, col::deptId).raw(',');
+  json.number("id", line, col::lineItemId).raw(',');
+  json.field("name", line.textView(col::itemName)).raw(',');
+  json.field("type", line.textView(col::itemType)).raw(',');
+  json.number("quantity", line, col::quantity).raw(',');
   writePrice(json, line);
   json.raw(',');
 }
 
 void writeLineEnd(JsonWriter& json, const Recordset& line, const ChildLines& children,
                   std::int32_t selected) {
-  const std::int32_t number = line.integer(lineNumber);
+  const std::int32_t number = line.integer(col::lineNumber);
   if (number == selected) json.raw("\"selected\": 1,");
   writeDescriptors(json, children.of(number));
   json.raw('}');
@@ -103,13 +103,13 @@ void writeLineEnd(JsonWriter& json, const Recordset& line, const ChildLines& chi
 
 }  // namespace
 
-Variant Invoice::toJSON() {
-  lineItems->clearFilter();
-  const ChildLines children(*lineItems);
-  const RecordsetRef lines = lineItems->clone();  // in table order, whatever the last panel sorted by
+Variant toJSON(Invoice& invoice) {
+  invoice.lineItems->clearFilter();
+  const ChildLines children(*invoice.lineItems);
+  const RecordsetRef lines = invoice.lineItems->clone();  // in table order, whatever the last panel sorted by
   JsonWriter json(kExpectedLineSize * static_cast<size_t>(lines->recordCount()));
-  json.raw('{').field("id", ticketNo).raw(", ").field("invoice", invoiceNo).raw(", ");
-  json.field("datecreated", createdDate.text()).raw(", \"departments\": [");
+  json.raw('{').field("id", invoice.ticketNo).raw(", ").field("invoice", invoice.invoiceNo).raw(", ");
+  json.field("datecreated", invoice.createdDate.text()).raw(", \"departments\": [");
   std::string_view betweenDepartments;
   for (const LineDepartment& department : departmentsOf(*lines)) {
     if (department.id.isNull()) continue;
@@ -118,13 +118,13 @@ Variant Invoice::toJSON() {
         .field("deptid", department.id.toLong())
         .raw(',')
         .field("name", department.name.joined());
-    json.raw(',').field("datedue", getDeptDueDate(department.name).toText()).raw(",\"items\": [");
+    json.raw(',').field("datedue", invoice.getDeptDueDate(department.name).toText()).raw(",\"items\": [");
     std::string_view betweenLines;
     lines->setFilter(fmt::format("deptID = {} and parentLineNumber < 0", department.id.toLong()));
     for (; !lines->eof(); lines->moveNext()) {
       json.raw(betweenLines);
       writeLineHead(json, *lines);
-      writeLineEnd(json, *lines, children, selectedLineNumber);
+      writeLineEnd(json, *lines, children, invoice.selectedLineNumber);
       betweenLines = ", ";
     }
     json.raw("]}");
@@ -134,19 +134,19 @@ Variant Invoice::toJSON() {
   return json.take();
 }
 
-Variant Invoice::jsonItem(const Variant& line) {
+Variant jsonItem(Invoice& invoice, const Variant& line) {
   Variant result;
-  if (!line.joined().empty() && findLine(line)) {
+  if (!line.joined().empty() && findLine(*invoice.lineItems, line)) {
     JsonWriter json(kExpectedLineSize);
-    writeLineHead(json, *lineItems);
-    json.field("baseprice", lineItems->number(lineItemTotal)).raw(',');
-    json.field("heatseal", lineItems->text(heatSeal)).raw(',');
-    json.field("notes", lineItems->text(notes)).raw(',');
-    json.field("datedue", lineItems->value(dueDate).joined()).raw(',');
-    writeLineEnd(json, *lineItems, ChildLines(*lineItems), selectedLineNumber);
+    writeLineHead(json, *invoice.lineItems);
+    json.field("baseprice", invoice.lineItems->number(col::lineItemTotal)).raw(',');
+    json.field("heatseal", invoice.lineItems->text(col::heatSeal)).raw(',');
+    json.field("notes", invoice.lineItems->text(col::notes)).raw(',');
+    json.field("datedue", invoice.lineItems->value(col::dueDate).joined()).raw(',');
+    writeLineEnd(json, *invoice.lineItems, ChildLines(*invoice.lineItems), invoice.selectedLineNumber);
     result = json.take();
   }
-  lineItems->clearFilter();
+  invoice.lineItems->clearFilter();
   return result;
 }
 

@@ -2,13 +2,13 @@
 
 #include "base/text.h"
 #include "data/query_database.h"
-#include "invoice/invoice.h"
+#include "invoice/line_access.h"
 #include "web/button_panel.h"
+#include "web/line_views.h"
+#include "web/panels.h"
 
 namespace ondrel {
 namespace {
-
-using enum LineColumn;
 
 constexpr size_t kHeadSize = 256;
 
@@ -61,19 +61,19 @@ void writeButtons(ButtonPanel& panel, Recordset& rows, const ChosenItem& chosen,
 
 }  // namespace
 
-Variant Invoice::htmlItems(const Variant& departmentID, const Variant& line) {
+Variant htmlItems(Invoice& invoice, const Variant& departmentID, const Variant& line) {
   std::string department = departmentID.joined();
   ChosenItem chosen;
-  if (!line.joined().empty() && findLine(line)) {
-    chosen = {lineItems->value(lineItemId), lineItems->value(quantity)};
-    department = lineItems->value(deptId).joined();
+  if (!line.joined().empty() && findLine(*invoice.lineItems, line)) {
+    chosen = {invoice.lineItems->value(col::lineItemId), invoice.lineItems->value(col::quantity)};
+    department = invoice.lineItems->value(col::deptId).joined();
   }
-  lineItems->clearFilter();
-  const RecordsetRef rows = queryDatabase(*apartment_, itemsOf(priceListId, department));
+  invoice.lineItems->clearFilter();
+  const RecordsetRef rows = queryDatabase(*invoice.apartment(), itemsOf(invoice.priceListId, department));
   if (rows->eof()) return "";
   const std::string title = rows->text("departmentname");
   ButtonPanel panel;
-  writeButtons(panel, *rows, chosen, !garmentSearch);
+  writeButtons(panel, *rows, chosen, !invoice.garmentSearch);
   HtmlWriter html(panel.buttons().text().size() + kHeadSize);
   html.raw("<div class=\"items collapsed collapsible panel\" group=\"it\">");
   panel.writeTo(html, "items", title, "it");

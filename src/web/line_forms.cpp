@@ -1,11 +1,11 @@
 #include "base/text.h"
-#include "invoice/invoice.h"
+#include "invoice/line_access.h"
 #include "web/html_writer.h"
+#include "web/line_views.h"
+#include "web/panels.h"
 
 namespace ondrel {
 namespace {
-
-using enum LineColumn;
 
 constexpr size_t kNotesOnButton = 10;
 constexpr std::int32_t kMostPieces = 10;  // that the form of a charge offers
@@ -26,10 +26,13 @@ void writeUpcharges(HtmlWriter& html, Recordset& upcharges) {
   html.raw("<h3>Upcharges</h3><table class=\"table descriptor-table\"><thead><tr>");
   html.raw("<th>Qty</th><th>Name</th><th>Old Price</th><th>New Price</th></tr></thead><tbody>");
   for (; !upcharges.eof(); upcharges.moveNext()) {
-    html.raw("<tr><td>").raw(upcharges.value(quantity)).raw("</td><td>").raw(upcharges.value(itemName));
-    html.raw("</td><td>").raw(fixedText(upcharges.number(unitPrice), 2)).raw("</td><td>");
+    html.raw("<tr><td>")
+        .raw(upcharges.value(col::quantity))
+        .raw("</td><td>")
+        .raw(upcharges.value(col::itemName));
+    html.raw("</td><td>").raw(fixedText(upcharges.number(col::unitPrice), 2)).raw("</td><td>");
     html.raw("<input class=\"currency item-upcharge-price\"")
-        .attribute("data-line-number", upcharges.value(lineNumber));
+        .attribute("data-line-number", upcharges.value(col::lineNumber));
     html.raw(" value=\"\"></td></tr>");
   }
   html.raw("</tbody></table>");
@@ -37,35 +40,35 @@ void writeUpcharges(HtmlWriter& html, Recordset& upcharges) {
 
 }  // namespace
 
-Variant Invoice::htmlLineFunctions(const Variant& line) {
+Variant htmlLineFunctions(Invoice& invoice, const Variant& line) {
   HtmlWriter html;
-  const bool found = !line.joined().empty() && findLine(line);
+  const bool found = !line.joined().empty() && findLine(*invoice.lineItems, line);
   html.raw("<div class=\"button edit-line-price\"><span class=\"value\">");
-  if (found) html.currency(lineItems->number(unitPrice));
+  if (found) html.currency(invoice.lineItems->number(col::unitPrice));
   html.raw("</span><span class=\"label\">Unit Price</span></div>");
   html.raw("<div class=\"button edit-line-notes\"><span class=\"value\">");
-  if (found) html.encoded(leftCharacters(lineItems->text(notes), kNotesOnButton));
+  if (found) html.encoded(leftCharacters(invoice.lineItems->text(col::notes), kNotesOnButton));
   html.raw("</span><span class=\"label\">Notes</span></div>");
   return html.take();
 }
 
-Variant Invoice::htmlLineProperties(const Variant&, const Variant& line) {
+Variant htmlLineProperties(Invoice& invoice, const Variant&, const Variant& line) {
   HtmlWriter html, upcharges;
   bool found = false;
   Variant name, pieces = "1", packed = "1", seal, note;
   double price = 0;
   if (!line.joined().empty()) {
-    found = findLine(line);
+    found = findLine(*invoice.lineItems, line);
     if (found) {
-      name = lineItems->value(itemName);
-      pieces = lineItems->value(quantity);
-      price = lineItems->number(unitPrice);
-      seal = lineItems->value(heatSeal);
-      note = lineItems->value(notes);
-      packed = lineItems->value(pkgQuantity);
+      name = invoice.lineItems->value(col::itemName);
+      pieces = invoice.lineItems->value(col::quantity);
+      price = invoice.lineItems->number(col::unitPrice);
+      seal = invoice.lineItems->value(col::heatSeal);
+      note = invoice.lineItems->value(col::notes);
+      packed = invoice.lineItems->value(col::pkgQuantity);
     }
-    lineItems->setFilter("parentLineNumber=" + line.toText() + " and itemType='UP'");
-    writeUpcharges(upcharges, *lineItems);
+    invoice.lineItems->setFilter("parentLineNumber=" + line.toText() + " and itemType='UP'");
+    writeUpcharges(upcharges, *invoice.lineItems);
   }
   // clang-format off
   //                 id                    label             fixed
@@ -81,14 +84,14 @@ Variant Invoice::htmlLineProperties(const Variant&, const Variant& line) {
   return html.take();
 }
 
-Variant Invoice::htmlAddChargeDetail(const Variant& line) {
+Variant htmlAddChargeDetail(Invoice& invoice, const Variant& line) {
   Variant pieces = 1, price = "0.00", description;
   if (!line.joined().empty()) {
-    lineItems->setFilter("itemType='AC' and lineNumber=" + line.toText());
-    if (!lineItems->eof()) {
-      price = lineItems->value(unitPrice);
-      pieces = lineItems->value(quantity);
-      description = lineItems->value(itemName);
+    invoice.lineItems->setFilter("itemType='AC' and lineNumber=" + line.toText());
+    if (!invoice.lineItems->eof()) {
+      price = invoice.lineItems->value(col::unitPrice);
+      pieces = invoice.lineItems->value(col::quantity);
+      description = invoice.lineItems->value(col::itemName);
     }
   }
   HtmlWriter html;

@@ -3,28 +3,26 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "invoice/invoice.h"
 #include "invoice/line_kinds.h"
 #include "web/html_writer.h"
 #include "web/line_views.h"
+#include "web/panels.h"
 
 namespace ondrel {
 namespace {
 
-using enum LineColumn;
-
 constexpr size_t kExpectedLineSize = 512;
 
 bool isShown(const Recordset& line, std::string_view type) {
-  if (type == kind::department) return !line.isNull(quantity) && line.integer(quantity) > 0;
+  if (type == kind::department) return !line.isNull(col::quantity) && line.integer(col::quantity) > 0;
   return type == kind::garment || type == kind::charge || type == kind::coupon || type == kind::promotion;
 }
 
 // Price of a line with what hangs on it; a sum that the line lacks is left out.
 double shownPrice(const Recordset& line) {
   double price = 0;
-  for (const Column each :
-       {Column(lineItemTotal), Column(upchargeTotal), Column(colorTotal), Column(patternTotal)})
+  for (const Column each : {Column(col::lineItemTotal), Column(col::upchargeTotal), Column(col::colorTotal),
+                            Column(col::patternTotal)})
     if (!line.isNull(each)) price += line.number(each);
   return price;
 }
@@ -48,13 +46,11 @@ void writeDescriptors(HtmlWriter& html, std::span<const ChildLine> children, std
   html.raw("</ul>");
 }
 
-}  // namespace
-
 // | panel        | order        | due date of a department | selected line, missing descriptors |
 // |--------------|--------------|--------------------------|------------------------------------|
 // | the entry's  | newest first | a button                 | told by classes                    |
 // | a preview    | of the table | no                       | no                                 |
-struct Invoice::LinePanel {
+struct LinePanel {
   Invoice& invoice;
   const bool preview;
   const std::string selected;  // number of the selected line
@@ -77,7 +73,7 @@ struct Invoice::LinePanel {
       lines.setFilter(fmt::format("deptID = {} and parentLineNumber < 0", department.id.toLong()));
       if (!preview) lines.setSort("lineNumber desc");
       for (; !lines.eof(); lines.moveNext()) {
-        const std::string type = toUpper(lines.text(itemType));
+        const std::string type = toUpper(lines.text(col::itemType));
         if (isShown(lines, type)) writeLine(lines, type);
       }
       html.raw("</div></div>");
@@ -98,24 +94,24 @@ struct Invoice::LinePanel {
   }
 
   void writeLine(const Recordset& line, std::string_view type) {
-    const std::int32_t number = line.integer(lineNumber);
-    const std::int32_t pieces = line.isNull(quantity) ? 0 : line.integer(quantity);
+    const std::int32_t number = line.integer(col::lineNumber);
+    const std::int32_t pieces = line.isNull(col::quantity) ? 0 : line.integer(col::quantity);
     const std::span<const ChildLine> own = children.of(number);
 
     html.raw("<div  class=\"lineitem");
     if (!preview) {
       if (!selected.empty() && selected == std::to_string(number)) html.raw(" selected");
-      if (type == kind::garment) writeMissing(line.value(lineItemId), pieces, own);
+      if (type == kind::garment) writeMissing(line.value(col::lineItemId), pieces, own);
     }
     html.raw(" it-").raw(toLower(type)).raw("\"").attribute("lineid", number).content();
-    html.raw("<div class=\"quantity\">").raw(line.value(quantity)).raw("</div>");
+    html.raw("<div class=\"quantity\">").raw(line.value(col::quantity)).raw("</div>");
     if (type == kind::department)
       html.raw("<div class=\"price\"></div><div class=\"name\">Quick ");
     else
       html.raw("<div class=\"price\">").currency(shownPrice(line)).raw("</div><div class=\"name\">");
-    html.encoded(line.text(itemName)).raw("</div>");
-    html.raw("<div class=\"heatseal\">").encoded(line.text(heatSeal)).raw("</div>");
-    html.raw("<div class=\"notes\">").encoded(line.text(notes)).raw("</div>");
+    html.encoded(line.text(col::itemName)).raw("</div>");
+    html.raw("<div class=\"heatseal\">").encoded(line.text(col::heatSeal)).raw("</div>");
+    html.raw("<div class=\"notes\">").encoded(line.text(col::notes)).raw("</div>");
     writeDescriptors(html, own, std::max(pieces, 1));
     html.raw("</div>");
   }
@@ -133,17 +129,19 @@ struct Invoice::LinePanel {
   }
 };
 
-Variant Invoice::htmlLineItems(const Variant& line) {
-  return LinePanel(*this, false, line).write();
+}  // namespace
+
+Variant htmlLineItems(Invoice& invoice, const Variant& line) {
+  return LinePanel(invoice, false, line).write();
 }
 
-Variant Invoice::htmlPreviewLineItems(const Variant& ticketNumber) {
-  const ApartmentScope scope(apartment_);  // a new invoice works where this one does
+Variant htmlPreviewLineItems(Invoice& invoice, const Variant& ticketNumber) {
+  const ApartmentScope scope(invoice.apartment());  // a new invoice works where this one does
   Invoice stored;
-  stored.storeNumber = storeNumber;
+  stored.storeNumber = invoice.storeNumber;
   stored.LoadDefaults();
   stored.getExistingDetails(ticketNumber);
-  stored.setStoreDays(storeNumber);
+  stored.setStoreDays(invoice.storeNumber);
   stored.addOrEdit = "edit";
   return LinePanel(stored, true, "").write();
 }

@@ -3,22 +3,19 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "invoice/line_columns.h"
 
 namespace ondrel {
-
-using enum LineColumn;
 
 ChildLines::ChildLines(const Recordset& lines, const std::string& sort) {
   const RecordsetRef each = lines.clone();
   if (!sort.empty()) each->setSort(sort);
   for (; !each->eof(); each->moveNext()) {
-    const std::int32_t parent = each->integer(parentLineNumber);
+    const std::int32_t parent = each->integer(col::parentLineNumber);
     if (parent < 0) continue;
-    children_.push_back({parent, each->integer(lineNumber), each->textView(itemType),
-                         each->textView(itemName),
-                         each->isNull(quantity) ? std::nullopt : std::optional(each->integer(quantity)),
-                         each->number(lineItemTotal)});
+    children_.push_back(
+        {parent, each->integer(col::lineNumber), each->textView(col::itemType), each->textView(col::itemName),
+         each->isNull(col::quantity) ? std::nullopt : std::optional(each->integer(col::quantity)),
+         each->number(col::lineItemTotal)});
   }
   const auto byParent = [](const ChildLine& a, const ChildLine& b) { return a.parent < b.parent; };
   if (!std::is_sorted(children_.begin(), children_.end(), byParent))  // as the clerk enters them they are
@@ -45,10 +42,10 @@ std::int32_t childQuantity(std::span<const ChildLine> children, std::string_view
 std::vector<LineDepartment> departmentsOf(Recordset& lines) {
   std::vector<LineDepartment> departments;
   for (; !lines.eof(); lines.moveNext()) {
-    const Variant id = lines.value(deptId);
+    const Variant id = lines.value(col::deptId);
     const bool known = std::any_of(departments.begin(), departments.end(),
                                    [&](const LineDepartment& each) { return each.id.identicalTo(id); });
-    if (!known) departments.push_back({id, lines.value(deptName)});
+    if (!known) departments.push_back({id, lines.value(col::deptName)});
   }
   return departments;
 }

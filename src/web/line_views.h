@@ -7,8 +7,11 @@
 #include <vector>
 
 #include "data/recordset/recordset.h"
+#include "invoice/line_columns.h"
 
 namespace ondrel {
+
+using col = LineColumn;
 
 // A line that hangs on another. Its texts are those of the table, which stands still while a panel is written.
 struct ChildLine {

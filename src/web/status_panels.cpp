@@ -1,5 +1,5 @@
-#include "invoice/invoice.h"
 #include "web/html_writer.h"
+#include "web/panels.h"
 
 namespace ondrel {
 namespace {
@@ -13,34 +13,34 @@ void writeTotal(HtmlWriter& html, std::string_view label, WriteValue writeValue)
 
 }  // namespace
 
-Variant Invoice::htmlInvoiceTotals() {
+Variant htmlInvoiceTotals(Invoice& invoice) {
   HtmlWriter html;
   const auto money = [&](std::string_view label, double amount) {
     writeTotal(html, label, [&] { html.currency(amount); });
   };
-  writeTotal(html, "Quantity", [&] { html.raw(getTotalItemCount()); });
-  money("Tax", liColTotal("lineItemTotal", "itemType='TA'").toDouble());
-  money("Surcharge", liColTotal("lineItemTotal", "itemType='SU'").toDouble());
-  money("Total", getInvoiceAmountToPay());
+  writeTotal(html, "Quantity", [&] { html.raw(invoice.getTotalItemCount()); });
+  money("Tax", invoice.liColTotal("lineItemTotal", "itemType='TA'").toDouble());
+  money("Surcharge", invoice.liColTotal("lineItemTotal", "itemType='SU'").toDouble());
+  money("Total", invoice.getInvoiceAmountToPay());
   return html.take();
 }
 
-Variant Invoice::htmlInvoicePreferences() {
-  if (!preferences) return "";
+Variant htmlInvoicePreferences(Invoice& invoice) {
+  if (!invoice.preferences) return "";
   HtmlWriter html;
-  const std::vector<Variant> types = preferences->keys(), values = preferences->items();
+  const std::vector<Variant> types = invoice.preferences->keys(), values = invoice.preferences->items();
   for (size_t k = 0; k < types.size(); ++k) {
-    const Variant* name = preferenceNames ? preferenceNames->find(types[k]) : nullptr;
+    const Variant* name = invoice.preferenceNames ? invoice.preferenceNames->find(types[k]) : nullptr;
     html.raw("<div class=\"pref\"><div class=\"value\"><span>").encoded(values[k]).raw("</span></div>");
     html.raw("<div class=\"name\"><span>").encoded(name ? *name : Variant()).raw("</span></div></div>");
   }
   return html.take();
 }
 
-Variant Invoice::htmlNewHeatSeals() {
+Variant htmlNewHeatSeals(Invoice& invoice) {
   HtmlWriter html;
-  const Variant described = getSelectedHeatSeal();
-  for (const Variant& seal : newHeatSeals_->keys()) {
+  const Variant described = invoice.getSelectedHeatSeal();
+  for (const Variant& seal : invoice.waitingHeatSeals()) {
     const bool isDescribed = isEqual(seal, described);
     html.tag("div").attribute("class", isDescribed ? "new-heatseal new-heatseal-selected" : "new-heatseal");
     html.escaped("heatseal", seal).content();

@@ -5,14 +5,13 @@
 #include "base/text.h"
 #include "data/query_database.h"
 #include "data/values.h"
-#include "invoice/invoice.h"
 #include "invoice/line_kinds.h"
 #include "web/html_writer.h"
+#include "web/line_views.h"
+#include "web/panels.h"
 
 namespace ondrel {
 namespace {
-
-using enum LineColumn;
 
 // Tickets due longer ago are no double entry.
 constexpr int kSimilarDays = 180;
@@ -22,61 +21,26 @@ constexpr int kSimilarDays = 180;
 std::string ticketsWith(const Recordset& line, Recordset& children, int& garment, int& descriptor) {
   const std::string item = fmt::format("pitem{}", garment++);
   std::string query = fmt::format(" select distinct {0}.ticketnumber  from ticketlineitem {0} ", item);
-  children.setFilter(fmt::format("parentLineNumber = {}", line.integer(lineNumber)));
+  children.setFilter(fmt::format("parentLineNumber = {}", line.integer(col::lineNumber)));
   for (; !children.eof(); children.moveNext()) {
-    const std::string type = children.text(itemType);
+    const std::string type = children.text(col::itemType);
     if (!kind::isDescriptor(toUpper(type))) continue;
     query += fmt::format(
         " inner join TicketLineItem sitem{0} on  sitem{0}.ticketNumber = {1}.ticketNumber and  "
         "sitem{0}.parentLineNumber = {1}.lineItemNumber and  sitem{0}.lineItemName = '{2}' and "
         "sitem{0}.ticketLineType = '{3}' ",
-        descriptor++, item, escapeSqlValue(children.text(itemName)), escapeSqlValue(type));
+        descriptor++, item, escapeSqlValue(children.text(col::itemName)), escapeSqlValue(type));
   }
   return query + fmt::format(
                      " where {0}.lineItemId = {1} and {0}.quantity >= {2} and datediff(day, {0}.duedate, "
                      "getdate()) <= {3} ",
-                     item, sqlNumber(line.value(lineItemId)), sqlNumber(line.value(quantity)), kSimilarDays);
+                     item, sqlNumber(line.value(col::lineItemId)), sqlNumber(line.value(col::quantity)),
+                     kSimilarDays);
 }
 
-}  // namespace
-
-Variant Invoice::htmlSummary(const Variant& ticketNumber) {
-  const RecordsetRef ticket = queryDatabase(
-      *apartment_,
-      fmt::format(" select  ticket.ticketnumber,  ticket.ticketstatus,  ticket.invoicenumber,  "
-                  "dbo.pivotTicketRackLocationBrief(ticket.ticketnumber, ', ') as racklocation,  "
-                  "ticketcustomer.customername,  dbo.formatphone(ticketcustomer.mainareacode, "
-                  "ticketcustomer.mainphone) as customerphone  from ticket  inner join ticketcustomer on "
-                  "ticket.ticketnumber = ticketcustomer.ticketnumber  where ticket.ticketnumber = '{}' ",
-                  escapeSqlValue(ticketNumber.joined())));
-  if (ticket->eof()) return {};
-  HtmlWriter html;
-  html.raw("<div class=\"summary_phone\">").encoded(ticket->value("customerphone")).raw("</div>");
-  html.raw("<div class=\"summary_name\">").encoded(ticket->value("customername")).raw("</div>");
-  html.raw("<div class=\"summary_invoice\">").encoded(ticket->value("invoicenumber")).raw(" ");
-  html.encoded(ticket->value("ticketstatus")).raw(" ").encoded(ticket->value("racklocation")).raw("</div>");
-  return html.take();
-}
-
-Variant Invoice::htmlSimilarInvoices() {
-  std::string query;
-  int garment = 1, descriptor = 1;
-  const RecordsetRef children = lineItems->clone();
-  lineItems->setFilter("itemType = 'IT'");
-  for (; !lineItems->eof(); lineItems->moveNext()) {
-    if (!query.empty()) query += " intersect ";
-    query += ticketsWith(*lineItems, *children, garment, descriptor);
-  }
-  HtmlWriter html;
-  html.raw("<div class=\"si_list\">");
-  if (!query.empty()) writeSimilarTickets(html, query);
-  html.raw("</div>");
-  return html.take();
-}
-
-void Invoice::writeSimilarTickets(HtmlWriter& html, const std::string& query) {
+void writeSimilarTickets(Invoice& invoice, HtmlWriter& html, const std::string& query) {
   const RecordsetRef tickets = queryDatabase(
-      *apartment_,
+      *invoice.apartment(),
       fmt::format(
           " select ticket.invoicenumber, ticket.ticketnumber, employee.employeename, ticket.createddate, "
           "isnull(convert(varchar, ticket.dateout, 101), '-') as dateout, customer.customername, "
@@ -103,13 +67,40 @@ void Invoice::writeSimilarTickets(HtmlWriter& html, const std::string& query) {
   }
 }
 
-void Invoice::debugLineItems() {
-  static constexpr std::array kLooked = {redo,          lineItemId,    lineNumber, originalLineNumber,
-                                         lineItemTotal, taxableAmt,    deptName,   quantity,
-                                         itemName,      daysToProcess, dueDate,    deptId};
-  for (const RecordsetRef lines = lineItems->clone(); !lines->eof(); lines->moveNext())
-    for (const LineColumn column : kLooked) static_cast<void>(lines->value(column));
-  for (const auto& child : splitChildren()) child->debugLineItems();
+}  // namespace
+
+Variant htmlSummary(Invoice& invoice, const Variant& ticketNumber) {
+  const RecordsetRef ticket = queryDatabase(
+      *invoice.apartment(),
+      fmt::format(" select  ticket.ticketnumber,  ticket.ticketstatus,  ticket.invoicenumber,  "
+                  "dbo.pivotTicketRackLocationBrief(ticket.ticketnumber, ', ') as racklocation,  "
+                  "ticketcustomer.customername,  dbo.formatphone(ticketcustomer.mainareacode, "
+                  "ticketcustomer.mainphone) as customerphone  from ticket  inner join ticketcustomer on "
+                  "ticket.ticketnumber = ticketcustomer.ticketnumber  where ticket.ticketnumber = '{}' ",
+                  escapeSqlValue(ticketNumber.joined())));
+  if (ticket->eof()) return {};
+  HtmlWriter html;
+  html.raw("<div class=\"summary_phone\">").encoded(ticket->value("customerphone")).raw("</div>");
+  html.raw("<div class=\"summary_name\">").encoded(ticket->value("customername")).raw("</div>");
+  html.raw("<div class=\"summary_invoice\">").encoded(ticket->value("invoicenumber")).raw(" ");
+  html.encoded(ticket->value("ticketstatus")).raw(" ").encoded(ticket->value("racklocation")).raw("</div>");
+  return html.take();
+}
+
+Variant htmlSimilarInvoices(Invoice& invoice) {
+  std::string query;
+  int garment = 1, descriptor = 1;
+  const RecordsetRef children = invoice.lineItems->clone();
+  invoice.lineItems->setFilter("itemType = 'IT'");
+  for (; !invoice.lineItems->eof(); invoice.lineItems->moveNext()) {
+    if (!query.empty()) query += " intersect ";
+    query += ticketsWith(*invoice.lineItems, *children, garment, descriptor);
+  }
+  HtmlWriter html;
+  html.raw("<div class=\"si_list\">");
+  if (!query.empty()) writeSimilarTickets(invoice, html, query);
+  html.raw("</div>");
+  return html.take();
 }
 
 }  // namespace ondrel

@@ -1,5 +1,7 @@
 #include <nlohmann/json.hpp>
 
+#include "web/invoice_json.h"
+#include "web/line_readers.h"
 #include "web/panel_fixture.h"
 
 namespace ondrel {
@@ -10,10 +12,10 @@ using enum LineColumn;
 class JsonDocument : public PanelTest {};
 
 TEST_F(JsonDocument, IsWrittenWithTheseBlanks) {
-  EXPECT_EQ(invoice.toJSON().toText(),
+  EXPECT_EQ(toJSON(invoice).toText(),
             R"({"id":"0", "invoice":"", "datecreated":"11/24/2026 10:30:00 AM", "departments": []})");
-  EXPECT_TRUE(invoice.jsonItem(1).isEmpty());
-  EXPECT_TRUE(invoice.jsonItem("").isEmpty());
+  EXPECT_TRUE(jsonItem(invoice, 1).isEmpty());
+  EXPECT_TRUE(jsonItem(invoice, "").isEmpty());
   const Variant cloth = invoice.addItem2(306, 2);
   invoice.addUpcharge2(cloth, "Stain Treatment", 1);
   invoice.addDescriptor(cloth, "Fen", "BR", 1);
@@ -27,7 +29,7 @@ TEST_F(JsonDocument, IsWrittenWithTheseBlanks) {
       R"("descriptors": [{"lineid":"2","name":"Stain Treatment","type":"UP","quantity":"2","price":"6"}, )"
       R"({"lineid":"3","name":"Fen","type":"BR","quantity":"2","price":"0"}]})";
   EXPECT_EQ(
-      invoice.toJSON().toText(),
+      toJSON(invoice).toText(),
       R"({"id":"7", "invoice":"A7", "datecreated":"11/24/2026 10:30:00 AM", "departments": [{"deptid":"3",)"
       R"("name":"Laundry","datedue":"11/28/2026","items": [{"lineid":"1","deptid":"3","id":"306",)"
       R"("name":"Tablecloth","type":"IT","quantity":"2","price":"24",)" +
@@ -36,7 +38,7 @@ TEST_F(JsonDocument, IsWrittenWithTheseBlanks) {
           R"("price":"20","selected": 1,"descriptors": []}]}]})")
       << "in the order of the table, whatever the sort";
   EXPECT_EQ(
-      invoice.jsonItem(1).toText(),
+      jsonItem(invoice, 1).toText(),
       R"({"lineid":"1","deptid":"3","id":"306","name":"Tablecloth","type":"IT","quantity":"2","price":"24",)"
       R"("baseprice":"18","heatseal":"","notes":"","datedue":"11/28/2026 10:30:00 AM",)" +
           children);
@@ -50,20 +52,20 @@ TEST_F(JsonDocument, HoldsWhatTheClerkTyped) {
   invoice.invoiceNo = hostile;
   invoice.lineItems->addNew(
       {{lineNumber, 90}, {parentLineNumber, -1}, {itemType, "CU"}, {lineItemTotal, 5.0}});
-  const auto document = nlohmann::json::parse(invoice.toJSON().toText());
+  const auto document = nlohmann::json::parse(toJSON(invoice).toText());
   EXPECT_EQ(document["invoice"], hostile);
   EXPECT_EQ(document["departments"].size(), 3U) << "a line of no department is in none";
   EXPECT_EQ(document["departments"][0]["items"][0]["name"], hostile);
   EXPECT_EQ(document["departments"][0]["items"][1]["selected"], 1);
   invoice.lineItems->setFilter("lineNumber=" + std::to_string(suit));
   invoice.lineItems->setValue(upchargeTotal, Variant::null());
-  const auto line = nlohmann::json::parse(invoice.jsonItem(suit).toText());
+  const auto line = nlohmann::json::parse(jsonItem(invoice, suit).toText());
   EXPECT_EQ(line["notes"], hostile);
   EXPECT_EQ(line["price"], "") << "a sum with Null";
   EXPECT_EQ(line["baseprice"], "18");
   EXPECT_EQ(line["heatseal"], "AA00009");
   invoice.attachNotes(suit, "a\tb");
-  const std::string tab = invoice.jsonItem(suit).toText();
+  const std::string tab = jsonItem(invoice, suit).toText();
   EXPECT_NE(tab.find("\"notes\":\"a\tb\""), std::string::npos) << "as it is, which no reader of JSON takes";
   EXPECT_FALSE(nlohmann::json::accept(tab));
 }
@@ -74,11 +76,11 @@ TEST_F(JsonDocument, ALookAtTheLinesChangesNothing) {
   invoice.invoicesDictionary->add(1, ObjectRef(std::make_shared<Invoice>()));
   invoice.lineItems->setFilter("itemType='UP'");
   statements();
-  invoice.debugLineItems();
+  debugLineItems(invoice);
   EXPECT_EQ(invoice.lineItems->filter().toText(), "itemType='UP'");
   EXPECT_TRUE(statements().empty());
   invoice.invoicesDictionary->add(2, "no invoice");
-  EXPECT_EQ(errorOf([&] { invoice.debugLineItems(); }), 424);
+  EXPECT_EQ(errorOf([&] { debugLineItems(invoice); }), 424);
 }
 
 }  // namespace

@@ -82,7 +82,7 @@ TEST_F(MarkUp, IsReadWithoutAnError) {
     const std::string once = replaceAll(panel, " maxquantity=\"1\"><span>", "><span>");
     EXPECT_EQ(readingOf(once).errors, 0U) << name << "\n" << panel;
   }
-  EXPECT_GT(readingOf(invoice.htmlUpcharges(101).toText()).errors, 0U) << "so errors are seen";
+  EXPECT_GT(readingOf(htmlUpcharges(invoice, 101).toText()).errors, 0U) << "so errors are seen";
 }
 
 // A name of any content changes the words and nothing else.
@@ -113,24 +113,23 @@ TEST_F(MarkUp, HostileNamesStayWords) {
 TEST_F(MarkUp, FormsAndMoney) {
   // clang-format off
   const struct { std::string made, expected; } cases[] = {
-      {invoice.htmlAddChargeDetail(99).toText().substr(0, 117),
+      {htmlAddChargeDetail(invoice, 99).toText().substr(0, 117),
        "<div class=\"charge\"><label for=\"description\">Description</label><input name=\"description\" id=\"description\" value=\"\"/>"},
-      {invoice.htmlLineFunctions("").toText(),
+      {htmlLineFunctions(invoice, "").toText(),
        "<div class=\"button edit-line-price\"><span class=\"value\"></span><span class=\"label\">Unit Price</span></div>"
        "<div class=\"button edit-line-notes\"><span class=\"value\"></span><span class=\"label\">Notes</span></div>"},
-      {invoice.htmlLineItems().toText(), ""},
-      {invoice.htmlItems(99).toText(), ""},
-      {invoice.htmlSummary(99).joined(), ""},
+      {htmlLineItems(invoice).toText(), ""},
+      {htmlItems(invoice, 99).toText(), ""},
+      {htmlSummary(invoice, 99).joined(), ""},
   };
   // clang-format on
   for (const auto& [made, expected] : cases) EXPECT_EQ(made, expected);
 
   invoice.addChargeLineNew(1, 1, 1234.5, "Rugs", 11, 3, 1);
-  const std::string charge = invoice.htmlAddChargeDetail(1).toText();
+  const std::string charge = htmlAddChargeDetail(invoice, 1).toText();
   EXPECT_EQ(charge.find("selected"), std::string::npos) << "eleven pieces are not on offer";
   EXPECT_NE(charge.find("value=\"Rugs\"/>"), std::string::npos);
-  EXPECT_NE(invoice.htmlLineItems().toText().find("<div class=\"price\">$13,579.50</div>"),
-            std::string::npos);
+  EXPECT_NE(htmlLineItems(invoice).toText().find("<div class=\"price\">$13,579.50</div>"), std::string::npos);
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "invoice/invoice.h"
 #include "support/error_of.h"
 #include "support/store_fixture.h"
+#include "web/panels.h"
 
 namespace ondrel {
 
@@ -60,32 +61,32 @@ inline std::vector<std::pair<std::string, std::string>> PanelTest::panels() {
   Variant dueDayPage = "";
   std::vector<std::pair<std::string, std::string>> result;
   const auto add = [&](const char* name, const Variant& panel) { result.emplace_back(name, panel.joined()); };
-  add("htmlDepartments 2", invoice.htmlDepartments(" 2"));
-  add("htmlIdGroups pants", invoice.htmlIdGroups(pants, "it"));
-  add("htmlItems pants", invoice.htmlItems("", pants));
-  add("htmlItems", invoice.htmlItems(""));
-  add("htmlUpcharges pants", invoice.htmlUpcharges(101, pants));
-  add("htmlDescriptors pants", invoice.htmlDescriptors("", pants));
-  add("htmlDescriptor pa", invoice.htmlDescriptor("pa", pants));
-  add("htmlDescriptor br Ar", invoice.htmlDescriptor("br", "", "Ar"));
-  add("htmlDescriptor br Xylon", invoice.htmlDescriptor("br", pants, "Xylon"));
-  add("htmlPreferenceList", invoice.htmlPreferenceList());
-  add("htmlCoupons", invoice.htmlCoupons());
-  add("htmlLineItems suit", invoice.htmlLineItems(suit));
-  add("htmlPreviewLineItems 1007", invoice.htmlPreviewLineItems(1007));
-  add("htmlInvoiceTotals", invoice.htmlInvoiceTotals());
-  add("htmlInvoicePreferences", invoice.htmlInvoicePreferences());
-  add("htmlDueDates", invoice.htmlDueDates());
-  add("htmlDeptsDueDate", invoice.htmlDeptsDueDate());
-  add("htmlInvoiceDueDate", invoice.htmlInvoiceDueDate());
-  add("htmlDeptDueDate 1", invoice.htmlDeptDueDate(1, dueDayPage));
-  add("htmlNewHeatSeals", invoice.htmlNewHeatSeals());
-  add("htmlLineFunctions suit", invoice.htmlLineFunctions(suit));
-  add("htmlLineProperties pants", invoice.htmlLineProperties("", pants));
-  add("htmlLineProperties", invoice.htmlLineProperties(""));
-  add("htmlAddChargeDetail", invoice.htmlAddChargeDetail());
-  add("htmlSummary 1007", invoice.htmlSummary(1007));
-  add("htmlSimilarInvoices", invoice.htmlSimilarInvoices());
+  add("htmlDepartments 2", htmlDepartments(invoice, " 2"));
+  add("htmlIdGroups pants", htmlIdGroups(invoice, pants, "it"));
+  add("htmlItems pants", htmlItems(invoice, "", pants));
+  add("htmlItems", htmlItems(invoice, ""));
+  add("htmlUpcharges pants", htmlUpcharges(invoice, 101, pants));
+  add("htmlDescriptors pants", htmlDescriptors(invoice, "", pants));
+  add("htmlDescriptor pa", htmlDescriptor(invoice, "pa", pants));
+  add("htmlDescriptor br Ar", htmlDescriptor(invoice, "br", "", "Ar"));
+  add("htmlDescriptor br Xylon", htmlDescriptor(invoice, "br", pants, "Xylon"));
+  add("htmlPreferenceList", htmlPreferenceList(invoice));
+  add("htmlCoupons", htmlCoupons(invoice));
+  add("htmlLineItems suit", htmlLineItems(invoice, suit));
+  add("htmlPreviewLineItems 1007", htmlPreviewLineItems(invoice, 1007));
+  add("htmlInvoiceTotals", htmlInvoiceTotals(invoice));
+  add("htmlInvoicePreferences", htmlInvoicePreferences(invoice));
+  add("htmlDueDates", htmlDueDates(invoice));
+  add("htmlDeptsDueDate", htmlDeptsDueDate(invoice));
+  add("htmlInvoiceDueDate", htmlInvoiceDueDate(invoice));
+  add("htmlDeptDueDate 1", htmlDeptDueDate(invoice, 1, dueDayPage));
+  add("htmlNewHeatSeals", htmlNewHeatSeals(invoice));
+  add("htmlLineFunctions suit", htmlLineFunctions(invoice, suit));
+  add("htmlLineProperties pants", htmlLineProperties(invoice, "", pants));
+  add("htmlLineProperties", htmlLineProperties(invoice, ""));
+  add("htmlAddChargeDetail", htmlAddChargeDetail(invoice));
+  add("htmlSummary 1007", htmlSummary(invoice, 1007));
+  add("htmlSimilarInvoices", htmlSimilarInvoices(invoice));
   return result;
 }
 

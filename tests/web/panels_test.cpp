@@ -2,6 +2,7 @@
 
 #include "data/store_loading.h"
 #include "support/fake_database.h"
+#include "web/line_readers.h"
 #include "web/panel_fixture.h"
 
 namespace ondrel {
@@ -53,7 +54,7 @@ TEST_F(Panels, TheDayPickerTurnsElevenDaysAPage) {
   for (const auto& each : cases) {
     setDays(each.days);
     Variant page = each.page;
-    const std::string picker = invoice.htmlDeptDueDate(3, page).toText();
+    const std::string picker = htmlDeptDueDate(invoice, 3, page).toText();
     SCOPED_TRACE(picker);
     EXPECT_EQ(page.toLong(), each.shown);
     const auto dates = found(picker, "date=\"([^\"]*)\""), marks = found(picker, "dept-due( [^\"]*)?\"");
@@ -68,9 +69,9 @@ TEST_F(Panels, TheDayPickerTurnsElevenDaysAPage) {
 
 TEST_F(Panels, ADayPickerForEachDepartmentAndForAll) {
   fillTicket();
-  EXPECT_THAT(invoice.htmlInvoiceDueDate().toText(),
+  EXPECT_THAT(htmlInvoiceDueDate(invoice).toText(),
               testing::StartsWith("<div class=\"dept-details\"><h3>Invoice</h3><div page=\"0\">"));
-  const std::string pickers = invoice.htmlDeptsDueDate().toText();
+  const std::string pickers = htmlDeptsDueDate(invoice).toText();
   EXPECT_THAT(found(pickers, "<div class=\"dept-details\"><h3>([^<]*)</h3><div page=\"0\">"),
               ElementsAre("Dry Cleaning", "Shirts", "Laundry"));
   EXPECT_THAT(found(pickers, "date=\"prev\" deptid=\"([0-9]+)\""), ElementsAre("1", "2", "3"));
@@ -80,12 +81,12 @@ TEST_F(Panels, ADayPickerForEachDepartmentAndForAll) {
 TEST_F(Panels, ADayPickerDayByDay) {
   setDays("0");
   Variant page = 1;
-  EXPECT_EQ(found(invoice.htmlDeptDueDate(3, page).toText(), "class=\"day\">([^<]+)"),
+  EXPECT_EQ(found(htmlDeptDueDate(invoice, 3, page).toText(), "class=\"day\">([^<]+)"),
             (std::vector<std::string>{"Dec-9", "Dec-10", "Dec-11", "Dec-12", "Dec-14", "Dec-15", "Dec-16",
                                       "Dec-17", "Dec-18", "Dec-19", "Dec-21", "Dec-22"}));
   page = "";
   EXPECT_THAT(
-      invoice.htmlDeptDueDate(3, page).toText(),
+      htmlDeptDueDate(invoice, 3, page).toText(),
       HasSubstr("<div class=\"button dept-due created-date due-date\" date=\"2026-11-24\" deptid=\"3\">"
                 "<span class=\"day\">Nov-24</span><span class=\"dow-short\">Tue</span>"
                 "<span class=\"note\">Created, Due</span></div>"));
@@ -95,9 +96,9 @@ TEST_F(Panels, ADayPickerDayByDay) {
     execute("update Store set defaultProcessingDays = null");
     setDays(never);
     page = "";
-    EXPECT_EQ(errorOf([&] { invoice.htmlDeptDueDate(3, page); }), 5) << "no page has such a day";
+    EXPECT_EQ(errorOf([&] { htmlDeptDueDate(invoice, 3, page); }), 5) << "no page has such a day";
     page = 0;
-    EXPECT_THAT(invoice.htmlDeptDueDate(3, page).toText(), HasSubstr("date=\"stop\""));
+    EXPECT_THAT(htmlDeptDueDate(invoice, 3, page).toText(), HasSubstr("date=\"stop\""));
   }
 }
 
@@ -113,7 +114,7 @@ TEST_F(Panels, LinesNewestFirstWithTheirOwnRules) {
   invoice.lineItems->addNew(
       {{lineNumber, 7}, {parentLineNumber, 3}, {itemType, "BR"}, {itemName, "Fen"}, {quantity, 2}});
   for (int repeated = 0; repeated < 2; ++repeated) {
-    const std::string panel = invoice.htmlLineItems(" 3 ").toText();
+    const std::string panel = htmlLineItems(invoice, " 3 ").toText();
     EXPECT_THAT(found(panel, "lineid=\"([0-9]+)\""), ElementsAre("5", "3", "2"));
     EXPECT_THAT(found(panel, "<li><span>([^<]*)<"), ElementsAre("Fen (2) ")) << "no pieces count as one";
     EXPECT_THAT(panel, HasSubstr("<div class=\"price\"></div><div class=\"name\">Quick Wash</div>"));
@@ -125,7 +126,7 @@ TEST_F(Panels, LinesNewestFirstWithTheirOwnRules) {
 }
 
 TEST_F(Panels, ALineSaysWhatItLacks) {
-  const auto classes = [&] { return found(invoice.htmlLineItems().toText(), "class=\"(lineitem [^\"]*)\""); };
+  const auto classes = [&] { return found(htmlLineItems(invoice).toText(), "class=\"(lineitem [^\"]*)\""); };
   suit = invoice.addItem2(125, 2).toLong();
   const int skirt = invoice.addItem2(123, 1).toLong();
   statements();
@@ -151,18 +152,18 @@ TEST_F(Panels, APreviewLeavesTheInvoiceAlone) {
            invoice.InvDueDate.text();
   };
   const std::string before = told();
-  const std::string preview = invoice.htmlPreviewLineItems(1007).toText();
+  const std::string preview = htmlPreviewLineItems(invoice, 1007).toText();
   EXPECT_EQ(told(), before);
   EXPECT_THAT(found(preview, "lineid=\"([0-9]+)\""), ElementsAre("1", "4")) << "in the order of the ticket";
   EXPECT_THAT(preview, Not(HasSubstr("duedate_button")));
-  EXPECT_EQ(invoice.htmlPreviewLineItems(99).toText(), "");
+  EXPECT_EQ(htmlPreviewLineItems(invoice, 99).toText(), "");
 }
 
 // ---------------------------------------------------------------- pick lists
 
 TEST_F(Panels, CouponsWhereOneDiscountIsAllowed) {
   invoice.addItem2(101, 5);
-  const auto offered = [&] { return found(invoice.htmlCoupons().toText(), "<div (class=\"discount[^>]*>)"); };
+  const auto offered = [&] { return found(htmlCoupons(invoice).toText(), "<div (class=\"discount[^>]*>)"); };
   const size_t all = offered().size();
   EXPECT_GT(all, 3U);
   invoice.getQualifyingCoupons();
@@ -174,17 +175,17 @@ TEST_F(Panels, CouponsWhereOneDiscountIsAllowed) {
 
 TEST_F(Panels, BrandsAreShortenedUnlessAsked) {
   const auto brands = [&](const char* filter) {
-    return found(invoice.htmlDescriptor("br", "", filter).toText(), "<span>([^<]*)</span>");
+    return found(htmlDescriptor(invoice, "br", "", filter).toText(), "<span>([^<]*)</span>");
   };
   EXPECT_EQ(brands("").size(), 30U);
   EXPECT_THAT(brands("Ar"), ElementsAre("Arbelline", "Ardenvale", "Arkwright and Fen"));
   EXPECT_THAT(brands("o'm"), ElementsAre("O'Marren"));
   EXPECT_THAT(
-      invoice.htmlDescriptor("br", "", "Xy").toText(),
+      htmlDescriptor(invoice, "br", "", "Xy").toText(),
       HasSubstr(
           "<div id=\"br0\" class=\"button pli li-br\" itemname=\"Xy\" maxquantity=\"1\"><span>Xy</span></div>"));
-  EXPECT_EQ(invoice.htmlDescriptorGroup("pa").toText(), invoice.htmlDescriptor("pa").toText());
-  EXPECT_THAT(invoice.htmlDescriptor("up").toText(), HasSubstr("<div class=\"upcharge-section\">"));
+  EXPECT_EQ(htmlDescriptorGroup(invoice, "pa").toText(), htmlDescriptor(invoice, "pa").toText());
+  EXPECT_THAT(htmlDescriptor(invoice, "up").toText(), HasSubstr("<div class=\"upcharge-section\">"));
 }
 
 TEST_F(Panels, UpchargesOfAnOlderDatabaseAreReadWithoutTheirMost) {
@@ -198,35 +199,36 @@ TEST_F(Panels, UpchargesOfAnOlderDatabaseAreReadWithoutTheirMost) {
   Invoice page;
   older.failStatement(1);
   EXPECT_THAT(
-      page.htmlUpcharges(101).toText(),
+      htmlUpcharges(page, 101).toText(),
       HasSubstr(
           "<div id=\"up7\" maxquantity=\"1\"  class=\"button pli li-up fin\" style=\"background-image: "
           "url(/uploadedimages/cuffs.png)\" itemname=\"cuffs\" maxquantity=\"1\"><span>Cuffs</span></div>"));
-  EXPECT_THAT(page.htmlUpcharges("").toText(),
+  EXPECT_THAT(htmlUpcharges(page, "").toText(),
               HasSubstr("<span class=\"sel-up-name\"></span></div></div></div>"));
 }
 
 TEST_F(Panels, ButtonsOfTheIdBar) {
   fillTicket();
   invoice.addDescriptor(pants, "Arbelline", "br", 1);
-  const std::string bar = invoice.htmlIdGroups(pants, "pattern").toText();
+  const std::string bar = htmlIdGroups(invoice, pants, "pattern").toText();
   EXPECT_THAT(bar, Not(HasSubstr("id-group-selected")));
   EXPECT_THAT(
       bar,
       HasSubstr("<div class=\"sel-br id-group-button\" group=\"brands\"><div class=\"icon\" style=\"\"></div>"
                 "<div class=\"label\">Brand</div><div class=\"name\">Arbelline</div></div>"));
-  EXPECT_THAT(invoice.htmlIdGroups("", "co").toText(), HasSubstr("sel-it id-group-button id-group-selected"));
+  EXPECT_THAT(htmlIdGroups(invoice, "", "co").toText(),
+              HasSubstr("sel-it id-group-button id-group-selected"));
 }
 
 // Without pieces a button says no quantity. A group's type may come with blanks.
 TEST_F(Panels, ButtonsOfGapsInTheTables) {
   addLine("IT", Variant::null(), 1);
   invoice.lineItems->setValue(lineItemId, 301);
-  const std::string items = invoice.htmlItems("", 1).toText();
+  const std::string items = htmlItems(invoice, "", 1).toText();
   EXPECT_THAT(items, HasSubstr("li-it plisel"));
   EXPECT_THAT(items, Not(HasSubstr(" quantity=")));
   execute("update descriptorgroup set type = 'BR ' where type = 'BR'");
-  const std::string brands = invoice.htmlDescriptors("").toText();
+  const std::string brands = htmlDescriptors(invoice, "").toText();
   EXPECT_EQ(found(brands, "<div id=\"br([0-9]+)\" class=\"button pli li-br\"").size(), 30U);
 }
 
@@ -235,18 +237,18 @@ TEST_F(Panels, TheFilterThatAPanelLeaves) {
   const std::string found = "itemType='DE'", line = std::to_string(pants);
   // clang-format off
   const struct { const char* name; std::function<Variant()> panel; std::string left; } cases[] = {
-      {"upcharges",                  [&] { return invoice.htmlUpcharges(101); },                   found},
-      {"upcharges of a line",        [&] { return invoice.htmlUpcharges(101, pants); },            "0"},
-      {"an item without upcharges",  [&] { return invoice.htmlUpcharges(999, pants); },            found},
-      {"descriptors",                [&] { return invoice.htmlDescriptors(""); },                  found},
-      {"descriptors of a line",      [&] { return invoice.htmlDescriptors("", pants); },           "0"},
-      {"a brand that was typed",     [&] { return invoice.htmlDescriptor("br", pants, "Xylon"); }, "lineNumber=" + line},
-      {"price and notes",            [&] { return invoice.htmlLineFunctions(pants); },             "lineNumber=" + line},
-      {"form",                       [&] { return invoice.htmlLineProperties(""); },               found},
-      {"form of a line",             [&] { return invoice.htmlLineProperties("", pants); },        "parentLineNumber=" + line + " and itemType='UP'"},
-      {"charge",                     [&] { return invoice.htmlAddChargeDetail(); },                found},
-      {"charge of a line",           [&] { return invoice.htmlAddChargeDetail(pants); },           "itemType='AC' and lineNumber=" + line},
-      {"similar tickets",            [&] { return invoice.htmlSimilarInvoices(); },                "itemType = 'IT'"},
+      {"upcharges",                  [&] { return htmlUpcharges(invoice, 101); },                   found},
+      {"upcharges of a line",        [&] { return htmlUpcharges(invoice, 101, pants); },            "0"},
+      {"an item without upcharges",  [&] { return htmlUpcharges(invoice, 999, pants); },            found},
+      {"descriptors",                [&] { return htmlDescriptors(invoice, ""); },                  found},
+      {"descriptors of a line",      [&] { return htmlDescriptors(invoice, "", pants); },           "0"},
+      {"a brand that was typed",     [&] { return htmlDescriptor(invoice, "br", pants, "Xylon"); }, "lineNumber=" + line},
+      {"price and notes",            [&] { return htmlLineFunctions(invoice, pants); },             "lineNumber=" + line},
+      {"form",                       [&] { return htmlLineProperties(invoice, ""); },               found},
+      {"form of a line",             [&] { return htmlLineProperties(invoice, "", pants); },        "parentLineNumber=" + line + " and itemType='UP'"},
+      {"charge",                     [&] { return htmlAddChargeDetail(invoice); },                found},
+      {"charge of a line",           [&] { return htmlAddChargeDetail(invoice, pants); },           "itemType='AC' and lineNumber=" + line},
+      {"similar tickets",            [&] { return htmlSimilarInvoices(invoice); },                "itemType = 'IT'"},
   };
   // clang-format on
   for (const auto& [name, panel, left] : cases) {
@@ -257,32 +259,32 @@ TEST_F(Panels, TheFilterThatAPanelLeaves) {
 }
 
 TEST_F(Panels, ReadersOfLines) {
-  EXPECT_TRUE(invoice.getDepartmentID().isEmpty());
+  EXPECT_TRUE(getDepartmentID(invoice).isEmpty());
   fillTicket();
-  EXPECT_EQ(invoice.getDepartmentID().toLong(), 1);
-  EXPECT_EQ(invoice.getLineItemQuantity(pants).toLong(), 2);
-  EXPECT_EQ(invoice.getLineItemQuantity(99).toLong(), 0);
-  EXPECT_TRUE(invoice.lineItemExists("it", 101).toBoolean());
-  EXPECT_FALSE(invoice.lineItemExists("CU", 101).toBoolean());
+  EXPECT_EQ(getDepartmentID(invoice).toLong(), 1);
+  EXPECT_EQ(getLineItemQuantity(invoice, pants).toLong(), 2);
+  EXPECT_EQ(getLineItemQuantity(invoice, 99).toLong(), 0);
+  EXPECT_TRUE(lineItemExists(invoice, "it", 101).toBoolean());
+  EXPECT_FALSE(lineItemExists(invoice, "CU", 101).toBoolean());
 }
 
 // ---------------------------------------------------------------- similar tickets
 
 TEST_F(Panels, ADoubleEntryIsRecognised) {
-  EXPECT_EQ(invoice.htmlSimilarInvoices().toText(), "<div class=\"si_list\"></div>");
+  EXPECT_EQ(htmlSimilarInvoices(invoice).toText(), "<div class=\"si_list\"></div>");
   pants = invoice.addItem2(101, 2).toLong();
   invoice.addUpcharge2(pants, "Stain Treatment", 1);
   invoice.addColor(pants, "Navy", 1, true, 1.0, 0.01);
   invoice.addItem2(103, 1);
   EXPECT_EQ(
-      invoice.htmlSimilarInvoices().toText(),
+      htmlSimilarInvoices(invoice).toText(),
       "<div class=\"si_list\"><div class=\"si_item\" ticketnumber=\"1007\"><div class=\"si_view\" ticketnumber=\"1007\">"
       "<span>View</span></div><div class=\"si_invoice\">5007</div><div class=\"si_customer\">Marta Fenwick</div>"
       "<div class=\"si_employee\">Dora Quill</div><div class=\"si_rack\"></div><div class=\"si_created\">11/24/2026 "
       "9:30:00 AM</div><div class=\"si_pickedup\">-</div></div></div>");
   invoice.addDescriptor(pants, "O'Marren", "br", 1);
   statements();
-  EXPECT_EQ(invoice.htmlSimilarInvoices().toText(), "<div class=\"si_list\"></div>") << "a brand more";
+  EXPECT_EQ(htmlSimilarInvoices(invoice).toText(), "<div class=\"si_list\"></div>") << "a brand more";
   const std::string sent = reads().back();
   EXPECT_THAT(
       sent,
@@ -298,9 +300,9 @@ TEST_F(Panels, ADoubleEntryIsRecognised) {
           "select distinct pitem2.ticketnumber"));
   invoice.removeDescriptor(pants, "O'Marren", "br");
   invoice.changeQuantity(1, pants);
-  EXPECT_THAT(invoice.htmlSimilarInvoices().toText(), HasSubstr("1007")) << "fewer than the ticket's";
+  EXPECT_THAT(htmlSimilarInvoices(invoice).toText(), HasSubstr("1007")) << "fewer than the ticket's";
   invoice.changeQuantity(3, pants);
-  EXPECT_THAT(invoice.htmlSimilarInvoices().toText(), Not(HasSubstr("1007"))) << "more";
+  EXPECT_THAT(htmlSimilarInvoices(invoice).toText(), Not(HasSubstr("1007"))) << "more";
 }
 
 }  // namespace

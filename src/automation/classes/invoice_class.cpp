@@ -1,6 +1,9 @@
 #include "automation/classes/class_tables.h"
 #include "automation/classes/working_table.h"
 #include "invoice/invoice.h"
+#include "web/invoice_json.h"
+#include "web/line_readers.h"
+#include "web/panels.h"
 
 namespace ondrel {
 const ClassTable& invoiceClass() {
@@ -217,39 +220,39 @@ const ClassTable& invoiceClass() {
       method("getLineDeptID", &Invoice::getLineDeptID, {{"lineNumber"}}),
 
       // ---- panels of the entry screen
-      method("htmlDepartments", &Invoice::htmlDepartments, {{"departmentID"}}),
-      method("htmlCoupons", &Invoice::htmlCoupons),
-      method("htmlIdGroups", &Invoice::htmlIdGroups, {{"lineNumber"}, {"currentIdGroup"}}),
-      method("htmlItems", &Invoice::htmlItems, {{"departmentID"}, {"lineNumber", ""}}),
-      method("htmlDescriptors", &Invoice::htmlDescriptors, {{"departmentID"}, {"lineNumber", ""}}),
-      method("htmlDescriptor", &Invoice::htmlDescriptor, {{"group"}, {"lineNumber", ""}, {"filter", ""}}),
-      method("htmlDescriptorGroup", &Invoice::htmlDescriptorGroup, {{"descriptorGroupID"}, {"lineNumber", ""}}),
-      method("htmlUpcharges", &Invoice::htmlUpcharges, {{"priceListItemId"}, {"lineNumber", ""}}),
-      method("htmlPreferenceList", &Invoice::htmlPreferenceList),
-      method("lineItemExists", &Invoice::lineItemExists, {{"itemType"}, {"lineItemID"}}),
-      method("getLineItemQuantity", &Invoice::getLineItemQuantity, {{"lineNumber"}}),
-      method("getDepartmentID", &Invoice::getDepartmentID),
+      method("htmlDepartments", &htmlDepartments, {{"departmentID"}}),
+      method("htmlCoupons", &htmlCoupons),
+      method("htmlIdGroups", &htmlIdGroups, {{"lineNumber"}, {"currentIdGroup"}}),
+      method("htmlItems", &htmlItems, {{"departmentID"}, {"lineNumber", ""}}),
+      method("htmlDescriptors", &htmlDescriptors, {{"departmentID"}, {"lineNumber", ""}}),
+      method("htmlDescriptor", &htmlDescriptor, {{"group"}, {"lineNumber", ""}, {"filter", ""}}),
+      method("htmlDescriptorGroup", &htmlDescriptorGroup, {{"descriptorGroupID"}, {"lineNumber", ""}}),
+      method("htmlUpcharges", &htmlUpcharges, {{"priceListItemId"}, {"lineNumber", ""}}),
+      method("htmlPreferenceList", &htmlPreferenceList),
+      method("lineItemExists", &lineItemExists, {{"itemType"}, {"lineItemID"}}),
+      method("getLineItemQuantity", &getLineItemQuantity, {{"lineNumber"}}),
+      method("getDepartmentID", &getDepartmentID),
 
       // ---- lines, totals and due dates
-      method("htmlLineItems", &Invoice::htmlLineItems, {{"lineNumber", ""}}),
-      method("htmlPreviewLineItems", &Invoice::htmlPreviewLineItems, {{"ticketNumber"}}),
-      method("htmlInvoiceTotals", &Invoice::htmlInvoiceTotals),
-      method("htmlInvoicePreferences", &Invoice::htmlInvoicePreferences),
-      method("htmlDueDates", &Invoice::htmlDueDates),
-      method("htmlDeptsDueDate", &Invoice::htmlDeptsDueDate),
-      method("htmlInvoiceDueDate", &Invoice::htmlInvoiceDueDate),
-      method("htmlDeptDueDate", &Invoice::htmlDeptDueDate, {{"departmentID"}, {"page"}}),
-      method("htmlNewHeatSeals", &Invoice::htmlNewHeatSeals),
-      method("htmlLineFunctions", &Invoice::htmlLineFunctions, {{"lineNumber"}}),
-      method("htmlLineProperties", &Invoice::htmlLineProperties, {{"departmentID"}, {"lineNumber", ""}}),
-      method("htmlAddChargeDetail", &Invoice::htmlAddChargeDetail, {{"lineNumber", ""}}),
+      method("htmlLineItems", &htmlLineItems, {{"lineNumber", ""}}),
+      method("htmlPreviewLineItems", &htmlPreviewLineItems, {{"ticketNumber"}}),
+      method("htmlInvoiceTotals", &htmlInvoiceTotals),
+      method("htmlInvoicePreferences", &htmlInvoicePreferences),
+      method("htmlDueDates", &htmlDueDates),
+      method("htmlDeptsDueDate", &htmlDeptsDueDate),
+      method("htmlInvoiceDueDate", &htmlInvoiceDueDate),
+      method("htmlDeptDueDate", &htmlDeptDueDate, {{"departmentID"}, {"page"}}),
+      method("htmlNewHeatSeals", &htmlNewHeatSeals),
+      method("htmlLineFunctions", &htmlLineFunctions, {{"lineNumber"}}),
+      method("htmlLineProperties", &htmlLineProperties, {{"departmentID"}, {"lineNumber", ""}}),
+      method("htmlAddChargeDetail", &htmlAddChargeDetail, {{"lineNumber", ""}}),
 
       // ---- the invoice as a whole
-      method("toJSON", &Invoice::toJSON),
-      method("jsonItem", &Invoice::jsonItem, {{"lineNumber"}}),
-      method("htmlSummary", &Invoice::htmlSummary, {{"ticketNumber"}}),
-      method("htmlSimilarInvoices", &Invoice::htmlSimilarInvoices),
-      method("debugLineItems", &Invoice::debugLineItems),
+      method("toJSON", &toJSON),
+      method("jsonItem", &jsonItem, {{"lineNumber"}}),
+      method("htmlSummary", &htmlSummary, {{"ticketNumber"}}),
+      method("htmlSimilarInvoices", &htmlSimilarInvoices),
+      method("debugLineItems", &debugLineItems),
 
       // ---- quick items
       method("exportQuickItems", &Invoice::exportQuickItems),

@@ -82,7 +82,8 @@ bool FilterShape::matches(std::string_view filter, FilterLiterals& found) const 
   }
 }
 
-const FilterShape& FilterCache::shapeOf(std::string_view filter, const TableColumns& table, FilterLiterals& found) {
+const FilterShape& FilterCache::shapeOf(std::string_view filter, const TableColumns& table,
+                                        FilterLiterals& found) {
   const FilterShape*& latest = latest_[startHash(filter)];
   if (latest && latest->matches(filter, found)) return *latest;
 
