@@ -1,9 +1,6 @@
 #include "host/page_host.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/file.h>
-#include <unistd.h>
 
 #include <condition_variable>
 #include <mutex>
@@ -14,6 +11,8 @@
 #include "host/access.h"
 #include "host/clerks.h"
 #include "host/figures.h"
+#include "host/incoming.h"
+#include "host/journal_folder.h"
 #include "host/page_files.h"
 #include "host/request_log.h"
 #include "host/secrets.h"
@@ -23,73 +22,9 @@ namespace ondrel {
 namespace {
 
 constexpr const char* kSource = "Host";
-constexpr std::string_view kCookie = "ondrel_session";
-constexpr std::string_view kTokenField = "_token";
-constexpr std::string_view kNumberField = "_number";
-constexpr std::string_view kTokenHeader = "x-request-token";
-constexpr std::string_view kNumberHeader = "x-request-number";
-constexpr size_t kLongestNumber = 64;
 // More than processors: a runner whose session waits for the disk is not to keep the others waiting.
 constexpr unsigned kFewestRunners = 8;
 constexpr std::chrono::milliseconds kLongestPatrol{10'000};
-
-std::string_view contentTypeOf(const NamedTexts& headers) {
-  const std::string_view value = valueOf(headers, "content-type");
-  return trim(value.substr(0, value.find(';')));
-}
-
-std::string take(NamedTexts& texts, std::string_view name) {
-  std::string value(valueOf(texts, name));
-  std::erase_if(texts, [&](const auto& text) { return text.first == name; });
-  return value;
-}
-
-bool isNumber(std::string_view text) {
-  if (text.size() > kLongestNumber) return false;
-  for (const char c : text)
-    if (!isLetter(c) && !isDigit(c) && c != '-') return false;
-  return true;
-}
-
-// A browser's request with what the host needs of it taken out.
-struct Incoming {
-  PageRequest page;
-  std::string sessionId;
-  std::string token;
-};
-
-// A proxy on this machine says who asks it, last in the list.
-HttpRequest asProxied(HttpRequest request) {
-  if (!isLoopback(request.address)) return request;
-  for (const auto& [name, asked] : request.headers)
-    if (name == "x-forwarded-for") request.address = trim(asked.substr(asked.rfind(',') + 1));
-  return request;
-}
-
-Incoming incomingOf(const HttpRequest& request, const PageFile& page) {
-  Incoming incoming;
-  PageRequest& target = incoming.page;
-  target.method = request.method == "POST" ? "POST" : "GET";
-  target.path = request.path;
-  target.page = page.name;
-  target.query = parseForm(request.query);
-  target.headers = request.headers;
-  target.address = request.address;
-  incoming.sessionId = cookieValue(take(target.headers, "cookie"), kCookie);
-  incoming.token = take(target.headers, kTokenHeader);
-  target.number = take(target.headers, kNumberHeader);
-  if (!target.isChanging()) return incoming;
-  target.contentType = toLower(contentTypeOf(request.headers));
-  if (target.contentType == kFormType)
-    target.form = parseForm(request.body);
-  else
-    target.body = request.body;
-  const std::string token = take(target.form, kTokenField);
-  const std::string number = take(target.form, kNumberField);
-  if (incoming.token.empty()) incoming.token = token;
-  if (target.number.empty()) target.number = number;
-  return incoming;
-}
 
 PageAnswer fullAnswer() {
   PageAnswer answer = plainAnswer(503, "The host is full.");
@@ -123,44 +58,6 @@ size_t runnersOf(const HostLimits& limits) {
   return limits.runners ? limits.runners : std::max(kFewestRunners, 4 * std::thread::hardware_concurrency());
 }
 
-// Holds a folder for one host: another would bring the same work back, and delete what it does not know.
-class FolderLock {
- public:
-  FolderLock() = default;
-  explicit FolderLock(const std::filesystem::path& folder)
-      : file_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-    if (file_ >= 0 && ::flock(file_, LOCK_EX | LOCK_NB) == 0) return;
-    if (file_ >= 0) ::close(file_);
-    throw Error(ErrorNumber::PathAccess, kSource,
-                "The folder of journals is another host's: " + folder.string());
-  }
-  ~FolderLock() {
-    if (file_ >= 0) ::close(file_);
-  }
-  FolderLock(const FolderLock&) = delete;
-  FolderLock& operator=(const FolderLock&) = delete;
-
- private:
-  int file_ = -1;
-};
-
-// Journals are their owner's alone, and those that nobody came back to go.
-std::unique_ptr<FolderLock> prepareJournals(const HostOptions& options) {
-  if (options.journals.empty()) return nullptr;
-  std::error_code error;
-  std::filesystem::create_directories(options.journals, error);
-  std::filesystem::permissions(options.journals, std::filesystem::perms::owner_all, error);
-  if (error)
-    throw Error(ErrorNumber::PathAccess, kSource,
-                "The folder of journals cannot be used: " + options.journals.string());
-  auto lock = std::make_unique<FolderLock>(options.journals);
-  const auto oldest = std::filesystem::file_time_type::clock::now() - options.limits.idle;
-  for (const auto& entry : std::filesystem::directory_iterator(options.journals))
-    if (entry.path().extension() == ".journal" && entry.last_write_time() < oldest)
-      std::filesystem::remove(entry.path(), error);
-  return lock;
-}
-
 HostOptions checked(HostOptions options) {
   if (!isLoopback(options.address) && options.clerks.empty())
     throw Error(ErrorNumber::InvalidCall, kSource,
@@ -172,175 +69,32 @@ HostOptions checked(HostOptions options) {
 
 class PageHost::Work {
  public:
-  explicit Work(HostOptions options)
-      : options_(checked(std::move(options))),
-        journals_(prepareJournals(options_)),
-        files_(std::make_shared<PageFiles>(options_.pages)),
-        surroundings_(surroundingsOf(options_, files_)),
-        access_(options_.address, options_.names),
-        log_(options_.log),
-        sessions_(surroundings_, options_.limits.sessions),
-        runners_(std::make_unique<Runners>(runnersOf(options_.limits), options_.limits.runs)),
-        server_([this](const HttpRequest& request) { return answer(request); }, options_.limits.http) {}
-
-  int start() {
-    const int port = server_.start(options_.address, options_.port);
-    patrol_ = std::thread([this] { patrol(); });
-    return port;
-  }
-
-  bool stop() {
-    server_.stop();
-    if (patrol_.joinable()) {
-      {
-        const std::lock_guard lock(mutex_);
-        isStopping_ = true;
-      }
-      stopped_.notify_all();
-      patrol_.join();
-    }
-    const bool isWhole = !runners_ || runners_->lost() == 0;
-    runners_.reset();
-    return isWhole;
-  }
+  explicit Work(HostOptions options);
+  int start();
+  bool stop();
 
  private:
   // ---- a request: what is refused, what the host answers itself, then the page in its session
 
-  PageAnswer answer(const HttpRequest& request) {
-    const auto start = std::chrono::steady_clock::now();
-    LogEntry entry;
-    entry.moment = SystemClock().now();
-    entry.number = ++requests_;
-    entry.method = request.method;
-    entry.path = request.path;
-    std::string page = "refused";
-    PageAnswer answer =
-        options_.isBehindTls ? route(asProxied(request), entry, page) : route(request, entry, page);
-    addSecurityHeaders(answer);
-    entry.status = answer.status;
-    entry.bytes = answer.body.size();
-    entry.time = std::chrono::steady_clock::now() - start;
-    figures_.add(page, answer.status, entry.time, entry.run);
-    log_.add(entry);
-    return answer;
-  }
-
-  PageAnswer route(const HttpRequest& request, LogEntry& entry, std::string& page) {
-    if (request.refusal == 405) return plainAnswer(405, "This host answers GET, HEAD and POST.");
-    if (request.refusal != 0) return plainAnswer(request.refusal, "This form of a request is not served.");
-    if (auto refusal = access_.refusal(request)) return *refusal;
-    if (request.path == "/health") return page = "health", health();
-    if (request.path == "/metrics") return page = "metrics", metrics(request);
-    if (request.path.starts_with("/assets/")) return page = "asset", asset(request);
-    const auto file = pageOf(request.path);
-    if (!file) return plainAnswer(404, "There is no such page.");
-    page = file->name;
-    return inSession(incomingOf(request, *file), entry);
-  }
-
-  std::optional<PageFile> pageOf(const std::string& path) const {
-    auto file = files_->page(path);
-    if (!file && surroundings_->clerks && path == "/sign_in")
-      file = PageFile{std::string(kSignInPage), {}, {}};
-    return file;
-  }
-
-  PageAnswer health() const {
-    const bool isWell = runners_->lost() <= runnersOf(options_.limits);
-    PageAnswer answer{isWell ? 200 : 503, std::string(kJsonType), {}, ""};
-    answer.body = fmt::format("{{\"status\":\"{}\",\"sessions\":{}}}\n", isWell ? "ok" : "pages do not end",
-                              sessions_.size());
-    return answer;
-  }
-
-  PageAnswer metrics(const HttpRequest& request) const {
-    if (!isLoopback(request.address)) return plainAnswer(403, "Figures are for this machine.");
-    const HostState state{.sessions = sessions_.size(),
-                          .scriptMemory = sessions_.scriptMemory(),
-                          .connections = server_.connections(),
-                          .databaseConnections = *surroundings_->pages->openConnections,
-                          .runners = runnersOf(options_.limits),
-                          .busyRunners = runners_->busy(),
-                          .lostRunners = runners_->lost(),
-                          .waitingRequests = runners_->waiting()};
-    return {200, "text/plain; version=0.0.4; charset=utf-8", {}, figures_.text(state)};
-  }
-
-  PageAnswer asset(const HttpRequest& request) const {
-    if (request.method == "POST") return plainAnswer(405, "An asset is only read.");
-    const auto file = files_->asset(request.path);
-    if (!file) return plainAnswer(404, "There is no such asset.");
-    const std::string tag = "\"" + file->version + "\"";
-    PageAnswer answer{200, std::string(assetType(file->name)), {}, ""};
-    answer.headers = {{"ETag", tag}, {"Cache-Control", "no-cache"}};
-    if (valueOf(request.headers, "if-none-match") == tag)
-      answer.status = 304;
-    else
-      answer.body = PageFiles::textOf(*file);
-    return answer;
-  }
+  PageAnswer answer(const HttpRequest& request);
+  PageAnswer route(const HttpRequest& request, LogEntry& entry, std::string& page);
+  std::optional<PageFile> pageOf(const std::string& path) const;
+  PageAnswer health() const;
+  PageAnswer metrics(const HttpRequest& request) const;
+  PageAnswer asset(const HttpRequest& request) const;
 
   // ---- sessions
 
-  PageAnswer inSession(Incoming incoming, LogEntry& entry) {
-    PageSessionRef session = sessions_.find(incoming.sessionId);
-    if (!session) {
-      // Whoever has work here waits for a place: a new session would leave it behind.
-      const BegunSession begun = beginSession(incoming);
-      if (begun.hasNoPlace) return fullAnswer();
-      session = begun.session;
-    }
-    const bool isVisit = !session;
-    if (isVisit) {
-      if (incoming.page.isChanging()) return plainAnswer(403, "The session has ended: load the page again.");
-      session = PageSession::visit(surroundings_, sessions_.visitorId());
-    }
-    const std::string id = session->id();
-    PageAnswer answer = admitted(session, id, std::move(incoming), entry);
-    answer.headers.emplace_back("Cache-Control", "no-store");
-    if (session->isSignedOut()) {
-      endSession(session);
-      answer.headers.emplace_back("Set-Cookie", cookie("", "; Max-Age=0"));
-    } else if (isVisit || entry.run.isRenamed) {
-      sessions_.rename(id, session);
-      answer.headers.emplace_back("Set-Cookie", cookie(session->id(), ""));
-    }
-    entry.session = digestOf("log", session->id()).substr(0, 8);
-    entry.clerk = session->clerk().id;
-    return answer;
-  }
+  PageAnswer inSession(Incoming incoming, LogEntry& entry);
 
   // Who has only looked and was not here since may lose the place.
-  std::chrono::steady_clock::time_point lookers() const {
-    return std::chrono::steady_clock::now() - options_.limits.looking;
-  }
+  std::chrono::steady_clock::time_point lookers() const;
 
   // From the journal of an earlier run, or at the second coming of a browser.
-  BegunSession beginSession(const Incoming& incoming) {
-    PageSessionRef ousted;
-    BegunSession begun = sessions_.findInJournal(incoming.sessionId, lookers(), ousted);
-    if (!begun.session && !begun.hasNoPlace)
-      begun = sessions_.begin(incoming.sessionId, incoming.page.address, lookers(), ousted);
-    if (ousted) endSession(ousted);
-    return begun;
-  }
-
-  std::string cookie(std::string_view value, std::string_view more) const {
-    return fmt::format("{}={}; Path=/; HttpOnly; SameSite=Strict{}{}", kCookie, value,
-                       options_.isBehindTls ? "; Secure" : "", more);
-  }
-
+  BegunSession beginSession(const Incoming& incoming);
+  std::string cookie(std::string_view value, std::string_view more) const;
   PageAnswer admitted(const PageSessionRef& session, const std::string& id, Incoming incoming,
-                      LogEntry& entry) {
-    const PageRequest& page = incoming.page;
-    if (page.isChanging() && !isSameSecret(incoming.token, session->token()))
-      return plainAnswer(403, "The token is not that of the session: load the page again.");
-    if (!isNumber(page.number)) return plainAnswer(400, "A request number is up to 64 letters and digits.");
-    if (surroundings_->clerks && session->clerk().id.empty() && page.page != kSignInPage)
-      return page.isChanging() ? plainAnswer(401, "Sign in first.") : redirection("/sign_in");
-    return served(session, id, std::move(incoming.page), entry);
-  }
+                      LogEntry& entry);
 
   // What the page works on lives as long as the page, which may be longer than this call.
   struct Turn {
@@ -349,68 +103,20 @@ class PageHost::Work {
     PageAnswer answer;
     PageRun run;
   };
-
   PageAnswer served(const PageSessionRef& session, const std::string& id, PageRequest request,
-                    LogEntry& entry) {
-    const auto turn = std::make_shared<Turn>();
-    turn->sessionId = id;
-    turn->request = std::move(request);
-    const RunOutcome outcome = runners_->run(session->lane(), [session, turn] {
-      try {
-        turn->answer = session->serve(turn->request, turn->sessionId, turn->run);
-      } catch (const std::exception& exception) {
-        turn->answer = plainAnswer(500, "");
-        turn->run.failure = exception.what();
-      }
-    });
-    if (outcome == RunOutcome::Full) return fullAnswer();
-    if (outcome == RunOutcome::Ended) return plainAnswer(503, "The session has ended: load the page again.");
-    if (outcome == RunOutcome::TimeLimit) return abandoned(session, entry);
-    entry.run = std::move(turn->run);
-    if (session->isJournalBroken()) entry.note = "the journal of this session cannot be written";
-    if (!entry.run.failure.empty()) return failure(entry.number);
-    return std::move(turn->answer);
-  }
-
-  static PageAnswer failure(std::uint64_t number) {
-    return plainAnswer(500, fmt::format("Something went wrong. The log has it as number {}.", number));
-  }
+                    LogEntry& entry);
+  static PageAnswer failure(std::uint64_t number);
 
   // The browser's next request begins anew, with the work that the journal has. A page that hangs while work is
   // brought back would do so again.
-  PageAnswer abandoned(const PageSessionRef& session, LogEntry& entry) {
-    const bool hangsInReplay = session->isRestoring();
-    session->giveUp();
-    sessions_.remove(session);
-    if (hangsInReplay) std::filesystem::remove(PageSession::journalPath(*surroundings_, session->id()));
-    entry.run.failure = "the page passed its time; its session is given up";
-    return failure(entry.number);
-  }
+  PageAnswer abandoned(const PageSessionRef& session, LogEntry& entry);
 
   // The journal goes first: a request that comes in between is not to find the session there.
-  void endSession(const PageSessionRef& session) {
-    if (runners_->run(session->lane(), [session] { session->end(); }) != RunOutcome::Done) {
-      std::error_code error;
-      const std::filesystem::path journal = PageSession::journalPath(*surroundings_, session->id());
-      if (!journal.empty()) std::filesystem::remove(journal, error);
-    }
-    sessions_.remove(session);
-    runners_->close(session->lane());
-  }
+  void endSession(const PageSessionRef& session);
 
   // ---- idle sessions
 
-  void patrol() {
-    const auto pause = std::min(kLongestPatrol, options_.limits.idle / 4);
-    std::unique_lock lock(mutex_);
-    while (!stopped_.wait_for(lock, pause, [this] { return isStopping_; })) {
-      lock.unlock();
-      for (const PageSessionRef& session :
-           sessions_.takeIdle(std::chrono::steady_clock::now() - options_.limits.idle))
-        endSession(session);
-      lock.lock();
-    }
-  }
+  void patrol();
 
   HostOptions options_;
   std::unique_ptr<FolderLock> journals_;
@@ -428,6 +134,226 @@ class PageHost::Work {
   std::thread patrol_;
   HttpServer server_;  // last: it goes first, and nobody asks any more
 };
+
+PageHost::Work::Work(HostOptions options)
+    : options_(checked(std::move(options))),
+      journals_(prepareJournals(options_.journals, options_.limits.idle)),
+      files_(std::make_shared<PageFiles>(options_.pages)),
+      surroundings_(surroundingsOf(options_, files_)),
+      access_(options_.address, options_.names),
+      log_(options_.log),
+      sessions_(surroundings_, options_.limits.sessions),
+      runners_(std::make_unique<Runners>(runnersOf(options_.limits), options_.limits.runs)),
+      server_([this](const HttpRequest& request) { return answer(request); }, options_.limits.http) {}
+
+int PageHost::Work::start() {
+  const int port = server_.start(options_.address, options_.port);
+  patrol_ = std::thread([this] { patrol(); });
+  return port;
+}
+
+bool PageHost::Work::stop() {
+  server_.stop();
+  if (patrol_.joinable()) {
+    {
+      const std::lock_guard lock(mutex_);
+      isStopping_ = true;
+    }
+    stopped_.notify_all();
+    patrol_.join();
+  }
+  const bool isWhole = !runners_ || runners_->lost() == 0;
+  runners_.reset();
+  return isWhole;
+}
+
+PageAnswer PageHost::Work::answer(const HttpRequest& request) {
+  const auto start = std::chrono::steady_clock::now();
+  LogEntry entry;
+  entry.moment = SystemClock().now();
+  entry.number = ++requests_;
+  entry.method = request.method;
+  entry.path = request.path;
+  std::string page = "refused";
+  PageAnswer answer =
+      options_.isBehindTls ? route(asProxied(request), entry, page) : route(request, entry, page);
+  addSecurityHeaders(answer);
+  entry.status = answer.status;
+  entry.bytes = answer.body.size();
+  entry.time = std::chrono::steady_clock::now() - start;
+  figures_.add(page, answer.status, entry.time, entry.run);
+  log_.add(entry);
+  return answer;
+}
+
+PageAnswer PageHost::Work::route(const HttpRequest& request, LogEntry& entry, std::string& page) {
+  if (request.refusal == 405) return plainAnswer(405, "This host answers GET, HEAD and POST.");
+  if (request.refusal != 0) return plainAnswer(request.refusal, "This form of a request is not served.");
+  if (auto refusal = access_.refusal(request)) return *refusal;
+  if (request.path == "/health") return page = "health", health();
+  if (request.path == "/metrics") return page = "metrics", metrics(request);
+  if (request.path.starts_with("/assets/")) return page = "asset", asset(request);
+  const auto file = pageOf(request.path);
+  if (!file) return plainAnswer(404, "There is no such page.");
+  page = file->name;
+  return inSession(incomingOf(request, *file), entry);
+}
+
+std::optional<PageFile> PageHost::Work::pageOf(const std::string& path) const {
+  auto file = files_->page(path);
+  if (!file && surroundings_->clerks && path == "/sign_in") file = PageFile{std::string(kSignInPage), {}, {}};
+  return file;
+}
+
+PageAnswer PageHost::Work::health() const {
+  const bool isWell = runners_->lost() <= runnersOf(options_.limits);
+  PageAnswer answer{isWell ? 200 : 503, std::string(kJsonType), {}, ""};
+  answer.body = fmt::format("{{\"status\":\"{}\",\"sessions\":{}}}\n", isWell ? "ok" : "pages do not end",
+                            sessions_.size());
+  return answer;
+}
+
+PageAnswer PageHost::Work::metrics(const HttpRequest& request) const {
+  if (!isLoopback(request.address)) return plainAnswer(403, "Figures are for this machine.");
+  const HostState state{.sessions = sessions_.size(),
+                        .scriptMemory = sessions_.scriptMemory(),
+                        .connections = server_.connections(),
+                        .databaseConnections = *surroundings_->pages->openConnections,
+                        .runners = runnersOf(options_.limits),
+                        .busyRunners = runners_->busy(),
+                        .lostRunners = runners_->lost(),
+                        .waitingRequests = runners_->waiting()};
+  return {200, "text/plain; version=0.0.4; charset=utf-8", {}, figures_.text(state)};
+}
+
+PageAnswer PageHost::Work::asset(const HttpRequest& request) const {
+  if (request.method == "POST") return plainAnswer(405, "An asset is only read.");
+  const auto file = files_->asset(request.path);
+  if (!file) return plainAnswer(404, "There is no such asset.");
+  const std::string tag = "\"" + file->version + "\"";
+  PageAnswer answer{200, std::string(assetType(file->name)), {}, ""};
+  answer.headers = {{"ETag", tag}, {"Cache-Control", "no-cache"}};
+  if (valueOf(request.headers, "if-none-match") == tag)
+    answer.status = 304;
+  else
+    answer.body = PageFiles::textOf(*file);
+  return answer;
+}
+
+PageAnswer PageHost::Work::inSession(Incoming incoming, LogEntry& entry) {
+  PageSessionRef session = sessions_.find(incoming.sessionId);
+  if (!session) {
+    // Whoever has work here waits for a place: a new session would leave it behind.
+    const BegunSession begun = beginSession(incoming);
+    if (begun.hasNoPlace) return fullAnswer();
+    session = begun.session;
+  }
+  const bool isVisit = !session;
+  if (isVisit) {
+    if (incoming.page.isChanging()) return plainAnswer(403, "The session has ended: load the page again.");
+    session = PageSession::visit(surroundings_, sessions_.visitorId());
+  }
+  const std::string id = session->id();
+  PageAnswer answer = admitted(session, id, std::move(incoming), entry);
+  answer.headers.emplace_back("Cache-Control", "no-store");
+  if (session->isSignedOut()) {
+    endSession(session);
+    answer.headers.emplace_back("Set-Cookie", cookie("", "; Max-Age=0"));
+  } else if (isVisit || entry.run.isRenamed) {
+    sessions_.rename(id, session);
+    answer.headers.emplace_back("Set-Cookie", cookie(session->id(), ""));
+  }
+  entry.session = digestOf("log", session->id()).substr(0, 8);
+  entry.clerk = session->clerk().id;
+  return answer;
+}
+
+std::chrono::steady_clock::time_point PageHost::Work::lookers() const {
+  return std::chrono::steady_clock::now() - options_.limits.looking;
+}
+
+BegunSession PageHost::Work::beginSession(const Incoming& incoming) {
+  PageSessionRef ousted;
+  BegunSession begun = sessions_.findInJournal(incoming.sessionId, lookers(), ousted);
+  if (!begun.session && !begun.hasNoPlace)
+    begun = sessions_.begin(incoming.sessionId, incoming.page.address, lookers(), ousted);
+  if (ousted) endSession(ousted);
+  return begun;
+}
+
+std::string PageHost::Work::cookie(std::string_view value, std::string_view more) const {
+  return fmt::format("{}={}; Path=/; HttpOnly; SameSite=Strict{}{}", kSessionCookie, value,
+                     options_.isBehindTls ? "; Secure" : "", more);
+}
+
+PageAnswer PageHost::Work::admitted(const PageSessionRef& session, const std::string& id, Incoming incoming,
+                                    LogEntry& entry) {
+  const PageRequest& page = incoming.page;
+  if (page.isChanging() && !isSameSecret(incoming.token, session->token()))
+    return plainAnswer(403, "The token is not that of the session: load the page again.");
+  if (!isRequestNumber(page.number))
+    return plainAnswer(400, "A request number is up to 64 letters and digits.");
+  if (surroundings_->clerks && session->clerk().id.empty() && page.page != kSignInPage)
+    return page.isChanging() ? plainAnswer(401, "Sign in first.") : redirection("/sign_in");
+  return served(session, id, std::move(incoming.page), entry);
+}
+
+PageAnswer PageHost::Work::served(const PageSessionRef& session, const std::string& id, PageRequest request,
+                                  LogEntry& entry) {
+  const auto turn = std::make_shared<Turn>();
+  turn->sessionId = id;
+  turn->request = std::move(request);
+  const RunOutcome outcome = runners_->run(session->lane(), [session, turn] {
+    try {
+      turn->answer = session->serve(turn->request, turn->sessionId, turn->run);
+    } catch (const std::exception& exception) {
+      turn->answer = plainAnswer(500, "");
+      turn->run.failure = exception.what();
+    }
+  });
+  if (outcome == RunOutcome::Full) return fullAnswer();
+  if (outcome == RunOutcome::Ended) return plainAnswer(503, "The session has ended: load the page again.");
+  if (outcome == RunOutcome::TimeLimit) return abandoned(session, entry);
+  entry.run = std::move(turn->run);
+  if (session->isJournalBroken()) entry.note = "the journal of this session cannot be written";
+  if (!entry.run.failure.empty()) return failure(entry.number);
+  return std::move(turn->answer);
+}
+
+PageAnswer PageHost::Work::failure(std::uint64_t number) {
+  return plainAnswer(500, fmt::format("Something went wrong. The log has it as number {}.", number));
+}
+
+PageAnswer PageHost::Work::abandoned(const PageSessionRef& session, LogEntry& entry) {
+  const bool hangsInReplay = session->isRestoring();
+  session->giveUp();
+  sessions_.remove(session);
+  if (hangsInReplay) std::filesystem::remove(PageSession::journalPath(*surroundings_, session->id()));
+  entry.run.failure = "the page passed its time; its session is given up";
+  return failure(entry.number);
+}
+
+void PageHost::Work::endSession(const PageSessionRef& session) {
+  if (runners_->run(session->lane(), [session] { session->end(); }) != RunOutcome::Done) {
+    std::error_code error;
+    const std::filesystem::path journal = PageSession::journalPath(*surroundings_, session->id());
+    if (!journal.empty()) std::filesystem::remove(journal, error);
+  }
+  sessions_.remove(session);
+  runners_->close(session->lane());
+}
+
+void PageHost::Work::patrol() {
+  const auto pause = std::min(kLongestPatrol, options_.limits.idle / 4);
+  std::unique_lock lock(mutex_);
+  while (!stopped_.wait_for(lock, pause, [this] { return isStopping_; })) {
+    lock.unlock();
+    for (const PageSessionRef& session :
+         sessions_.takeIdle(std::chrono::steady_clock::now() - options_.limits.idle))
+      endSession(session);
+    lock.lock();
+  }
+}
 
 PageHost::PageHost(HostOptions options) : work_(std::make_unique<Work>(std::move(options))) {}
 

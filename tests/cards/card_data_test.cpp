@@ -2,6 +2,7 @@
 
 #include "cards/card_fixture.h"
 #include "data/card_masking.h"
+#include "data/card_numbers.h"
 #include "data/query_database.h"
 #include "platform/delimited_text.h"
 #include "platform/xml.h"

@@ -28,18 +28,17 @@ struct SqlValue {
 // The value of a number literal: whole when it is written so and fits.
 SqlValue numberValue(std::string_view digits);
 
-// | conversion     | number                        | text                                        | empty text
-// |
-// |----------------|-------------------------------|---------------------------------------------|------------|
-// | ToInteger      | fraction cut off              | whole number, else error 245                | 0 | |
-// ToBit          | 0 or 1                        | number, true, false, else error 245         | 0          |
-// | ToNumber       | itself                        | number, else error 245                      | 0 | |
-// ToMoney        | rounded to four decimals      | the same                                    | 0          |
-// | ToDecimal      | rounded to the scale          | the same                                    | 0 | |
-// ToDate, ToDay  | days since 1900-01-01         | a moment in any form taken, else error 241  | 1900-01-01 |
-// | ToText         | digits                        | itself; error 8152 when too long            | itself |
-// | CutText        | digits                        | shortened to the length                     | itself |
-// | Compare..      | itself                        | as above                                    | 0 |
+// | conversion    | number                   | text                                       | empty text |
+// |---------------|--------------------------|--------------------------------------------|------------|
+// | ToInteger     | fraction cut off         | whole number, else error 245               | 0          |
+// | ToBit         | 0 or 1                   | number, true, false, else error 245        | 0          |
+// | ToNumber      | itself                   | number, else error 245                     | 0          |
+// | ToMoney       | rounded to four decimals | the same                                   | 0          |
+// | ToDecimal     | rounded to the scale     | the same                                   | 0          |
+// | ToDate, ToDay | days since 1900-01-01    | a moment in any form taken, else error 241 | 1900-01-01 |
+// | ToText        | digits                   | itself; error 8152 when too long           | itself     |
+// | CutText       | digits                   | shortened to the length                    | itself     |
+// | Compare..     | itself                   | as above                                   | 0          |
 //
 // A number out of the range of an integer type is error 8115. Null stays Null. A text that the conversion
 // makes is put in `buffer`, which the result then views.
