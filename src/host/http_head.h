@@ -3,7 +3,7 @@
 #include <optional>
 #include <string_view>
 
-#include "host/http_server.h"
+#include "host/http_request.h"
 
 namespace ondrel {
 

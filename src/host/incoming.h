@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/http_server.h"
+#include "host/http_request.h"
 #include "host/page_files.h"
 #include "host/page_request.h"
 

@@ -32,8 +32,8 @@ constexpr std::array<std::string_view, 11> kHostHeaders = {"set-cookie",
                                                            "cross-origin-opener-policy",
                                                            "cross-origin-resource-policy"};
 
-std::shared_ptr<Clock> makeClock(const PageSurroundings& surroundings) {
-  if (surroundings.now) return std::make_shared<FixedClock>(*surroundings.now);
+std::shared_ptr<Clock> makeClock(const PageContext& context) {
+  if (context.now) return std::make_shared<FixedClock>(*context.now);
   return std::make_shared<SystemClock>();
 }
 
@@ -80,25 +80,25 @@ void takeHeader(PageAnswer& answer, const std::string& name, const std::string& 
 
 }  // namespace
 
-PageEngine::PageEngine(std::shared_ptr<const PageSurroundings> surroundings, PageOwner& owner)
-    : surroundings_(std::move(surroundings)),
+PageEngine::PageEngine(std::shared_ptr<const PageContext> context, PageOwner& owner)
+    : context_(std::move(context)),
       owner_(owner),
       apartment_(std::make_shared<Apartment>()),
-      usualClock_(makeClock(*surroundings_)),
+      usualClock_(makeClock(*context_)),
       engine_(
           apartment_,
           [this](std::string_view text) {
             if (run_ && run_->printed.size() < kLongestPrint) run_->printed += text;
           },
-          surroundings_->scriptMemory) {
+          context_->scriptMemory) {
   apartment_->clock = usualClock_;
   apartment_->connect = [this](const ConnectionSettings& settings) -> std::unique_ptr<Connection> {
     return std::make_unique<WatchedConnection>(connectToDatabase(settings), database_,
-                                               surroundings_->openConnections, writing_,
+                                               context_->openConnections, writing_,
                                                [this] { owner_.beforeCommit(); });
   };
   engine_.define("Database",
-                 Variant(std::make_shared<DatabaseAccess>(*apartment_, surroundings_->connectionString)));
+                 Variant(std::make_shared<DatabaseAccess>(*apartment_, context_->connectionString)));
   defineFunctions();
   const ScriptOutcome outcome = engine_.run(kPageScript, "host");
   if (outcome.failure) throw Error(ErrorNumber::InvalidCall, kSource, outcome.failure->text());
@@ -134,10 +134,10 @@ void PageEngine::defineFunctions() {
                     arrayOf(request_->form), Variant(request_->body), arrayOf(request_->headers),
                     Variant(isJson), Variant(request_->number), Variant(request_->address)});
   });
-  define("room", [this](Arguments) { return Variant(static_cast<double>(surroundings_->answerSize)); });
+  define("room", [this](Arguments) { return Variant(static_cast<double>(context_->answerSize)); });
   define("setting", [this](Arguments name) {
-    const auto found = surroundings_->settings.find(name[0].toText());
-    return found == surroundings_->settings.end() ? Variant() : Variant(found->second);
+    const auto found = context_->settings.find(name[0].toText());
+    return found == context_->settings.end() ? Variant() : Variant(found->second);
   });
   define("signIn",
          [this](Arguments given) { return Variant(owner_.signIn(given[0].toText(), given[1].toText())); });
@@ -163,7 +163,7 @@ void PageEngine::defineFunctions() {
 
 // The version of a script that the host brings itself never changes.
 std::string PageEngine::version(std::string_view name) const {
-  if (const auto file = surroundings_->files->script(name)) return file->version;
+  if (const auto file = context_->files->script(name)) return file->version;
   return name == kSignInPage ? "host" : "";
 }
 
@@ -177,7 +177,7 @@ bool PageEngine::haveFilesChanged() {
 }
 
 std::string PageEngine::source(std::string_view name) const {
-  if (const auto file = surroundings_->files->script(name)) return PageFiles::textOf(*file);
+  if (const auto file = context_->files->script(name)) return PageFiles::textOf(*file);
   if (name == kSignInPage) return std::string(kSignInScript);
   throw Error(ErrorNumber::FileNotFound, kSource, "There is no script " + std::string(name));
 }
@@ -221,7 +221,7 @@ PageAnswer PageEngine::run(const PageRequest& request, PageRun& run) {
 // Until the page ends.
 void PageEngine::workAlone() {
   if (alone_.owns_lock()) return;
-  alone_ = std::unique_lock(*surroundings_->alone, kLongestQueue);
+  alone_ = std::unique_lock(*context_->alone, kLongestQueue);
   if (!alone_.owns_lock())
     throw Error(ErrorNumber::InvalidCall, kSource, "Another page has worked alone for too long");
 }

@@ -23,7 +23,7 @@ struct Clerk {
 };
 
 // What every engine of a host is made with.
-struct PageSurroundings {
+struct PageContext {
   std::shared_ptr<const PageFiles> files;
   std::string connectionString;
   std::optional<Date> now;  // fixes the clock
@@ -75,7 +75,7 @@ struct PageRun {
 // time.
 class PageEngine {
  public:
-  PageEngine(std::shared_ptr<const PageSurroundings> surroundings, PageOwner& owner);
+  PageEngine(std::shared_ptr<const PageContext> context, PageOwner& owner);
 
   // Runs the page of the request. A failure of the page is an answer of status 500 that tells nothing. A
   // transaction that the page left open is discarded.
@@ -102,7 +102,7 @@ class PageEngine {
   void dropTransaction();
   void workAlone();
 
-  std::shared_ptr<const PageSurroundings> surroundings_;
+  std::shared_ptr<const PageContext> context_;
   PageOwner& owner_;
   DatabaseAccount database_;
   Writing writing_ = Writing::Real;

@@ -10,9 +10,9 @@
 #include "base/text.h"
 #include "host/access.h"
 #include "host/clerks.h"
-#include "host/figures.h"
 #include "host/incoming.h"
 #include "host/journal_folder.h"
+#include "host/metrics.h"
 #include "host/page_files.h"
 #include "host/request_log.h"
 #include "host/secrets.h"
@@ -22,9 +22,9 @@ namespace ondrel {
 namespace {
 
 constexpr const char* kSource = "Host";
-// More than processors: a runner whose session waits for the disk is not to keep the others waiting.
-constexpr unsigned kFewestRunners = 8;
-constexpr std::chrono::milliseconds kLongestPatrol{10'000};
+// More than processors: a worker whose session waits for the disk is not to keep the others waiting.
+constexpr unsigned kFewestWorkers = 8;
+constexpr std::chrono::milliseconds kLongestPause{10'000};
 
 PageAnswer fullAnswer() {
   PageAnswer answer = plainAnswer(503, "The host is full.");
@@ -38,24 +38,24 @@ PageAnswer redirection(std::string_view path) {
   return answer;
 }
 
-std::shared_ptr<const SessionSurroundings> surroundingsOf(const HostOptions& options,
-                                                          std::shared_ptr<const PageFiles> files) {
-  auto pages = std::make_shared<PageSurroundings>();
+std::shared_ptr<const SessionContext> contextOf(const HostOptions& options,
+                                                std::shared_ptr<const PageFiles> files) {
+  auto pages = std::make_shared<PageContext>();
   pages->files = std::move(files);
   pages->connectionString = options.connectionString;
   pages->now = options.now;
   pages->settings = options.settings;
   pages->scriptMemory = options.limits.scriptMemory;
   pages->answerSize = options.limits.answerSize;
-  auto surroundings = std::make_shared<SessionSurroundings>();
-  surroundings->pages = std::move(pages);
-  surroundings->journalFolder = options.journals;
-  if (!options.clerks.empty()) surroundings->clerks = std::make_shared<Clerks>(options.clerks);
-  return surroundings;
+  auto context = std::make_shared<SessionContext>();
+  context->pages = std::move(pages);
+  context->journalFolder = options.journals;
+  if (!options.clerks.empty()) context->clerks = std::make_shared<Clerks>(options.clerks);
+  return context;
 }
 
-size_t runnersOf(const HostLimits& limits) {
-  return limits.runners ? limits.runners : std::max(kFewestRunners, 4 * std::thread::hardware_concurrency());
+size_t workersOf(const HostLimits& limits) {
+  return limits.workers ? limits.workers : std::max(kFewestWorkers, 4 * std::thread::hardware_concurrency());
 }
 
 HostOptions checked(HostOptions options) {
@@ -116,22 +116,22 @@ class PageHost::Work {
 
   // ---- idle sessions
 
-  void patrol();
+  void endIdleSessions();
 
   HostOptions options_;
   std::unique_ptr<FolderLock> journals_;
   std::shared_ptr<const PageFiles> files_;
-  std::shared_ptr<const SessionSurroundings> surroundings_;
+  std::shared_ptr<const SessionContext> context_;
   Access access_;
   RequestLog log_;
-  Figures figures_;
+  Metrics metrics_;
   SessionTable sessions_;
-  std::unique_ptr<Runners> runners_;
+  std::unique_ptr<WorkerPool> workers_;
   std::atomic<std::uint64_t> requests_ = 0;
   std::mutex mutex_;
   std::condition_variable stopped_;
   bool isStopping_ = false;
-  std::thread patrol_;
+  std::thread idleWatch_;
   HttpServer server_;  // last: it goes first, and nobody asks any more
 };
 
@@ -139,31 +139,31 @@ PageHost::Work::Work(HostOptions options)
     : options_(checked(std::move(options))),
       journals_(prepareJournals(options_.journals, options_.limits.idle)),
       files_(std::make_shared<PageFiles>(options_.pages)),
-      surroundings_(surroundingsOf(options_, files_)),
+      context_(contextOf(options_, files_)),
       access_(options_.address, options_.names),
       log_(options_.log),
-      sessions_(surroundings_, options_.limits.sessions),
-      runners_(std::make_unique<Runners>(runnersOf(options_.limits), options_.limits.runs)),
+      sessions_(context_, options_.limits.sessions),
+      workers_(std::make_unique<WorkerPool>(workersOf(options_.limits), options_.limits.runs)),
       server_([this](const HttpRequest& request) { return answer(request); }, options_.limits.http) {}
 
 int PageHost::Work::start() {
   const int port = server_.start(options_.address, options_.port);
-  patrol_ = std::thread([this] { patrol(); });
+  idleWatch_ = std::thread([this] { endIdleSessions(); });
   return port;
 }
 
 bool PageHost::Work::stop() {
   server_.stop();
-  if (patrol_.joinable()) {
+  if (idleWatch_.joinable()) {
     {
       const std::lock_guard lock(mutex_);
       isStopping_ = true;
     }
     stopped_.notify_all();
-    patrol_.join();
+    idleWatch_.join();
   }
-  const bool isWhole = !runners_ || runners_->lost() == 0;
-  runners_.reset();
+  const bool isWhole = !workers_ || workers_->lost() == 0;
+  workers_.reset();
   return isWhole;
 }
 
@@ -181,7 +181,7 @@ PageAnswer PageHost::Work::answer(const HttpRequest& request) {
   entry.status = answer.status;
   entry.bytes = answer.body.size();
   entry.time = std::chrono::steady_clock::now() - start;
-  figures_.add(page, answer.status, entry.time, entry.run);
+  metrics_.add(page, answer.status, entry.time, entry.run);
   log_.add(entry);
   return answer;
 }
@@ -201,12 +201,12 @@ PageAnswer PageHost::Work::route(const HttpRequest& request, LogEntry& entry, st
 
 std::optional<PageFile> PageHost::Work::pageOf(const std::string& path) const {
   auto file = files_->page(path);
-  if (!file && surroundings_->clerks && path == "/sign_in") file = PageFile{std::string(kSignInPage), {}, {}};
+  if (!file && context_->clerks && path == "/sign_in") file = PageFile{std::string(kSignInPage), {}, {}};
   return file;
 }
 
 PageAnswer PageHost::Work::health() const {
-  const bool isWell = runners_->lost() <= runnersOf(options_.limits);
+  const bool isWell = workers_->lost() <= workersOf(options_.limits);
   PageAnswer answer{isWell ? 200 : 503, std::string(kJsonType), {}, ""};
   answer.body = fmt::format("{{\"status\":\"{}\",\"sessions\":{}}}\n", isWell ? "ok" : "pages do not end",
                             sessions_.size());
@@ -218,12 +218,12 @@ PageAnswer PageHost::Work::metrics(const HttpRequest& request) const {
   const HostState state{.sessions = sessions_.size(),
                         .scriptMemory = sessions_.scriptMemory(),
                         .connections = server_.connections(),
-                        .databaseConnections = *surroundings_->pages->openConnections,
-                        .runners = runnersOf(options_.limits),
-                        .busyRunners = runners_->busy(),
-                        .lostRunners = runners_->lost(),
-                        .waitingRequests = runners_->waiting()};
-  return {200, "text/plain; version=0.0.4; charset=utf-8", {}, figures_.text(state)};
+                        .databaseConnections = *context_->pages->openConnections,
+                        .workers = workersOf(options_.limits),
+                        .busyWorkers = workers_->busy(),
+                        .lostWorkers = workers_->lost(),
+                        .waitingRequests = workers_->waiting()};
+  return {200, "text/plain; version=0.0.4; charset=utf-8", {}, metrics_.text(state)};
 }
 
 PageAnswer PageHost::Work::asset(const HttpRequest& request) const {
@@ -251,7 +251,7 @@ PageAnswer PageHost::Work::inSession(Incoming incoming, LogEntry& entry) {
   const bool isVisit = !session;
   if (isVisit) {
     if (incoming.page.isChanging()) return plainAnswer(403, "The session has ended: load the page again.");
-    session = PageSession::visit(surroundings_, sessions_.visitorId());
+    session = PageSession::visit(context_, sessions_.visitorId());
   }
   const std::string id = session->id();
   PageAnswer answer = admitted(session, id, std::move(incoming), entry);
@@ -293,7 +293,7 @@ PageAnswer PageHost::Work::admitted(const PageSessionRef& session, const std::st
     return plainAnswer(403, "The token is not that of the session: load the page again.");
   if (!isRequestNumber(page.number))
     return plainAnswer(400, "A request number is up to 64 letters and digits.");
-  if (surroundings_->clerks && session->clerk().id.empty() && page.page != kSignInPage)
+  if (context_->clerks && session->clerk().id.empty() && page.page != kSignInPage)
     return page.isChanging() ? plainAnswer(401, "Sign in first.") : redirection("/sign_in");
   return served(session, id, std::move(incoming.page), entry);
 }
@@ -303,7 +303,7 @@ PageAnswer PageHost::Work::served(const PageSessionRef& session, const std::stri
   const auto turn = std::make_shared<Turn>();
   turn->sessionId = id;
   turn->request = std::move(request);
-  const RunOutcome outcome = runners_->run(session->lane(), [session, turn] {
+  const RunOutcome outcome = workers_->run(session->queue(), [session, turn] {
     try {
       turn->answer = session->serve(turn->request, turn->sessionId, turn->run);
     } catch (const std::exception& exception) {
@@ -328,23 +328,23 @@ PageAnswer PageHost::Work::abandoned(const PageSessionRef& session, LogEntry& en
   const bool hangsInReplay = session->isRestoring();
   session->giveUp();
   sessions_.remove(session);
-  if (hangsInReplay) std::filesystem::remove(PageSession::journalPath(*surroundings_, session->id()));
+  if (hangsInReplay) std::filesystem::remove(PageSession::journalPath(*context_, session->id()));
   entry.run.failure = "the page passed its time; its session is given up";
   return failure(entry.number);
 }
 
 void PageHost::Work::endSession(const PageSessionRef& session) {
-  if (runners_->run(session->lane(), [session] { session->end(); }) != RunOutcome::Done) {
+  if (workers_->run(session->queue(), [session] { session->end(); }) != RunOutcome::Done) {
     std::error_code error;
-    const std::filesystem::path journal = PageSession::journalPath(*surroundings_, session->id());
+    const std::filesystem::path journal = PageSession::journalPath(*context_, session->id());
     if (!journal.empty()) std::filesystem::remove(journal, error);
   }
   sessions_.remove(session);
-  runners_->close(session->lane());
+  workers_->close(session->queue());
 }
 
-void PageHost::Work::patrol() {
-  const auto pause = std::min(kLongestPatrol, options_.limits.idle / 4);
+void PageHost::Work::endIdleSessions() {
+  const auto pause = std::min(kLongestPause, options_.limits.idle / 4);
   std::unique_lock lock(mutex_);
   while (!stopped_.wait_for(lock, pause, [this] { return isStopping_; })) {
     lock.unlock();

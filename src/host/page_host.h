@@ -10,14 +10,14 @@
 
 #include "base/date.h"
 #include "host/http_server.h"
-#include "host/runners.h"
+#include "host/worker_pool.h"
 
 namespace ondrel {
 
 struct HostLimits {
   HttpLimits http;
   RunLimits runs;
-  size_t runners = 0;  // threads that run pages; 0 for four times the processors, 8 at least
+  size_t workers = 0;  // threads that run pages; 0 for four times the processors, 8 at least
   size_t sessions = 200;
   size_t scriptMemory = size_t{64} << 20;         // bytes of a session's script values
   size_t answerSize = size_t{8} << 20;            // bytes of an answer
@@ -47,7 +47,7 @@ struct HostOptions {
 };
 
 // Serves pages to browsers; docs/page-host.md tells how pages are written. Each browser session has a script
-// engine and an apartment of its own. Sessions run side by side on the runners and share no lock while a page
+// engine and an apartment of its own. Sessions run side by side on the workers and share no lock while a page
 // runs; the requests of one session run in the order of their arrival.
 class PageHost {
  public:

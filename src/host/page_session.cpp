@@ -12,17 +12,17 @@ constexpr const char* kSource = "Host";
 
 }  // namespace
 
-std::filesystem::path PageSession::journalPath(const SessionSurroundings& surroundings, std::string_view id) {
-  if (surroundings.journalFolder.empty()) return {};
-  return surroundings.journalFolder / (digestOf("journal", id) + ".journal");
+std::filesystem::path PageSession::journalPath(const SessionContext& context, std::string_view id) {
+  if (context.journalFolder.empty()) return {};
+  return context.journalFolder / (digestOf("journal", id) + ".journal");
 }
 
-PageSession::PageSession(std::shared_ptr<const SessionSurroundings> surroundings, std::string id)
-    : surroundings_(std::move(surroundings)), id_(std::move(id)) {}
+PageSession::PageSession(std::shared_ptr<const SessionContext> context, std::string id)
+    : context_(std::move(context)), id_(std::move(id)) {}
 
-std::shared_ptr<PageSession> PageSession::visit(std::shared_ptr<const SessionSurroundings> surroundings,
+std::shared_ptr<PageSession> PageSession::visit(std::shared_ptr<const SessionContext> context,
                                                 std::string id) {
-  auto session = std::make_shared<PageSession>(std::move(surroundings), std::move(id));
+  auto session = std::make_shared<PageSession>(std::move(context), std::move(id));
   session->isVisit_ = true;
   return session;
 }
@@ -43,16 +43,15 @@ Clerk PageSession::clerk() {
 
 PageEngine& PageSession::engine() {
   if (engine_) return *engine_;
-  journal_ =
-      std::make_unique<Journal>(isVisit_ ? std::filesystem::path() : journalPath(*surroundings_, id()));
+  journal_ = std::make_unique<Journal>(isVisit_ ? std::filesystem::path() : journalPath(*context_, id()));
   PageOwner& owner = *this;
-  auto engine = std::make_unique<PageEngine>(surroundings_->pages, owner);
+  auto engine = std::make_unique<PageEngine>(context_->pages, owner);
   const std::lock_guard lock(mutex_);
   engine_ = std::move(engine);
   return *engine_;
 }
 
-// The lane may have changed the session since the request was let in: who has the old id and the old token gets
+// The queue may have changed the session since the request was let in: who has the old id and the old token gets
 // nothing of what a sign-in made of it.
 PageAnswer PageSession::serve(const PageRequest& request, std::string_view admittedAs, PageRun& run) {
   if (isSignedOut_ || id() != admittedAs)
@@ -71,11 +70,11 @@ PageAnswer PageSession::serve(const PageRequest& request, std::string_view admit
 // 1. a known number: the answer that it had   2. journal   3. page   4. journal, before the answer leaves
 PageAnswer PageSession::serveChanging(const PageRequest& request, PageRun& run) {
   // A try at signing in is no work yet.
-  if (!surroundings_->clerks || !clerk().id.empty()) hasWork_ = true;
+  if (!context_->clerks || !clerk().id.empty()) hasWork_ = true;
   const bool isNumbered = !request.number.empty();
   if (isNumbered)
     if (const PageAnswer* known = numbers_.find(request)) return *known;
-  journal_->call(request, surroundings_->pages->now.value_or(SystemClock().now()));
+  journal_->call(request, context_->pages->now.value_or(SystemClock().now()));
   PageAnswer answer = engine_->run(request, run);
   if (isNumbered) {
     const std::string print = Journal::takes(request) ? RequestNumbers::fingerprintOf(request) : "";
@@ -91,14 +90,14 @@ void PageSession::endWork() {
 }
 
 std::string PageSession::signIn(const std::string& clerkId, const std::string& pin) {
-  if (!surroundings_->clerks) throw Error(ErrorNumber::InvalidCall, kSource, "This host knows no clerks");
+  if (!context_->clerks) throw Error(ErrorNumber::InvalidCall, kSource, "This host knows no clerks");
   if (replayed_) throw Error(ErrorNumber::InvalidCall, kSource, "Nobody signs in while work is brought back");
   Clerk clerk;
-  const Clerks::Verdict verdict = surroundings_->clerks->check(request_->address, clerkId, pin, clerk);
+  const Clerks::Verdict verdict = context_->clerks->check(request_->address, clerkId, pin, clerk);
   if (verdict != Clerks::Verdict::Right) return verdict == Clerks::Verdict::Wait ? "wait" : "wrong";
   // Who knew the id before does not know it any more.
   std::string id = randomId();
-  journal_->rename(journalPath(*surroundings_, id));
+  journal_->rename(journalPath(*context_, id));
   journal_->clerk(clerk);
   const std::lock_guard lock(mutex_);
   id_ = std::move(id);
@@ -127,7 +126,7 @@ std::optional<std::string> PageSession::recall() {
 }
 
 bool PageSession::prepareRestoring() {
-  const std::filesystem::path path = journalPath(*surroundings_, id_);
+  const std::filesystem::path path = journalPath(*context_, id_);
   if (path.empty()) return false;
   toRestore_ = Journal::read(path);
   if (!toRestore_) return false;

@@ -11,25 +11,24 @@
 #include "host/journal.h"
 #include "host/page_engine.h"
 #include "host/request_numbers.h"
-#include "host/runners.h"
+#include "host/worker_pool.h"
 
 namespace ondrel {
 
 // What the sessions of a host share.
-struct SessionSurroundings {
-  std::shared_ptr<const PageSurroundings> pages;
+struct SessionContext {
+  std::shared_ptr<const PageContext> pages;
   std::filesystem::path journalFolder;  // empty for no journals
   std::shared_ptr<Clerks> clerks;
 };
 
 // One browser at work: its engine, its remembered answers and its journal. `serve` runs in the session's
-// lane; the rest is for any thread.
+// queue; the rest is for any thread.
 class PageSession : private PageOwner {
  public:
-  PageSession(std::shared_ptr<const SessionSurroundings> surroundings, std::string id);
+  PageSession(std::shared_ptr<const SessionContext> context, std::string id);
   // For one look of a browser that has no session: nothing is kept of it.
-  static std::shared_ptr<PageSession> visit(std::shared_ptr<const SessionSurroundings> surroundings,
-                                            std::string id);
+  static std::shared_ptr<PageSession> visit(std::shared_ptr<const SessionContext> context, std::string id);
 
   // Answers from memory what carries a number that is known already. `admittedAs` is the id under which the request
   // was let in.
@@ -42,7 +41,7 @@ class PageSession : private PageOwner {
   std::string id() const;
   std::string token() override;
   Clerk clerk() override;
-  const LaneRef& lane() const { return lane_; }
+  const TaskQueueRef& queue() const { return queue_; }
   bool isSignedOut() const { return isSignedOut_; }
   // False as long as the browser has only looked: nothing is lost with the session then.
   bool hasWork() const { return hasWork_; }
@@ -57,7 +56,7 @@ class PageSession : private PageOwner {
   // The end of the session; nobody is at it any more, and its journal goes.
   void end();
 
-  static std::filesystem::path journalPath(const SessionSurroundings& surroundings, std::string_view id);
+  static std::filesystem::path journalPath(const SessionContext& context, std::string_view id);
 
  private:
   std::string signIn(const std::string& clerkId, const std::string& pin) override;
@@ -75,8 +74,8 @@ class PageSession : private PageOwner {
   std::string restore();
   bool replay(const JournalledCall& call);
 
-  std::shared_ptr<const SessionSurroundings> surroundings_;
-  LaneRef lane_ = std::make_shared<Lane>();
+  std::shared_ptr<const SessionContext> context_;
+  TaskQueueRef queue_ = std::make_shared<TaskQueue>();
   mutable std::mutex mutex_;  // of what other threads see
   std::string id_;
   Clerk clerk_;

@@ -23,7 +23,7 @@ PageSessionRef SessionTable::find(std::string_view id) {
 BegunSession SessionTable::findInJournal(std::string_view id, std::chrono::steady_clock::time_point moment,
                                          PageSessionRef& ousted) {
   if (!isRandomId(id)) return {};
-  auto session = std::make_shared<PageSession>(surroundings_, std::string(id));
+  auto session = std::make_shared<PageSession>(context_, std::string(id));
   if (!session->prepareRestoring()) return {};
   const std::lock_guard lock(mutex_);
   if (const auto found = sessions_.find(id); found != sessions_.end()) return {found->second.session};
@@ -63,7 +63,7 @@ BegunSession SessionTable::begin(const std::string& id, const std::string& addre
     ousted = takeIdler(moment);
   if (sessions_.size() >= most_) return {nullptr, true};
   visitors_.take(id);
-  auto session = std::make_shared<PageSession>(surroundings_, id);
+  auto session = std::make_shared<PageSession>(context_, id);
   sessions_.emplace(id, Entry{session, address});
   return {session};
 }

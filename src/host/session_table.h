@@ -22,8 +22,8 @@ struct BegunSession {
 // The open sessions by their ids. Safe to share between threads; its lock is held for a look-up only.
 class SessionTable {
  public:
-  SessionTable(std::shared_ptr<const SessionSurroundings> surroundings, size_t most)
-      : surroundings_(std::move(surroundings)), most_(most) {}
+  SessionTable(std::shared_ptr<const SessionContext> context, size_t most)
+      : context_(std::move(context)), most_(most) {}
 
   // The open session of an id.
   PageSessionRef find(std::string_view id);
@@ -47,7 +47,7 @@ class SessionTable {
   size_t scriptMemory() const;
 
  private:
-  std::shared_ptr<const SessionSurroundings> surroundings_;
+  std::shared_ptr<const SessionContext> context_;
   // The longest unused that has only looked, since `moment` and from an address where these are given.
   PageSessionRef takeIdler(std::chrono::steady_clock::time_point moment,
                            const std::string* address = nullptr);

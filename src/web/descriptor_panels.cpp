@@ -104,17 +104,17 @@ struct DescriptorChoice {
 // | htmlDescriptors | all             | always, in front     | all, the first 30 brands             |
 // | htmlDescriptor  | of one type,    | without a type       | the same; with a filter those that   |
 // |                 | all without one | or with "up"         | begin so, or what was typed          |
-std::string descriptorPanels(Invoice& invoice, const std::string& groupsStatement, const Variant& line,
+std::string descriptorPanels(Invoice& invoice, const std::string& groupsStatement, const Variant& lineNumber,
                              const DescriptorChoice& choice) {
   Variant item = "";
-  const bool hasLine = !line.joined().empty();
-  if (hasLine && findLine(*invoice.lineItems, line)) item = invoice.lineItems->value(col::lineItemId);
+  const bool hasLine = !lineNumber.joined().empty();
+  if (hasLine && findLine(*invoice.lineItems, lineNumber)) item = invoice.lineItems->value(col::lineItemId);
   HtmlWriter html;
   if (choice.withUpcharges)
-    html.raw("<div class=\"upcharge-section\">").raw(htmlUpcharges(invoice, item, line)).raw("</div>");
+    html.raw("<div class=\"upcharge-section\">").raw(htmlUpcharges(invoice, item, lineNumber)).raw("</div>");
   const ChildLines children(*invoice.lineItems, invoice.lineItems->sort());
   const std::span<const ChildLine> chosen =
-      hasLine ? children.of(line.toLong()) : std::span<const ChildLine>();
+      hasLine ? children.of(lineNumber.toLong()) : std::span<const ChildLine>();
   const RecordsetRef groups = queryDatabase(*invoice.apartment(), groupsStatement);
   for (; !groups->eof(); groups->moveNext()) {
     const RecordsetRef rows = queryDatabase(*invoice.apartment(), descriptorsOf(*groups, choice.filter));
@@ -140,26 +140,27 @@ std::string descriptorPanels(Invoice& invoice, const std::string& groupsStatemen
 
 // ---------------------------------------------------------------- descriptors
 
-Variant htmlDescriptorGroup(Invoice& invoice, const Variant& descriptorGroupID, const Variant& line) {
-  return htmlDescriptor(invoice, descriptorGroupID, line);
+Variant htmlDescriptorGroup(Invoice& invoice, const Variant& descriptorGroupID, const Variant& lineNumber) {
+  return htmlDescriptor(invoice, descriptorGroupID, lineNumber);
 }
 
-Variant htmlDescriptors(Invoice& invoice, const Variant&, const Variant& line) {
-  return descriptorPanels(invoice, " select * from descriptorgroup order by displayorder ", line,
+Variant htmlDescriptors(Invoice& invoice, const Variant&, const Variant& lineNumber) {
+  return descriptorPanels(invoice, " select * from descriptorgroup order by displayorder ", lineNumber,
                           DescriptorChoice{});
 }
 
-Variant htmlDescriptor(Invoice& invoice, const Variant& group, const Variant& line, const Variant& filter) {
+Variant htmlDescriptor(Invoice& invoice, const Variant& group, const Variant& lineNumber,
+                       const Variant& filter) {
   const std::string type = group.joined();
   const std::string ofType = type.empty() ? "" : fmt::format(" where [type] = '{}'", escapeSqlValue(type));
   return descriptorPanels(
-      invoice, fmt::format(" select * from descriptorgroup {} order by displayorder ", ofType), line,
+      invoice, fmt::format(" select * from descriptorgroup {} order by displayorder ", ofType), lineNumber,
       {.ofOneGroup = true,
        .withUpcharges = type.empty() || equalsIgnoringCase(type, "up"),
        .filter = filter.joined()});
 }
 
-Variant htmlUpcharges(Invoice& invoice, const Variant& priceListItemId, const Variant& line) {
+Variant htmlUpcharges(Invoice& invoice, const Variant& priceListItemId, const Variant& lineNumber) {
   HtmlWriter html;
   html.raw("<div class=\"upcharges collapsible collapsed panel\" group=\"up\">");
   ButtonPanel panel;
@@ -168,10 +169,10 @@ Variant htmlUpcharges(Invoice& invoice, const Variant& priceListItemId, const Va
     const ButtonColumns columns = {rows->column("itemdescriptorpriceid"), rows->column("descriptorname"),
                                    rows->column("icon"), rows->column("maxQuantity")};
     const Column promptForDescriptors = rows->column("promptfordescriptors");
-    const bool hasLine = !line.joined().empty();
+    const bool hasLine = !lineNumber.joined().empty();
     const ChildLines children(*invoice.lineItems, invoice.lineItems->sort());
     const std::span<const ChildLine> chosen =
-        hasLine ? children.of(line.toLong()) : std::span<const ChildLine>();
+        hasLine ? children.of(lineNumber.toLong()) : std::span<const ChildLine>();
     if (hasLine && !rows->eof()) invoice.lineItems->clearFilter();
     for (; !rows->eof(); rows->moveNext()) {
       const std::string name = rows->text(columns.name), icon = rows->text(columns.icon);

@@ -33,16 +33,16 @@ struct IdGroupSelection {
   std::string name, image, color;
 };
 
-IdGroupSelection getIdGroupSelection(Invoice& invoice, const Variant& line, std::string_view group) {
+IdGroupSelection getIdGroupSelection(Invoice& invoice, const Variant& lineNumber, std::string_view group) {
   IdGroupSelection selection;
-  if (line.joined().empty()) return selection;
-  bool found = findLine(*invoice.lineItems, line);
+  if (lineNumber.joined().empty()) return selection;
+  bool found = findLine(*invoice.lineItems, lineNumber);
   std::int32_t pieces = found && !invoice.lineItems->isNull(col::quantity)
                             ? std::max(invoice.lineItems->integer(col::quantity), 1)
                             : 1;
   if (group != "it") {
     invoice.lineItems->setFilter(
-        fmt::format("parentLineNumber = {} and itemType = '{}'", line.toText(), toUpper(group)));
+        fmt::format("parentLineNumber = {} and itemType = '{}'", lineNumber.toText(), toUpper(group)));
     found = !invoice.lineItems->eof();
   }
   if (found) {
@@ -66,13 +66,13 @@ IdGroupSelection getIdGroupSelection(Invoice& invoice, const Variant& line, std:
 
 // Whether a group is chosen goes by the length of its name alone, for all buttons alike: pages tell the chosen
 // one by other means.
-Variant htmlIdGroups(Invoice& invoice, const Variant& line, const Variant& currentIdGroup) {
+Variant htmlIdGroups(Invoice& invoice, const Variant& lineNumber, const Variant& currentIdGroup) {
   const std::string current = currentIdGroup.joined();
   const bool chosen = leftCharacters(current, 2) == current;
   HtmlWriter html;
   html.raw("<div class=\"id-group-panel\">");
   for (const IdGroup& each : kIdGroups) {
-    const IdGroupSelection selection = getIdGroupSelection(invoice, line, each.group);
+    const IdGroupSelection selection = getIdGroupSelection(invoice, lineNumber, each.group);
     html.raw("<div class=\"sel-")
         .raw(each.group)
         .raw(chosen ? " id-group-button id-group-selected" : " id-group-button");

@@ -134,9 +134,9 @@ Variant toJSON(Invoice& invoice) {
   return json.take();
 }
 
-Variant jsonItem(Invoice& invoice, const Variant& line) {
+Variant jsonItem(Invoice& invoice, const Variant& lineNumber) {
   Variant result;
-  if (!line.joined().empty() && findLine(*invoice.lineItems, line)) {
+  if (!lineNumber.joined().empty() && findLine(*invoice.lineItems, lineNumber)) {
     JsonWriter json(kExpectedLineSize);
     writeLineHead(json, *invoice.lineItems);
     json.field("baseprice", invoice.lineItems->number(col::lineItemTotal)).raw(',');

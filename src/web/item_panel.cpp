@@ -61,10 +61,10 @@ void writeButtons(ButtonPanel& panel, Recordset& rows, const ChosenItem& chosen,
 
 }  // namespace
 
-Variant htmlItems(Invoice& invoice, const Variant& departmentID, const Variant& line) {
+Variant htmlItems(Invoice& invoice, const Variant& departmentID, const Variant& lineNumber) {
   std::string department = departmentID.joined();
   ChosenItem chosen;
-  if (!line.joined().empty() && findLine(*invoice.lineItems, line)) {
+  if (!lineNumber.joined().empty() && findLine(*invoice.lineItems, lineNumber)) {
     chosen = {invoice.lineItems->value(col::lineItemId), invoice.lineItems->value(col::quantity)};
     department = invoice.lineItems->value(col::deptId).joined();
   }

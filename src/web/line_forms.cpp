@@ -40,9 +40,9 @@ void writeUpcharges(HtmlWriter& html, Recordset& upcharges) {
 
 }  // namespace
 
-Variant htmlLineFunctions(Invoice& invoice, const Variant& line) {
+Variant htmlLineFunctions(Invoice& invoice, const Variant& lineNumber) {
   HtmlWriter html;
-  const bool found = !line.joined().empty() && findLine(*invoice.lineItems, line);
+  const bool found = !lineNumber.joined().empty() && findLine(*invoice.lineItems, lineNumber);
   html.raw("<div class=\"button edit-line-price\"><span class=\"value\">");
   if (found) html.currency(invoice.lineItems->number(col::unitPrice));
   html.raw("</span><span class=\"label\">Unit Price</span></div>");
@@ -52,13 +52,13 @@ Variant htmlLineFunctions(Invoice& invoice, const Variant& line) {
   return html.take();
 }
 
-Variant htmlLineProperties(Invoice& invoice, const Variant&, const Variant& line) {
+Variant htmlLineProperties(Invoice& invoice, const Variant&, const Variant& lineNumber) {
   HtmlWriter html, upcharges;
   bool found = false;
   Variant name, pieces = "1", packed = "1", seal, note;
   double price = 0;
-  if (!line.joined().empty()) {
-    found = findLine(*invoice.lineItems, line);
+  if (!lineNumber.joined().empty()) {
+    found = findLine(*invoice.lineItems, lineNumber);
     if (found) {
       name = invoice.lineItems->value(col::itemName);
       pieces = invoice.lineItems->value(col::quantity);
@@ -67,7 +67,7 @@ Variant htmlLineProperties(Invoice& invoice, const Variant&, const Variant& line
       note = invoice.lineItems->value(col::notes);
       packed = invoice.lineItems->value(col::pkgQuantity);
     }
-    invoice.lineItems->setFilter("parentLineNumber=" + line.toText() + " and itemType='UP'");
+    invoice.lineItems->setFilter("parentLineNumber=" + lineNumber.toText() + " and itemType='UP'");
     writeUpcharges(upcharges, *invoice.lineItems);
   }
   // clang-format off
@@ -84,10 +84,10 @@ Variant htmlLineProperties(Invoice& invoice, const Variant&, const Variant& line
   return html.take();
 }
 
-Variant htmlAddChargeDetail(Invoice& invoice, const Variant& line) {
+Variant htmlAddChargeDetail(Invoice& invoice, const Variant& lineNumber) {
   Variant pieces = 1, price = "0.00", description;
-  if (!line.joined().empty()) {
-    invoice.lineItems->setFilter("itemType='AC' and lineNumber=" + line.toText());
+  if (!lineNumber.joined().empty()) {
+    invoice.lineItems->setFilter("itemType='AC' and lineNumber=" + lineNumber.toText());
     if (!invoice.lineItems->eof()) {
       price = invoice.lineItems->value(col::unitPrice);
       pieces = invoice.lineItems->value(col::quantity);

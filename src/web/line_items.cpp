@@ -131,8 +131,8 @@ struct LinePanel {
 
 }  // namespace
 
-Variant htmlLineItems(Invoice& invoice, const Variant& line) {
-  return LinePanel(invoice, false, line).write();
+Variant htmlLineItems(Invoice& invoice, const Variant& lineNumber) {
+  return LinePanel(invoice, false, lineNumber).write();
 }
 
 Variant htmlPreviewLineItems(Invoice& invoice, const Variant& ticketNumber) {

@@ -11,17 +11,17 @@
 
 namespace ondrel {
 
-Variant lineItemExists(Invoice& invoice, const Variant& type, const Variant& item) {
-  invoice.lineItems->setFilter(
-      fmt::format("itemType='{}' and lineItemID={}", escapeSqlValue(type.joined()), sqlNumber(item)));
+Variant lineItemExists(Invoice& invoice, const Variant& itemType, const Variant& lineItemID) {
+  invoice.lineItems->setFilter(fmt::format("itemType='{}' and lineItemID={}",
+                                           escapeSqlValue(itemType.joined()), sqlNumber(lineItemID)));
   const bool found = !invoice.lineItems->eof();
   invoice.lineItems->clearFilter();
   return found;
 }
 
-Variant getLineItemQuantity(Invoice& invoice, const Variant& line) {
+Variant getLineItemQuantity(Invoice& invoice, const Variant& lineNumber) {
   const Variant found =
-      findLine(*invoice.lineItems, line) ? invoice.lineItems->value(col::quantity) : Variant(0);
+      findLine(*invoice.lineItems, lineNumber) ? invoice.lineItems->value(col::quantity) : Variant(0);
   invoice.lineItems->clearFilter();
   return found;
 }

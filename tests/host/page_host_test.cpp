@@ -387,14 +387,14 @@ TEST_F(PageHostTest, RunawayPagesAreStoppedAndTheOthersGoOn) {
   options.limits.scriptMemory = 8 << 20;
   options.limits.answerSize = 1 << 20;
   options.limits.runs.time = std::chrono::milliseconds(150);
-  options.limits.runners = 1;
+  options.limits.workers = 1;
   start();
   for (const char* path : {"/calls", "/memory", "/writes", "/deep"})
     EXPECT_EQ(Browser(port).get(path).status, 500);
   Browser browser = visitor(), other(port);
   const std::string id = browser.cookie;
   EXPECT_EQ(browser.get("/spin").status, 500);
-  // One runner is lost to the loop; another took its place.
+  // One worker is lost to the loop; another took its place.
   EXPECT_EQ(other.get("/token").status, 200);
   browser.get("/token");
   EXPECT_NE(browser.cookie, id);
@@ -412,8 +412,8 @@ TEST_F(PageHostTest, SessionsRunSideBySideAndTheirRequestsInTurn) {
     Database.query("select count(*) from Customer");
     Session.count = seen + 1;
     Response.write(Session.count);)");
-  options.limits.runners = 4;
-  options.limits.runs.waitingInLane = 100;
+  options.limits.workers = 4;
+  options.limits.runs.waitingInQueue = 100;
   start();
   constexpr int kSessions = 4, kConnections = 3, kClicks = 10;
   std::vector<Browser> browsers;

@@ -17,25 +17,25 @@ struct HostState {
   size_t scriptMemory = 0;  // bytes
   size_t connections = 0;
   size_t databaseConnections = 0;
-  size_t runners = 0;
-  size_t busyRunners = 0;
-  size_t lostRunners = 0;
+  size_t workers = 0;
+  size_t busyWorkers = 0;
+  size_t lostWorkers = 0;
   size_t waitingRequests = 0;
 };
 
 // Counters of a host. Safe to share between threads.
-class Figures {
+class Metrics {
  public:
   // `page` is the page's name or what else answered: "asset", "health", "refused".
   void add(std::string_view page, int status, std::chrono::nanoseconds time, const PageRun& run);
-  // In the text form that collectors of such figures read.
+  // In the text form that collectors of such metrics read.
   std::string text(const HostState& state) const;
 
  private:
   static constexpr std::array kBounds = {0.001, 0.0025, 0.005, 0.01, 0.025, 0.05,
                                          0.1,   0.25,   0.5,   1.0,  2.5,   10.0};
 
-  struct PageFigures {
+  struct PageMetrics {
     std::map<int, std::uint64_t> requests;  // by status
     std::array<std::uint64_t, kBounds.size()> within{};
     std::uint64_t count = 0;
@@ -43,7 +43,7 @@ class Figures {
   };
 
   mutable std::mutex mutex_;
-  std::map<std::string, PageFigures, std::less<>> pages_;
+  std::map<std::string, PageMetrics, std::less<>> pages_;
   double pageSeconds_ = 0;
   double librarySeconds_ = 0;
   double databaseSeconds_ = 0;
