@@ -75,17 +75,17 @@ char32_t nextCharacter(std::string_view text, size_t& position) {
   return character;
 }
 
-void appendCharacter(std::string& text, char32_t c) {
+void appendCharacter(std::string& text, char32_t character) {
   const auto byte = [&](char32_t bits) { text += static_cast<char>(static_cast<unsigned char>(bits)); };
-  if (c < 0x80) {
-    byte(c);
-  } else if (c < 0x800) {
-    byte(0xC0 | c >> 6), byte(0x80 | (c & 0x3F));
-  } else if (c < 0x10000) {
-    byte(0xE0 | c >> 12), byte(0x80 | (c >> 6 & 0x3F)), byte(0x80 | (c & 0x3F));
+  if (character < 0x80) {
+    byte(character);
+  } else if (character < 0x800) {
+    byte(0xC0 | character >> 6), byte(0x80 | (character & 0x3F));
+  } else if (character < 0x10000) {
+    byte(0xE0 | character >> 12), byte(0x80 | (character >> 6 & 0x3F)), byte(0x80 | (character & 0x3F));
   } else {
-    byte(0xF0 | c >> 18), byte(0x80 | (c >> 12 & 0x3F)), byte(0x80 | (c >> 6 & 0x3F)),
-        byte(0x80 | (c & 0x3F));
+    byte(0xF0 | character >> 18), byte(0x80 | (character >> 12 & 0x3F)), byte(0x80 | (character >> 6 & 0x3F)),
+        byte(0x80 | (character & 0x3F));
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/passed_over.h"
+#include "base/ignore_errors.h"
 #include "base/text.h"
 #include "cards/credit_card_processing.h"
 #include "cards/request_lines.h"

@@ -1,6 +1,6 @@
 #include "cards/credit_card_processing.h"
 
-#include "base/passed_over.h"
+#include "base/ignore_errors.h"
 #include "base/text.h"
 #include "data/card_masking.h"
 #include "data/card_numbers.h"
@@ -35,7 +35,7 @@ void takeName(std::string_view name, CreditCardFields& fields) {
 
 // "2812": year and month. Both are set or none.
 void takeExpiration(std::string_view digits, CreditCardFields& fields) {
-  passedOver([&] {
+  ignoreErrors([&] {
     const std::int32_t year = Variant(digits.substr(0, 2)).toLong();
     fields.expirationmonth = Variant(digits.substr(std::min<size_t>(2, digits.size()), 2)).toLong();
     fields.expirationyear = year;

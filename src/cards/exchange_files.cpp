@@ -4,7 +4,7 @@
 #include <cmath>
 #include <filesystem>
 
-#include "base/passed_over.h"
+#include "base/ignore_errors.h"
 #include "platform/guid.h"
 
 namespace ondrel {
@@ -62,7 +62,7 @@ void writeThenRename(const Files& files, std::string_view text, const std::strin
     files.write(draft, text);
     files.rename(draft, finished);
   } catch (const Error&) {
-    passedOver([&] { files.remove(draft); });
+    ignoreErrors([&] { files.remove(draft); });
     throw;
   }
 }

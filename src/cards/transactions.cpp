@@ -1,6 +1,6 @@
 #include <fmt/format.h>
 
-#include "base/passed_over.h"
+#include "base/ignore_errors.h"
 #include "base/text.h"
 #include "cards/credit_card_processing.h"
 #include "cards/exchange_files.h"
@@ -88,11 +88,11 @@ Variant CreditCardProcessing::dropRequest(const std::string& path,
   const Files& files = apartment_->files;
   const std::string request = path + std::string(kRequest);
   std::string line;
-  passedOver([&] { line = makeLine().append(kLineEnd); });
+  ignoreErrors([&] { line = makeLine().append(kLineEnd); });
   for (const std::string& old : {request, path + std::string(kAnswer), path})
-    passedOver([&] { files.remove(old); });
-  if (!line.empty()) passedOver([&] { writeThenRename(files, line, path, request); });
-  passedOver([&] { insertTransactionRow(path, makeRow()); });
+    ignoreErrors([&] { files.remove(old); });
+  if (!line.empty()) ignoreErrors([&] { writeThenRename(files, line, path, request); });
+  ignoreErrors([&] { insertTransactionRow(path, makeRow()); });
   return request;
 }
 

@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "base/passed_over.h"
+#include "base/ignore_errors.h"
 #include "cards/credit_card_processing.h"
 #include "cards/exchange_files.h"
 #include "platform/delimited_text.h"
@@ -45,7 +45,7 @@ std::string element(std::string_view name, const Variant& value) {
 std::string CreditCardProcessing::BeginTransaction(const Variant& RequestString) {
   std::string id;
   if (directory_.empty()) return id;
-  passedOver([&] {
+  ignoreErrors([&] {
     const Files& files = apartment_->files;
     const std::string newId = newTransactionGuid();
     const std::string base = directory_ + newId;
@@ -72,7 +72,7 @@ std::string CreditCardProcessing::GetTransactionResults(const Variant& transacti
     return ++looks < kLooksAtNothing;
   };
   const auto text = readSettledFile(*apartment_, path, {isWholeDocument, never}, waitForNextLook);
-  passedOver([&] { apartment_->files.remove(path); });
+  ignoreErrors([&] { apartment_->files.remove(path); });
   return joinedValues(textOfBytes(text.value_or("")));
 }
 

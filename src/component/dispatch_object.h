@@ -30,7 +30,7 @@ class DispatchObject : public IDispatch {
   static HRESULT typeInfo(IDispatch* interface, std::uint32_t place, std::uint32_t locale, void** typeInfo);
   static HRESULT idsOfNames(IDispatch* interface, const GUID* reserved, OLECHAR** names, std::uint32_t count,
                             std::uint32_t locale, DISPID* ids);
-  static HRESULT invoke(IDispatch* interface, DISPID member, const GUID* reserved, std::uint32_t locale,
+  static HRESULT invoke(IDispatch* interface, DISPID id, const GUID* reserved, std::uint32_t locale,
                         std::uint16_t flags, DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* error,
                         std::uint32_t* wrongArgument);
   bool answersTo(const GUID& interfaceId) const;

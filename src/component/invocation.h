@@ -14,7 +14,7 @@ DISPID parameterPlace(const Member& member, std::string_view name);
 // `result` unless that is nullptr. Errors of the call pass to the caller. An argument that is not given takes
 // its default, or the status is DISP_E_PARAMNOTOPTIONAL with its place among the given ones in `wrongArgument`.
 HRESULT invokeMember(const ClassTable& table, const ObjectRef& object, const Member& member,
-                     std::uint16_t flags, const DISPPARAMS& given, VARIANT* result,
+                     std::uint16_t flags, const DISPPARAMS& parameters, VARIANT* result,
                      std::uint32_t* wrongArgument);
 
 }  // namespace ondrel

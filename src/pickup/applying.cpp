@@ -121,11 +121,11 @@ void Pickup::insertTerminalPayments(std::int32_t terminalID, std::int32_t signat
   }
 }
 
-void Pickup::addCardAmountApplied(const Variant& transaction, const Variant& amount) {
+void Pickup::addCardAmountApplied(const Variant& transactionNo, const Variant& amount) {
   executeInTransaction(
       *apartment_, fmt::format(" update cardpayment set amountapplied =  isnull(amountapplied, 0) + {} where "
                                "transactionid = '{}'",
-                               amount.toText(), replaceAll(transaction.joined(), "'", "''")));
+                               amount.toText(), replaceAll(transactionNo.joined(), "'", "''")));
 }
 
 Variant Pickup::saveClaimReceipt() {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <span>
 
-#include "base/passed_over.h"
+#include "base/ignore_errors.h"
 #include "base/text.h"
 #include "base/whole_number.h"
 #include "data/query_database.h"
@@ -104,10 +104,10 @@ void Pickup::initDisplayRst() {
 void Pickup::populateLineItemsToDisplay() {
   initDisplayRst();
   std::string numbers;
-  passedOver([&] { numbers = constructTicketNosStrForInvDetails(); });
+  ignoreErrors([&] { numbers = constructTicketNosStrForInvDetails(); });
   if (numbers.empty()) return;
   RecordsetRef rows;
-  passedOver([&] {
+  ignoreErrors([&] {
     rows = queryDatabaseBatch(
         *apartment_,
         fmt::format(
@@ -124,7 +124,7 @@ void Pickup::populateLineItemsToDisplay() {
             numbers));
   });
   if (!rows) return;
-  for (; !rows->eof(); rows->moveNext()) passedOver([&] { addDisplayLine(*rows); });
+  for (; !rows->eof(); rows->moveNext()) ignoreErrors([&] { addDisplayLine(*rows); });
 }
 
 // | kind             | row                                                                          |
@@ -148,7 +148,7 @@ void Pickup::addDisplayLine(Recordset& row) {
 }
 
 void Pickup::addDisplayCoupon(const Recordset& row, double total) {
-  passedOver([&] {
+  ignoreErrors([&] {
     displayRst->setFilter(fmt::format("ticketNumber={} And lineItemId={} And itemType='CU'",
                                       row.integer("ticketNumber"), sqlNumber(row.value("lineItemId"))));
     if (displayRst->eof())
@@ -166,7 +166,7 @@ void Pickup::addDisplayRow(const Recordset& row, double total, const std::string
 
 void Pickup::addDisplayModifierRow(const Recordset& row, double total) {
   std::string note;
-  passedOver([&] { note = modifierNote(row); });
+  ignoreErrors([&] { note = modifierNote(row); });
   displayRst->clearFilter();
   addDisplayColumns(row, std::span(kCopiedColumns).first(kModifierColumns), total, note);
 }

@@ -32,12 +32,12 @@ class GarmentSearch : public Object {
   // Empties the list.
   void clearInvoice();
   // Pieces of an item, onto its line if it has one. Returns the line's number, Empty for an unknown item.
-  Variant addItem(const Variant& priceListItemId, const Variant& quantity);
+  Variant addItem(const Variant& priceListItemId, const Variant& pieces);
   // What hangs on a garment. Under an unknown line it stands with department and parent -1.
-  void addUpcharge(const Variant& parentLineNumber, const Variant& upchargeId, const Variant& quantity);
-  void addColor(const Variant& parentLineNumber, const Variant& colorId, const Variant& quantity);
-  void addPattern(const Variant& parentLineNumber, const Variant& patternId, const Variant& quantity);
-  void addBrand(const Variant& parentLineNumber, const Variant& brandId, const Variant& quantity);
+  void addUpcharge(const Variant& parent, const Variant& upchargeId, const Variant& pieces);
+  void addColor(const Variant& parent, const Variant& colorId, const Variant& pieces);
+  void addPattern(const Variant& parent, const Variant& patternId, const Variant& pieces);
+  void addBrand(const Variant& parent, const Variant& brandId, const Variant& pieces);
   void changeQuantity(const Variant& newQuantity, const Variant& lineNo);
   // What hangs on the line stays.
   void deleteItem(const Variant& lineNo);
@@ -52,11 +52,10 @@ class GarmentSearch : public Object {
   };
   template <class Operation>
   void guarded(Operation operation);
-  ParentItem getParentItem(const Variant& lineNumber);
-  bool findItemLine(std::int32_t lineItemId);
-  void addItemLine(const Recordset& row, const Variant& quantity);
-  void addDescription(std::string_view kind, const Variant& parentLineNumber, const Variant& id,
-                      const Variant& quantity);
+  ParentItem getParentItem(const Variant& line);
+  bool findItemLine(std::int32_t item);
+  void addItemLine(const Recordset& row, const Variant& pieces);
+  void addDescription(std::string_view kind, const Variant& parent, const Variant& id, const Variant& pieces);
 
   ApartmentRef apartment_;
 };

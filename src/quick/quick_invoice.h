@@ -51,11 +51,11 @@ class QuickInvoice : public Object {
   void clearInvoice();
   // Pieces of a department: onto its line, or a new one with the department's days. A department that is not
   // there adds nothing.
-  void addLineItem(const Variant& quantity, const Variant& deptID);
+  void addLineItem(const Variant& pieces, const Variant& deptID);
   void deleteLineItem(const Variant& lineNo);
   // Both set the counter notes of a line.
-  void attachNotes(const Variant& lineNo, const Variant& notes);
-  void updateNotes(const Variant& lineNo, const Variant& notes);
+  void attachNotes(const Variant& lineNo, const Variant& text);
+  void updateNotes(const Variant& lineNo, const Variant& text);
   Variant getItemNotes(const Variant& lineNo);
   // Pieces of all lines; of a department; whether it has a line.
   Variant getTotalItemCount();
@@ -109,13 +109,13 @@ class QuickInvoice : public Object {
 
   void startLines();
   Date dueDateForDays(std::int32_t days);
-  bool findDeptLine(std::int32_t deptId);
+  bool findDeptLine(std::int32_t department);
   // The date that the day walk reaches, on the lines that pass the filter.
   Date promise(std::string_view filter, const Variant& datedue);
 
   void initDeptTable();
   void fillDeptTable();
-  void splitQuickDepartment(const Variant& deptId);
+  void splitQuickDepartment(const Variant& department);
   std::shared_ptr<QuickInvoice> createChild() const;
   std::shared_ptr<QuickInvoice> moveFilteredLines();
   std::vector<std::shared_ptr<QuickInvoice>> children() const;
@@ -123,7 +123,7 @@ class QuickInvoice : public Object {
   bool isQuickInvoiceEmpty();
   void insertQuickTicket(const SaveRequest& request);
   std::string insertQuickTicketText(const SaveRequest& request) const;
-  void insertQuickLines(std::int32_t employeeid);
+  void insertQuickLines(std::int32_t employee);
   Variant getMiscSetupField(std::string_view column);
   void loadHeader(const Recordset& ticket);
   void loadLine(const Recordset& line);

@@ -27,7 +27,7 @@ double shownPrice(const Recordset& line) {
   return price;
 }
 
-std::int32_t piecesOf(std::span<const ChildLine> children, std::string_view type) {
+std::int32_t childPieces(std::span<const ChildLine> children, std::string_view type) {
   std::int32_t pieces = 0;
   for (const ChildLine& each : children)
     if (equalsIgnoringCase(each.type, type)) pieces += each.quantity.value_or(0);
@@ -118,10 +118,11 @@ struct LinePanel {
 
   // Descriptors that the price list forces and that do not cover the pieces of the garment.
   void writeMissing(const Variant& item, std::int32_t pieces, std::span<const ChildLine> own) {
-    const bool noColor = invoice.itemForces(item, "forcecolor") && piecesOf(own, kind::color) < pieces;
-    const bool noPattern = invoice.itemForces(item, "forcepattern") && piecesOf(own, kind::pattern) < pieces;
+    const bool noColor = invoice.itemForces(item, "forcecolor") && childPieces(own, kind::color) < pieces;
+    const bool noPattern =
+        invoice.itemForces(item, "forcepattern") && childPieces(own, kind::pattern) < pieces;
     const bool noUpcharge = invoice.itemForces(item, "forceupcharge") && invoice.offersUpcharges(item) &&
-                            piecesOf(own, kind::upcharge) < pieces;
+                            childPieces(own, kind::upcharge) < pieces;
     if (noColor || noPattern || noUpcharge) html.raw(" missing-descriptor");
     if (noColor) html.raw(" missing-color");
     if (noPattern) html.raw(" missing-pattern");

@@ -91,7 +91,7 @@ TEST_F(Panels, ADayPickerDayByDay) {
                 "<span class=\"day\">Nov-24</span><span class=\"dow-short\">Tue</span>"
                 "<span class=\"note\">Created, Due</span></div>"));
   page = 2'000'000'000;
-  EXPECT_EQ(errorOf([&] { invoice.htmlDeptDueDate(3, page); }), 6) << "no page is that far";
+  EXPECT_EQ(errorOf([&] { htmlDeptDueDate(invoice, 3, page); }), 6) << "no page is that far";
   for (const char* never : {"-1", "null"}) {
     execute("update Store set defaultProcessingDays = null");
     setDays(never);

@@ -98,10 +98,10 @@ void Recordset::addNew() {
   rows.moveToNew(addRow(&rows, [](size_t) {}));
 }
 
-void Recordset::addNew(std::initializer_list<CellValue> values) {
+void Recordset::addNew(std::initializer_list<CellValue> cells) {
   View& rows = view();
   rows.moveToNew(addRow(&rows, [&](size_t row) {
-    for (const CellValue& cell : values) cells(cell.column).write(row, cell.value);
+    for (const CellValue& cell : cells) this->cells(cell.column).write(row, cell.value);
   }));
   rows.settle();
 }

@@ -6,7 +6,7 @@ namespace ondrel {
 
 // Goes on with the next statement when this one fails.
 template <class Action>
-void passedOver(Action action) {
+void ignoreErrors(Action action) {
   try {
     action();
   } catch (const Error&) {
