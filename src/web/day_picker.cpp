@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "base/whole_number.h"
-#include "invoice/lifecycle/ticket_dates.h"
+#include "invoice/calendar/ticket_dates.h"
 #include "web/html_writer.h"
 #include "web/line_views.h"
 #include "web/panels.h"

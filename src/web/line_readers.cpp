@@ -5,8 +5,8 @@
 #include <array>
 
 #include "data/values.h"
-#include "invoice/lifecycle/split_children.h"
 #include "invoice/line_access.h"
+#include "invoice/splitting/child_tickets.h"
 #include "web/line_views.h"
 
 namespace ondrel {
