@@ -2,8 +2,8 @@
 
 #include <set>
 
-#include "invoice/splitting/department_groups.h"
 #include "invoice/splitting/child_tickets.h"
+#include "invoice/splitting/department_groups.h"
 #include "quick/quick_invoice.h"
 
 namespace ondrel {

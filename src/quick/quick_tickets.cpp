@@ -5,9 +5,9 @@
 #include "base/text.h"
 #include "data/query_database.h"
 #include "data/values.h"
+#include "invoice/calendar/ticket_dates.h"
 #include "invoice/tickets/customer_preferences.h"
 #include "invoice/tickets/ticket_header.h"
-#include "invoice/calendar/ticket_dates.h"
 #include "quick/quick_invoice.h"
 
 namespace ondrel {

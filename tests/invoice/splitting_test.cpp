@@ -104,6 +104,14 @@ TEST_F(Splitting, ByThePiecesThatATicketTakes) {
 }
 
 // | limit | packs in order | tickets                                             |
+TEST_F(Splitting, RefusesALineThatWasMistypedIntoMillions) {
+  setDepartment("splitInvoice = 1, maxItemsInReceipt = 5");
+  put({.pieces = 3});
+  put({.pieces = 2'000'000'000});
+  EXPECT_EQ(errorOf([&] { invoice.splitInvoice(0); }), 6);
+  EXPECT_EQ(invoice.lineItems->recordCount(), 2) << "and the ticket is whole";
+}
+
 TEST_F(Splitting, FillsATicketWithTheNextLineThatFits) {
   const auto ticketsFor = [&](int limit, std::vector<Variant> packs) {
     setDepartment(fmt::format("maxItemsInReceipt = {}", limit));

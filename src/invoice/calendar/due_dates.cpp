@@ -6,9 +6,9 @@
 #include "data/query_database.h"
 #include "data/store_loading.h"
 #include "data/values.h"
+#include "invoice/calendar/ticket_dates.h"
 #include "invoice/invoice.h"
 #include "invoice/splitting/department_groups.h"
-#include "invoice/calendar/ticket_dates.h"
 
 namespace ondrel {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "data/query_database.h"
-#include "invoice/invoice.h"
 #include "invoice/calendar/ticket_dates.h"
+#include "invoice/invoice.h"
 
 namespace ondrel {
 namespace {

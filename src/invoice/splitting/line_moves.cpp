@@ -61,15 +61,23 @@ std::vector<double> evenParts(double amount, std::int32_t count) {
   return parts;
 }
 
+constexpr int kMostPiecesToSplit = 10'000;  // of a line
+
 }  // namespace
 
 // ---------------------------------------------------------------- piece by piece
 
 // The last piece keeps the line's number, and with it what hangs on the line: it is the one into which
-// collectLineItems joins the others.
+// collectLineItems joins the others. A line that was mistyped into millions of pieces is refused while the invoice is
+// whole: each piece becomes a line.
 void Invoice::flattenLineItems() {
   lineItems->setFilter("itemType = 'IT' AND quantity > 1");
   lineItems->setSort("quantity DESC");
+  if (!lineItems->eof() && lineItems->value(quantity).toDouble() > kMostPiecesToSplit) {
+    lineItems->clearFilter();
+    throw Error(ErrorNumber::Overflow, className(),
+                fmt::format("A line of more than {} pieces cannot be split", kMostPiecesToSplit));
+  }
   for (; !lineItems->eof(); lineItems->moveNext()) divideIntoPieces();
   lineItems->clearFilter();
 }

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "invoice/invoice.h"
-#include "invoice/splitting/department_groups.h"
-#include "invoice/splitting/child_tickets.h"
 #include "invoice/line_kinds.h"
+#include "invoice/splitting/child_tickets.h"
+#include "invoice/splitting/department_groups.h"
 
 // What goes on which ticket. Every child is an invoice like its parent; the three ways of making one differ:
 //

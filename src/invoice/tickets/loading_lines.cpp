@@ -7,8 +7,8 @@
 #include "data/query_database.h"
 #include "data/values.h"
 #include "invoice/invoice.h"
-#include "invoice/tickets/stored_lines.h"
 #include "invoice/line_kinds.h"
+#include "invoice/tickets/stored_lines.h"
 
 namespace ondrel {
 namespace {

@@ -4,8 +4,8 @@
 
 #include "data/query_database.h"
 #include "data/values.h"
-#include "invoice/tickets/saving.h"
 #include "invoice/calendar/ticket_dates.h"
+#include "invoice/tickets/saving.h"
 
 namespace ondrel {
 namespace {
