@@ -65,11 +65,11 @@ std::string_view trim(std::string_view text) {
 }
 
 std::string toLower(std::string_view text) {
-  return changeEach(text, lowerCharacter);
+  return changeEach(text, [](char32_t c) { return lowerCharacter(c); });
 }
 
 std::string toUpper(std::string_view text) {
-  return changeEach(text, upperCharacter);
+  return changeEach(text, [](char32_t c) { return upperCharacter(c); });
 }
 
 int compareIgnoringCase(std::string_view a, std::string_view b) {

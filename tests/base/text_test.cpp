@@ -145,5 +145,15 @@ TEST(TextTest, ReplacesFromLeftToRight) {
   EXPECT_EQ(replaceAll("abc", "", "x"), "abc");
 }
 
+TEST(Text, ANulOrABrokenByteIsSeenAtEveryPlace) {
+  EXPECT_TRUE(isWholeText("select 'a brown caf\u00e9' from Store"));
+  for (size_t place = 0; place < 20; ++place)
+    for (const char bad : {'\0', '\x80', '\xff'}) {
+      std::string text(20, 'x');
+      text[place] = bad;
+      EXPECT_FALSE(isWholeText(text)) << place;
+    }
+}
+
 }  // namespace
 }  // namespace ondrel
