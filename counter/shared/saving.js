@@ -17,9 +17,15 @@ var finishing = Server.include("shared/finishing.js");
 var compared = [["lineItemNumber", "lineNumber"], ["ticketLineType", "itemType"], ["lineItemName", "itemName"], ["quantity", "quantity"], ["itemNotes", "notes"],
                 ["promptResponse", "promptResponse"], ["heatseal", "heatSeal"], ["dueDate", "dueDate"]];
 
+// As it reads on both sides: no day is stored as the first of 1900.
+function comparable(value) {
+  if (value instanceof Date) return value.getFullYear() > 1900 ? text.day(value) : "";
+  return String(value === null || value === undefined ? "" : value).replace(/\s+$/, "");
+}
+
 function written(rows, side, total) {
   return text.rows(rows, function (field) {
-    return { key: compared.map(function (one) { var value = field(one[side]); return value instanceof Date ? text.day(value) : String(value === null || value === undefined ? "" : value).replace(/\s+$/, ""); }).join("|"), total: field(total) };
+    return { key: compared.map(function (one) { return comparable(field(one[side])); }).join("|"), total: field(total) };
   }).sort(function (a, b) { return a.key < b.key ? -1 : a.key > b.key ? 1 : 0; });
 }
 

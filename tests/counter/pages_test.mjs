@@ -176,6 +176,38 @@ test("a save that fails loses nothing, and is done when it is tried again", asyn
   assert.equal(host.query(`select netTotal from Ticket where ticketNumber = ${ticket}`), "8");
 });
 
+test("of a split order what is saved is saved once, the rest is saved when it is tried again", async (t) => {
+  if (!host.execute("create trigger no_pants before insert on TicketLineItem when new.departmentID = 1 begin select raise(abort, 'the connection is lost'); end")) return t.skip("no sqlite3");
+  await clerk.ticket(1);
+  await clerk.click("item", { id: pants });
+  await clerk.click("item", { id: shirt, quantity: 2 });
+  await clerk.open("/ticket");
+  await clerk.press("/ticket/finish");
+  const before = Number(host.query("select count(*) from Ticket"));
+  await clerk.press("/ticket/save");
+  host.execute("drop trigger no_pants");
+  assert.match(clerk.words(), /1 of the tickets were saved/);
+  await clerk.open("/finish");
+  await clerk.press("/ticket/save");
+  const tickets = /tickets=([\d-]+)/.exec(clerk.path)[1].split("-");
+  assert.equal(tickets.length, 2);
+  assert.equal(Number(host.query("select count(*) from Ticket")), before + 2);
+  assert.equal(host.query(`select sum(quantity) from TicketLineItem where ticketLineType = 'IT' and ticketNumber in (${tickets})`), "3");
+});
+
+test("a loss behind the commit is a ticket that is saved, with a word on it", async (t) => {
+  if (!host.execute("create trigger no_tags before insert on TicketTag begin select raise(abort, 'the connection is lost'); end")) return t.skip("no sqlite3");
+  await clerk.ticket(1);
+  await clerk.click("item", { id: pants });
+  await clerk.open("/ticket");
+  await clerk.press("/ticket/finish");
+  const before = Number(host.query("select count(*) from Ticket"));
+  await clerk.press("/ticket/save");
+  host.execute("drop trigger no_tags");
+  assert.match(clerk.words(), /are saved, but the connection was lost/);
+  assert.equal(Number(host.query("select count(*) from Ticket")), before + 1);
+});
+
 // ---- random visits
 
 function random(seed) {
