@@ -1,5 +1,8 @@
-// The bag is not taken in after all; until something else begins it can be brought back.
+// The bag is not taken in after all.
 var desk = Server.include("shared/desk.js");
 
-if (Request.method === "POST" && desk.isMeant("quick", Request.form.work)) desk.putAway("quick", true);
+if (Request.method === "POST" && desk.isMeant("quick", Request.form.work)) {
+  delete Session.quick;
+  desk.workDone();
+}
 Response.redirect("/");

@@ -1,8 +1,9 @@
-// The ticket in progress is given up; until something else begins it can be brought back.
+// The ticket in progress is given up.
 var desk = Server.include("shared/desk.js");
 
 if (Request.method === "POST" && desk.isMeant("invoice", Request.form.work)) {
-  Server.include("shared/finishing.js").reopen();
-  desk.putAway("invoice", !Session.invoice.isInvoiceEmpty());
+  delete Session.invoice;
+  Session.finished = false;
+  desk.workDone();
 }
 Response.redirect("/");

@@ -156,6 +156,10 @@ std::string sqlNumber(const Variant& value) {
   return value.isNull() ? "NULL" : value.toText();
 }
 
+bool isOn(const Variant& setting) {
+  return !setting.isNull() && setting.toBoolean();
+}
+
 std::int32_t integerOrOne(const Variant& quantity) {
   return quantity.isNumeric() ? quantity.toLong() : 1;
 }

@@ -34,6 +34,8 @@ std::string sqlString(const Variant& value);
 // The value's bare text; NULL for Null.
 std::string sqlNumber(const Variant& value);
 
+// Whether a setting is on: not Null, and true as a Boolean. Error 13 for a text that is none.
+bool isOn(const Variant& setting);
 // The whole number of a quantity as a page sends it, 1 when it is no number.
 std::int32_t integerOrOne(const Variant& quantity);
 

@@ -7,7 +7,11 @@
 #include "invoice/line_access.h"
 
 namespace ondrel {
-using enum LineColumn;
+namespace {
+
+const std::string kTicketLines = filterOf(&LineKind::fillsTicket);
+
+}  // namespace
 
 Invoice::Invoice() : apartment_(Apartment::current()) {
   initInvoice();
@@ -22,41 +26,37 @@ void Invoice::initInvoice() {
   lineItems = createLineItemsTable();
   if (!hasCleared) {
     ticketLogItems = Recordset::create(kLogLayout);
-    excludeTaxes = excludeSurcharges = invoiceOnDelivery = prepayEnabled_ = false;
+    excludeTaxes = excludeSurcharges = invoiceOnDelivery = state_.prepayEnabled = false;
     createdDate = apartment_->clock->now();
     tagsSameAsInvNos = true;
     counterSaleOnly = false;
     invoiceType = "D";
-    pendingDeptDays_ = std::make_shared<Dictionary>();
+    state_.pendingDeptDays = std::make_shared<Dictionary>();
   }
-  newHeatSeals_ = std::make_shared<Dictionary>();
+  state_.newHeatSeals = std::make_shared<Dictionary>();
   transactionchangeDue = 0;
   splitTheInvoice = false;
-  dueDateOverridden_ = false;
+  state_.isDateByHand = false;
   recalculatePrepay();
 }
 
 void Invoice::LoadDefaults() {
-  itemSortMethod_ = getMiscSetupValue("ItemSortMethod");
+  state_.itemSortMethod = getMiscSetupValue("ItemSortMethod");
 }
 
 void Invoice::clearInvoice() {
   hasCleared = true;
   if (lineItems->recordCount() > 0) lineItems->moveFirst();
   for (; !lineItems->eof(); lineItems->moveNext())
-    logLine("D", lineItems->value(quantity), lineItems->value(deptName), lineItems->value(itemName),
-            -1 * lineItems->number(lineItemTotal));
+    lines_.log("D", *lineItems, lineItems->value(col::quantity), -1 * lineItems->number(col::lineItemTotal));
   lineItems = nullptr;
-  offers_ = nullptr;
+  state_.offers = nullptr;
   initInvoice();
 }
 
 Variant Invoice::getFirstDeptId() {
-  lineItems->setFilter("itemType='IT' or itemType='DE' or itemType='AC'");
-  const bool found = !lineItems->eof() && !lineItems->isNull(deptId);
-  const std::int32_t first = found ? lineItems->integer(deptId) : 0;
-  lineItems->clearFilter();
-  return first;
+  const LineSet line = lines_.where(kTicketLines);
+  return line && !line->isNull(col::deptId) ? line->integer(col::deptId) : 0;
 }
 
 bool Invoice::isQuickInvoice() const {
@@ -67,16 +67,6 @@ Variant Invoice::getMiscSetupValue(std::string_view column) {
   const RecordsetRef rows = queryDatabase(
       *apartment_, fmt::format("select {} from miscsetup where storeid = '{}'", column, storeNumber));
   return rows->eof() ? Variant() : rows->value(column);
-}
-
-void Invoice::logLine(std::string_view logType, const Variant& pieces, const Variant& department,
-                      const Variant& name, const Variant& money) {
-  // The log takes no Null, and a click must not fail for the want of a department's name.
-  ticketLogItems->addNew({{LogColumn::itemLogType, logType},
-                          {LogColumn::quantity, pieces.isNull() ? Variant(0) : pieces},
-                          {LogColumn::deptName, department.joined()},
-                          {LogColumn::itemName, name.joined()},
-                          {LogColumn::amount, money}});
 }
 
 bool Invoice::findLine(const Variant& number) {

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <span>
@@ -13,26 +11,18 @@
 #include "base/variant.h"
 #include "data/apartment.h"
 #include "data/recordset/recordset.h"
+#include "invoice/invoice_state.h"
 #include "invoice/line_columns.h"
+#include "invoice/lines.h"
 
 namespace ondrel {
 
 class StoredLines;
-struct OfferKind;
-struct OfferQuestion;
-
-// Taxes and surcharges, see pricing/rates.h.
-struct Rate;
-struct LineRateSource;
-class RateTable;
-class GatheredLines;
-enum class RatedLine;
-using BookLineRate = std::function<void(RatedLine kind, const Rate& rate, double& sum)>;
 
 // A ticket being written or edited: one table of lines and the operations of the counter on it.
 //
-// Working rule of the lines: an operation sets the filter that it needs, works and clears it; one that
-// must call others while it walks lines walks a clone. Where an operation leaves a filter set, it says so.
+// The rules are functions over an invoice and its Lines in the files of the folders; what stands here is what
+// pages call by name. An operation leaves all lines visible to the page, on the first, unless it says otherwise.
 class Invoice : public Object {
  public:
   Invoice();
@@ -82,6 +72,14 @@ class Invoice : public Object {
 
   const std::string& DBConnectionString() const { return apartment_->DBConnectionString; }
   void setDBConnectionString(const std::string& value) { apartment_->DBConnectionString = value; }
+
+  // ---------------------------------------------------------------- for the files of the rules; no page sees it
+  Lines& lines() { return lines_; }
+  InvoiceState& state() { return state_; }
+  // The apartment that the invoice was made in.
+  const ApartmentRef& apartment() const { return apartment_; }
+  // A setting of the store, Empty when it has none.
+  Variant getMiscSetupValue(std::string_view column);
 
   // ---------------------------------------------------------------- the object (invoice.cpp)
   // Resets for a new ticket. After clearInvoice the log, createdDate, invoiceType, the remembered days and
@@ -241,21 +239,38 @@ class Invoice : public Object {
   void addLoyalty(const Variant& couponID);
 
   // ---------------------------------------------------------------- VIP, prepay (pricing/)
+  // Whether the customer is marked as VIP and has spent enough lately; sets vipExpiryDate. Reads the rules of the
+  // price list.
   Variant isVIPQualified();
+  // Whether the VIP discount stands beside others; False before the rules are read.
   Variant isVipValidWithOtherOffer();
+  // The least that the garments ask to be paid at drop-off.
   Variant getMinimumPrepay();
+  // What paying at drop-off would give back for garments and upcharges, re-cleans left out; 0 where the invoice
+  // has no room for another discount.
   Variant getPrepayDiscount();
+  // The same for a department, by the store's one-discount setting alone. Error 3001 for a text that is no number.
   Variant getDepartmentPrepayDiscount(Variant& departmentID);
+  // Makes the "Prepay Discount" charges anew, one a department, and then the taxes.
   void recalculatePrepay();
+  // Whether the customer pays at drop-off; recalculatePrepay follows.
   void applyPrepay(Variant& val);
   Variant isPrepayEnabled();
 
   // ---------------------------------------------------------------- surcharges and finishing (pricing/)
+  // Makes the surcharge lines anew, and the garments' sums of them; nothing for an exempt customer.
   void calculateSurcharges();
+  // Prices the invoice by the store's settings, rush included. A second call changes nothing but line numbers,
+  // see docs/architecture.md.
   void invoiceDone2();
+  // As the last invoiceDone was asked, without a rush.
   void invoiceDoneAgain();
+  // The passes of finishing.cpp; nothing on an empty invoice. With `oneDiscount` a VIP discount stands alone;
+  // `taxesRst`, the store's taxes or Nothing, becomes taxCodes. A new ticket's InvDueDate is set.
   void invoiceDone(const Variant& oneDiscount, Variant& taxesRst);
+  // Makes every line taxable with its amount. Leaves all lines visible, at the end.
   Variant resetLineTaxableAmounts();
+  // With taxes and surcharges, and without both; to cents, never below 0. Loyalty offers do not count.
   double getInvoiceAmountToPay();
   double getInvoiceAmountToPayBeforeTaxSurcharge();
 
@@ -266,6 +281,7 @@ class Invoice : public Object {
   Variant getInvoiceSubTotal();
   // Promotions, the VIP discount and the referral credit, as the lines have them and not rounded.
   Variant getTotalDiscount();
+  // The property amountPaid.
   Variant getAmountPaid();
   // Garments and charges: pieces, by the pack of what is cleaned, and lines. Error 6 beyond 32 bits.
   Variant getTotalItemCount();
@@ -280,7 +296,7 @@ class Invoice : public Object {
   // a stored ticket one less. For after splitInvoice; error 91 before.
   Variant getNoOfInvoices();
   // Sum of a column over the lines that pass a filter, Nulls left out.
-  Variant liColTotal(const Variant& col, const Variant& filter);
+  Variant liColTotal(const Variant& column, const Variant& filter);
 
   // ---------------------------------------------------------------- splitting (splitting/)
   // Divides the lines into tickets: marked lines, then the bags of a quick drop-off, then department by
@@ -368,10 +384,6 @@ class Invoice : public Object {
   Variant getLineDeptID(Variant& lineNumber);
 
   // ---------------------------------------------------------------- what the panels show (src/web)
-  // The apartment that the invoice was made in.
-  const ApartmentRef& apartment() const { return apartment_; }
-  // A setting of the store, Empty when it has none.
-  Variant getMiscSetupValue(std::string_view column);
   struct DescriptorDisplay {
     Variant color, icon, price;  // Empty for an unknown descriptor
   };
@@ -380,7 +392,7 @@ class Invoice : public Object {
   bool itemForces(const Variant& item, std::string_view column);
   bool offersUpcharges(const Variant& item);
   // Heat seals that were scanned and are on no garment yet, in the order of scanning.
-  std::vector<Variant> waitingHeatSeals() const { return newHeatSeals_->keys(); }
+  std::vector<Variant> waitingHeatSeals() const { return state_.newHeatSeals->keys(); }
 
   // ---------------------------------------------------------------- quick items (lines/quick_items.cpp)
   // The department lines with pieces as text, one "department,pieces,date" a line; Empty without any.
@@ -397,17 +409,14 @@ class Invoice : public Object {
   Variant round2(Variant& x, const Variant& digits);
   Variant roundDB(const Variant& x, const Variant& digits);
 
-  // Rows of the tables by which one sequence of steps serves several kinds of line.
+  // Rows of the table by which one sequence of steps serves several kinds of line.
   struct PricedDescriptor;  // upcharges, colours and patterns
-  struct ChargeForm;        // the ways to add a charge
 
  private:
   // ---------------------------------------------------------------- the object
   RecordsetRef createLineItemsTable() const;
   bool mergeFlattenedLine();
   void moveChildLines(std::int32_t oldParent, std::int32_t newParent);
-  void logLine(std::string_view logType, const Variant& quantity, const Variant& deptName,
-               const Variant& itemName, const Variant& amount);
   // Deletes every line that passes the filter, then clears it.
   void deleteFilteredLines(std::string_view filter);
   // Adds up `amountOf(lines)` over the lines that pass the filter, then clears it.
@@ -437,14 +446,6 @@ class Invoice : public Object {
   // What a garment that joins the department promises.
   void promiseFor(const Variant& deptId, const Variant& deptName, const Variant& itemDays, Variant& days,
                   Variant& due);
-  bool deptLineExists(const Variant& deptId);
-  Variant getDeptLineNotes(const Variant& deptId);
-  void subtractFromDeptLine(const Variant& deptId, const Variant& quantityText,
-                            const Variant& pkgQuantityText);
-  void addToDeptLine(const Variant& deptId, const Variant& quantity, const Variant& pkgQuantity);
-  void adjustDeptLine(const Variant& deptId, const Variant& oldQuantity, const Variant& newQuantity,
-                      const Variant& pkgQuantity);
-  void changeDeptLine(const Variant& deptId, const Variant& change);
   Variant getUpchargeNameById(const Variant& id);
   Variant getDescriptorNameById(const Variant& id);
 
@@ -503,116 +504,6 @@ class Invoice : public Object {
   void changePlainQuantity(bool isCharge, const Variant& newQuantity);
   void overrideGarment(double price);
   void overrideChild(LineColumn parentSum, bool isUpcharge, double price);
-
-  // ---------------------------------------------------------------- charges
-  void addCharge(const ChargeForm& form, const Variant& storeid, const Variant& taxCode,
-                 const Variant& amount, const Variant& chargeDesc, const Variant& countAs,
-                 const Variant& chargeDeptId, const Variant& unitQuantity);
-  void addChargeRow(const Variant& storeid, const Variant& custPriceList, const Variant& amount,
-                    const Variant& chargeDesc, const Variant& countAs, const Variant& chargeDeptId,
-                    const Variant& unitQuantity);
-
-  // ---------------------------------------------------------------- coupons and other offers
-  struct Totals {  // pieces and money that a discount looks at
-    double count = 0;
-    double total = 0;
-  };
-  // The table of candidates. `rows` are offers as the store answers them.
-  void initOfferTable();
-  void fillOfferTable(Recordset& rows, double total, double count);
-  void addOfferRow(const Recordset& rows, double amount);
-  double getDiscountAmount(const Recordset& rows, double base, double count);
-  bool isDiscountRuleBlocked(const Variant& discountId);
-  bool isDiscountOnTicket(const Variant& discountId);
-  // What offers look at. `kind` as in getLineItemTotalDiscountable; `coupon` asks for couponable garments,
-  // otherwise for discountable ones.
-  template <class Counts, class AmountOf>
-  Totals sumDiscountTotals(std::string_view filter, Counts counts, AmountOf amountOf);
-  Totals getDiscountableTotals(bool coupon);
-  Totals getItemDiscountTotals(const Recordset& rows, int kind);
-  Totals getDeptDiscountTotals(const Variant& deptId, bool coupon, const Variant& priceListItemId, int kind);
-  // What the row's department, or its item, holds; nothing when that does not reach the row's minimum.
-  std::optional<Totals> getQualifyingDepartment(const Recordset& rows, int kind);
-  bool deptHasItems(const Variant& deptId);
-  // Price of a garment with its upcharges, colors and patterns.
-  static double linePriceOf(const Recordset& line);
-  // Lines of discounts.
-  bool hasLines(std::string_view filter);
-  bool discountExists();
-  std::vector<std::int32_t> getDiscountIds(std::string_view itemType);  // one a line
-  void addDiscountLine(std::string_view itemType, const Variant& deptId, const Variant& deptName,
-                       const Variant& discountId, const Variant& name, double amount);
-  // Leaves the filter on the line found.
-  bool findDiscountLine(std::string_view itemType, const Variant& deptId, const Variant& discountId);
-  // Into the department's line of the discount, or onto a new one.
-  void addToDiscountLine(std::string_view itemType, const Variant& deptId, const Variant& deptName,
-                         const Variant& discountId, const Variant& name, double amount);
-  void removeCouponLines();
-  // Coupons and loyalty offers; `kind` tells them apart.
-  OfferQuestion offerQuestion(const Totals& totals, const std::vector<std::int32_t>& ids) const;
-  bool addOffer(const OfferKind& kind, const Variant& discountId);
-  double cappedOffer(double amount);
-  void adjustOffers(const OfferKind& kind);
-  bool applyOffers(const OfferKind& kind, bool vipApplied);
-  bool applyCoupons(bool vipApplied);
-  bool applyLoyalty(bool vipApplied);
-  RecordsetRef getDiscountLineTable(Recordset& rows, bool coupon);
-  void spreadOffer(const OfferKind& kind, Recordset& rows);
-  // Deletes the offer's lines to be spread anew and gives their sum; nothing when there is none.
-  std::optional<double> collectOffer(const OfferKind& kind, const Variant& discountId);
-  // Takes the children's parts of a garment's share off their taxable amounts.
-  void reduceChildTaxable(std::int32_t lineNumber, double share, double linePrice, Recordset& lines);
-  // Promotions.
-  RecordsetRef readProbablePromotions(const Totals& totals);
-  void applyPromotions(bool vipApplied, bool applied);
-  bool applyPromotion(const Recordset& rows, bool applied);
-  bool addPromotionLine(const Recordset& rows, double amount);
-
-  // ---------------------------------------------------------------- VIP, referral, prepay
-  void loadPriceListSettings();
-  // A column of the rules; Null before they are loaded and for an unknown price list.
-  Variant priceListSetting(std::string_view column) const;
-  bool applyVipDiscount();
-  bool spreadVipDiscount(const std::function<double(double linePrice)>& amountOf);
-  Totals getVipDiscountableTotals();
-  void addVipLine(Recordset& lines, const Variant& deptId, const Variant& deptName, double amount);
-  void applyReferralCredit();
-  void buildUpReferral(const Recordset& referral);
-  void insertReferralCharge(const Variant& referredBy, double amount, const std::string& description);
-  void removePrepayLines();
-  void addPrepayLine(double amount, const Variant& deptId);
-
-  // ---------------------------------------------------------------- surcharges and taxes
-  // Books the rates of the garments' items and of their descriptors: `book` sees each rate with its line as
-  // the current one, and `sumColumn` of the line takes what it adds up.
-  void applyLineRates(const LineRateSource& source, LineColumn sumColumn, const BookLineRate& book);
-  // Clears the lines' filter at the end.
-  void bookLineRates(const RateTable& rates, RatedLine kind, LineColumn sumColumn, const BookLineRate& book);
-  // Columns of the lines that pass the filter to cents.
-  void roundGeneratedLines(std::string_view filter, std::initializer_list<LineColumn> columns);
-  void calculateTaxes();
-  void removeTaxLines();
-  // The garments' items, quoted and joined by commas.
-  std::string getLineItemIdList();
-  // Leaves the filter on the descriptor lines unless there are none.
-  std::string getDescriptorKeyList();
-  void addTaxLine(const Rate& tax, double amount, const Variant& deptId, const Variant& deptName,
-                  GatheredLines& taxes);
-  void addSurchargeTaxes(GatheredLines& taxes);
-  void addChargeTaxes(GatheredLines& taxes);
-  double addDepartmentTaxes(GatheredLines& taxes, const Variant& deptId, const Variant& deptName,
-                            double taxableAmount);
-  void roundTaxLines();
-  void removeSurchargeLines();
-  void addSurchargeLine(const Rate& surcharge, double amount, bool flat, const Variant& deptId,
-                        const Variant& deptName, GatheredLines& surcharges);
-  void addChargeSurcharges(GatheredLines& surcharges);
-  void addChargeLineSurcharges(const Recordset& charge, GatheredLines& surcharges);
-  void roundSurchargeLines();
-
-  // ---------------------------------------------------------------- finishing
-  void applyDiscounts(bool oneDiscount);
-  void setFinishedDueDate();
 
   // ---------------------------------------------------------------- route, workload, rush
   double getWorkloadThreshold(const std::string& deptName);
@@ -726,17 +617,8 @@ class Invoice : public Object {
 
   // ---------------------------------------------------------------- members told by role
   ApartmentRef apartment_;
-  RecordsetRef offers_;             // candidate discounts, one row a discount and department
-  RecordsetRef priceListSettings_;  // VIP and referral rules of the price list
-  Variant itemSortMethod_;          // 1: by use
-  DictionaryRef pendingDeptDays_;   // department id -> days, chosen before its first line
-  DictionaryRef newHeatSeals_;      // scanned and not on a garment yet
-  std::vector<std::int32_t> invoiceDepartments_ = {0};  // of the loaded ticket; the last slot is empty
-  std::int32_t ticketLotId_ = 0;                        // of the loaded ticket, 0 for none
-  std::int32_t ticketTagCount_ = 0;                     // paper tags of the loaded ticket
-  bool prepayEnabled_ = false;
-  bool dueDateOverridden_ = false;
-  Variant oneDiscount_;  // of the last invoiceDone
+  InvoiceState state_;
+  Lines lines_{lineItems, ticketLogItems, currentLineNumber};
 };
 
 }  // namespace ondrel

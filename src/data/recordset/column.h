@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string_view>
 #include <type_traits>
 
@@ -50,5 +51,14 @@ struct Column {
   requires std::is_enum_v<Enum>
   constexpr Column(Enum name) : index(static_cast<int>(name)) {}
 };
+
+// A fixed table from one list: an enum of its columns and the array of their layout, in the list's order. The list
+// is a macro that names a column a line, `column(number, Long, 0, false)`, and is named here in turn:
+// ONDREL_COLUMNS(ShelfColumn, kShelfLayout, ONDREL_SHELF_COLUMNS).
+#define ONDREL_COLUMNS(Enum, layout, list)            \
+  enum class Enum : int { list(ONDREL_COLUMN_NAME) }; \
+  inline constexpr auto layout = std::to_array<::ondrel::ColumnSpec>({list(ONDREL_COLUMN_SPEC)});
+#define ONDREL_COLUMN_NAME(name, type, size, nullable) name,
+#define ONDREL_COLUMN_SPEC(name, type, size, nullable) {#name, ::ondrel::FieldType::type, size, nullable},
 
 }  // namespace ondrel

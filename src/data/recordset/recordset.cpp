@@ -98,10 +98,11 @@ void Recordset::addNew() {
   rows.moveToNew(addRow(&rows, [](size_t) {}));
 }
 
-void Recordset::addNew(std::initializer_list<CellValue> cells) {
+void Recordset::addNew(std::initializer_list<CellValue> cells, std::initializer_list<CellValue> more) {
   View& rows = view();
   rows.moveToNew(addRow(&rows, [&](size_t row) {
-    for (const CellValue& cell : cells) this->cells(cell.column).write(row, cell.value);
+    for (const auto& each : {cells, more})
+      for (const CellValue& cell : each) this->cells(cell.column).write(row, cell.value);
   }));
   rows.settle();
 }

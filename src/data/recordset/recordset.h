@@ -114,7 +114,7 @@ class Recordset : public Object {
   // filter or sort, one made with its values at once; in the view of a clone at the clone's next
   // assignment or moveFirst. Columns not named read Null, or 0, False, "" where they take no Null.
   void addNew();
-  void addNew(std::initializer_list<CellValue> cells);
+  void addNew(std::initializer_list<CellValue> cells, std::initializer_list<CellValue> more = {});
   void addNew(std::span<const Column> columns, std::span<const Variant> values);
   void addNew(std::span<const std::string> names, std::span<const Variant> values);
   // Appends a complete row, one value a column, and leaves view and position alone until the next

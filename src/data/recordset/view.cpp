@@ -28,7 +28,8 @@ void View::setFilter(std::string_view text) {
 }
 
 void View::clearFilter() {
-  if (filter_) spare_ = std::move(filter_);
+  if (!filter_) return moveFirst();
+  spare_ = std::move(filter_);
   collect();
 }
 

@@ -8,6 +8,7 @@
 #include "data/values.h"
 #include "invoice/calendar/ticket_dates.h"
 #include "invoice/invoice.h"
+#include "invoice/pricing/price_list_settings.h"
 #include "invoice/splitting/department_groups.h"
 
 namespace ondrel {
@@ -60,7 +61,7 @@ void Invoice::setStoreDays(const Variant& storeid) {
   storeNumber = storeid.toLong();
   loadStoreDays(*apartment_, storeid, createdDate);
   loadDepartments(*apartment_, storeNumber, priceListId);
-  loadPriceListSettings();
+  loadPriceListSettings(*this);
   // A first promise only, counted from whatever date the last calculation left.
   if (isAdd && !counterSaleOnly)
     InvDueDate = addStoreDays(*apartment_, apartment_->store.defaultProcessingDays);
@@ -70,7 +71,7 @@ void Invoice::setInvoiceDueDate(const Variant& NewValue) {
   const Date due = NewValue.toDate();
   if (daysBetween(InvDueDate, due) == 0) return;
   InvDueDate = due;
-  dueDateOverridden_ = true;
+  state_.isDateByHand = true;
 }
 
 void Invoice::calculateInvDueDate() {
@@ -153,7 +154,7 @@ void Invoice::setLineDueDate(const Variant& line, const Variant& datedue) {
 // ---------------------------------------------------------------- departments of the invoice
 
 Variant Invoice::isDepartmentExisting(Variant& deptID) {
-  return std::any_of(invoiceDepartments_.begin(), invoiceDepartments_.end(),
+  return std::any_of(state_.departments.begin(), state_.departments.end(),
                      [&](std::int32_t id) { return isEqual(id, deptID); });
 }
 
@@ -169,25 +170,25 @@ Recordset& Invoice::storeDepartments() const {
 
 void Invoice::rememberDeptDays(const Variant& department, std::int32_t days) {
   forgetDeptDays(department);
-  pendingDeptDays_->add(department.toLong(), days);
+  state_.pendingDeptDays->add(department.toLong(), days);
 }
 
 void Invoice::forgetDeptDays(const Variant& department) {
   const std::int32_t id = department.toLong();
-  if (pendingDeptDays_->exists(id)) pendingDeptDays_->remove(id);
+  if (state_.pendingDeptDays->exists(id)) state_.pendingDeptDays->remove(id);
 }
 
 bool Invoice::hasRememberedDeptDays(const Variant& department) const {
   // Whatever is no department id has none.
   try {
-    return !department.joined().empty() && pendingDeptDays_->exists(department.toLong());
+    return !department.joined().empty() && state_.pendingDeptDays->exists(department.toLong());
   } catch (const Error&) {
     return false;
   }
 }
 
 Variant Invoice::rememberedDeptDays(const Variant& department) const {
-  const Variant* days = pendingDeptDays_->find(department.toLong());
+  const Variant* days = state_.pendingDeptDays->find(department.toLong());
   return days ? *days : Variant(0);
 }
 

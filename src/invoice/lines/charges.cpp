@@ -1,17 +1,18 @@
+#include "invoice/lines/charges.h"
+
 #include <fmt/format.h>
 
 #include "data/query_database.h"
 #include "data/store_loading.h"
 #include "data/values.h"
-#include "invoice/invoice.h"
-#include "invoice/line_kinds.h"
+#include "invoice/calendar/ticket_dates.h"
+#include "invoice/lines/quick_bags.h"
 
 namespace ondrel {
-
-using enum LineColumn;
+namespace {
 
 // The three ways to add a charge are one; a row tells what each does besides.
-struct Invoice::ChargeForm {
+struct ChargeForm {
   bool keepsUnitPrice;        // otherwise 0, so that a change of quantity brings the charge to 0
   bool uncountedIsOne;        // a count of 0 or less stands for one amount
   bool readsDepartmentTaxes;  // a required read whose result is not used
@@ -19,13 +20,11 @@ struct Invoice::ChargeForm {
   bool takesFromBag;  // of a quick drop-off
 };
 
-namespace {
-
 // clang-format off
-//                                    unit price  uncounted  taxes  logged  bag
-constexpr Invoice::ChargeForm kPlain    = {false, false,     false, false,  false};
-constexpr Invoice::ChargeForm kDetailed = {true,  true,      true,  true,   true};
-constexpr Invoice::ChargeForm kInternal = {true,  true,      true,  true,   false};
+//                               unit price  uncounted  taxes  logged  bag
+constexpr ChargeForm kPlain    = {false,     false,     false, false,  false};
+constexpr ChargeForm kDetailed = {true,      true,      true,  true,   true};
+constexpr ChargeForm kInternal = {true,      true,      true,  true,   false};
 // clang-format on
 
 // Never less than one amount: a negative charge that counts several pieces stays at one.
@@ -34,74 +33,65 @@ double chargeTotal(bool uncountedIsOne, std::int32_t count, double amount) {
   return total < amount ? amount : total;
 }
 
+// As a page gives it.
+struct Charge {
+  Variant storeid, taxCode, amount, description, countAs, deptId, unitQuantity;
+};
+
+void addCharge(Invoice& invoice, const ChargeForm& form, const Charge& charge) {
+  if (!charge.amount.isNumeric()) return;
+  Apartment& apartment = *invoice.apartment();
+  const double amount = round2(charge.amount.toDouble(), 2);
+  const std::int32_t count = charge.countAs.toLong();
+  std::int32_t deptId = charge.deptId.toLong();
+  if (deptId == -1) deptId = invoice.getFirstDeptId().toLong();
+  const Variant name = departmentValue(apartment, deptId, "name");
+  const Variant days = departmentValue(apartment, deptId, "daysToProcess");
+  if (form.readsDepartmentTaxes)
+    queryDatabase(
+        apartment,
+        fmt::format("SELECT taxCode FROM DEPARTMENTTAX WHERE storeid = '{}' and departmentid = '{}'",
+                    charge.storeid.joined(), deptId));
+
+  const double total = chargeTotal(form.uncountedIsOne, count, amount);
+  const double price = form.keepsUnitPrice ? amount : 0;
+  invoice.lines().begin(kind::charge,
+                        {{col::deptId, deptId},
+                         {col::deptName, name},
+                         {col::itemName, charge.description},
+                         {col::originalUnitPrice, price},
+                         {col::unitPrice, price},
+                         {col::quantity, count},
+                         {col::lineItemTotal, total},
+                         {col::taxableAmt, total},
+                         {col::daysToProcess, days},
+                         {col::balance, total},
+                         {col::chargeTaxCode, charge.taxCode},
+                         {col::dueDate, dueDateForDays(apartment, invoice.createdDate, days.toLong())},
+                         {col::pkgQuantity, charge.unitQuantity}});
+  if (form.logged) invoice.lines().log("A", count, name, charge.description, total);
+  if (form.takesFromBag && invoice.isQuickInvoice())
+    takeFromBag(invoice.lines(), deptId, count, charge.unitQuantity);
+}
+
 }  // namespace
 
 void Invoice::addChargeLine(const Variant& taxCode, const Variant& Amount, const Variant& chargeDesc,
                             const Variant& countAs, const Variant& chargeDeptId) {
-  addCharge(kPlain, storeNumber, taxCode.isEmpty() ? Variant(-1) : taxCode, Amount, chargeDesc, countAs,
-            chargeDeptId, 1);
+  addCharge(
+      *this, kPlain,
+      {storeNumber, taxCode.isEmpty() ? Variant(-1) : taxCode, Amount, chargeDesc, countAs, chargeDeptId, 1});
 }
 
-Variant Invoice::addChargeLineNew(const Variant& storeid, const Variant&, const Variant& Amount,
-                                  const Variant& chargeDesc, const Variant& countAs,
+Variant Invoice::addChargeLineNew(const Variant& storeid, const Variant& /*custPriceList*/,
+                                  const Variant& Amount, const Variant& chargeDesc, const Variant& countAs,
                                   const Variant& chargeDeptId, const Variant& unitQuantity) {
-  addCharge(kDetailed, storeid, -1, Amount, chargeDesc, countAs, chargeDeptId, unitQuantity);
+  addCharge(*this, kDetailed, {storeid, -1, Amount, chargeDesc, countAs, chargeDeptId, unitQuantity});
   return {};
 }
 
-void Invoice::addChargeRow(const Variant& storeid, const Variant&, const Variant& amount,
-                           const Variant& chargeDesc, const Variant& countAs, const Variant& chargeDeptId,
-                           const Variant& unitQuantity) {
-  addCharge(kInternal, storeid, -1, amount, chargeDesc, countAs, chargeDeptId, unitQuantity);
-}
-
-void Invoice::addCharge(const ChargeForm& form, const Variant& storeid, const Variant& taxCode,
-                        const Variant& given, const Variant& description, const Variant& countAs,
-                        const Variant& departmentGiven, const Variant& unitQuantity) {
-  if (!given.isNumeric()) return;
-  const double amount = ondrel::round2(given.toDouble(), 2);
-  const std::int32_t count = countAs.toLong();
-  std::int32_t department = departmentGiven.toLong();
-  if (department == -1) department = getFirstDeptId().toLong();
-  const Variant name = departmentValue(*apartment_, department, "name");
-  const Variant days = departmentValue(*apartment_, department, "daysToProcess");
-  if (form.readsDepartmentTaxes)
-    queryDatabase(
-        *apartment_,
-        fmt::format("SELECT taxCode FROM DEPARTMENTTAX WHERE storeid = '{}' and departmentid = '{}'",
-                    storeid.joined(), department));
-
-  const double total = chargeTotal(form.uncountedIsOne, count, amount);
-  const double price = form.keepsUnitPrice ? amount : 0;
-  // clang-format off
-  lineItems->addNew({
-      {lineNumber,         currentLineNumber},
-      {parentLineNumber,   -1},
-      {deptId,             department},
-      {deptName,           name},
-      {itemType,           kind::charge},
-      {lineItemId,         Variant::null()},
-      {itemName,           description},
-      {originalUnitPrice,  price},
-      {unitPrice,          price},
-      {quantity,           count},
-      {lineItemTotal,      total},
-      {totalTax,           0},
-      {totalSurcharge,     0},
-      {prepay,             0},
-      {taxableAmt,         total},
-      {daysToProcess,      days},
-      {notes,              Variant::null()},
-      {balance,            total},
-      {chargeTaxCode,      taxCode},
-      {dueDate,            dueDateForDays(days)},
-      {pkgQuantity,        unitQuantity},
-      {originalLineNumber, currentLineNumber},
-  });
-  // clang-format on
-  ++currentLineNumber;
-  if (form.logged) logLine("A", count, name, description, total);
-  if (form.takesFromBag && isQuickInvoice()) subtractFromDeptLine(department, count, unitQuantity);
+void addInternalCharge(Invoice& invoice, double amount, std::string_view description, const Variant& deptId) {
+  addCharge(invoice, kInternal, {invoice.storeNumber, -1, amount, description, 0, deptId, 1});
 }
 
 }  // namespace ondrel

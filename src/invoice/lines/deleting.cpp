@@ -5,6 +5,7 @@
 #include "invoice/invoice.h"
 #include "invoice/line_kinds.h"
 #include "invoice/lines/child_kinds.h"
+#include "invoice/lines/quick_bags.h"
 
 namespace ondrel {
 
@@ -33,7 +34,7 @@ void Invoice::deleteItem(const Variant& lineNo) {
         deletePlainLine();
     }
     if (addOrEdit == "add" && !counterSaleOnly) calculateInvDueDate();
-    if (!dueDateOverridden_) recomputeInvDueDate();
+    if (!state_.isDateByHand) recomputeInvDueDate();
   }
   recalculatePrepay();
 }
@@ -45,7 +46,7 @@ void Invoice::deleteGarment(std::int32_t line) {
   lineItems->deleteRow();
   deleteFilteredLines(fmt::format("parentLineNumber={}", line));
   adjustCoupon();
-  if (isQuickInvoice()) addToDeptLine(department, pieces, packed);
+  if (isQuickInvoice()) changeBag(lines_, department, pieces * packed);
 }
 
 void Invoice::deleteChild(LineColumn parentSum, bool alwaysLogged) {

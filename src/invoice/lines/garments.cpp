@@ -6,6 +6,7 @@
 #include "data/values.h"
 #include "invoice/invoice.h"
 #include "invoice/line_kinds.h"
+#include "invoice/lines/quick_bags.h"
 
 namespace ondrel {
 namespace {
@@ -47,12 +48,12 @@ Variant Invoice::addItem(const Variant& priceListItemId, const Variant& merging,
   if (!row->eof()) {
     // In a quick drop-off the days of the department win over the item's.
     const Variant department = row->value("departmentId");
-    if (isQuickInvoice() && deptLineExists(department))
+    if (isQuickInvoice() && hasBag(lines_, department))
       row = readPriceListItem(id, getDeptIDDaysToProcess(department).toText() +
                                       " as daysToProcess, isNull(qtyInInventory, 1) as quantity,");
     row->moveFirst();
     line = addToLines(*row, merging, pieces, multiplier, roundOff);
-    if (isQuickInvoice()) subtractFromDeptLine(department, pieces, row->value("quantity"));
+    if (isQuickInvoice()) takeFromBag(lines_, department, pieces, row->value("quantity"));
   }
   recalculatePrepay();
   return line;
@@ -70,7 +71,7 @@ RecordsetRef Invoice::readPriceListItem(std::int32_t id, std::string_view daysAn
 }
 
 bool Invoice::countsUse() const {
-  return itemSortMethod_.isNumeric() && itemSortMethod_.toDouble() == 1;
+  return state_.itemSortMethod.isNumeric() && state_.itemSortMethod.toDouble() == 1;
 }
 
 // | groupSimilarItems | lines                                             |
@@ -114,8 +115,8 @@ std::int32_t Invoice::mergeIntoLine(Recordset& row, const Variant& pieces, doubl
   const Variant added = pieces.isNumeric() ? pieces : Variant(1);
   // The log tells the line's amount as it stood before.
   if (!isQuickInvoice())
-    logLine("A", added, lineItems->value(deptName), lineItems->value(itemName),
-            lineItems->value(lineItemTotal));
+    lines_.log("A", added, lineItems->value(deptName), lineItems->value(itemName),
+               lineItems->value(lineItemTotal));
 
   lineItems->setFilter(similarLineFilter(row, price));
   lineItems->setValue(quantity, lineItems->value(quantity) + added.toDouble());
@@ -140,7 +141,7 @@ void Invoice::addPriceRowLine(Recordset& row, const Variant& quantityText, const
   // The note of a department's bag goes to its first garment.
   const Variant garments =
       liColTotal("quantity", fmt::format("deptId='{}' AND itemType='IT'", department.joined()));
-  const Variant bagNote = garments.toDouble() <= 0 ? getDeptLineNotes(department) : Variant::null();
+  const Variant note = garments.toDouble() <= 0 ? bagNote(lines_, department) : Variant::null();
 
   const Variant percent = row.value("prepayPercent");
   const bool asksPrepay = !percent.isNull() && percent.toDouble() != 0;
@@ -167,7 +168,7 @@ void Invoice::addPriceRowLine(Recordset& row, const Variant& quantityText, const
       {prepay,             row.value("prepayDiscount")},
       {taxableAmt,         total},
       {daysToProcess,      days},
-      {notes,              bagNote.isEmpty() ? Variant::null() : bagNote},
+      {notes,              note.isEmpty() ? Variant::null() : note},
       {balance,            total},
       {upchargeTotal,      0},
       {colorTotal,         0},
@@ -189,7 +190,7 @@ void Invoice::addPriceRowLine(Recordset& row, const Variant& quantityText, const
       {requiresHeatSeal,   !useHeatSeals.isNull() && useHeatSeals.toBoolean()},
   });
   // clang-format on
-  if (!isQuickInvoice()) logLine("A", pieces, name, row.value("itemName"), total);
+  if (!isQuickInvoice()) lines_.log("A", pieces, name, row.value("itemName"), total);
   ++currentLineNumber;
   calculateInvDueDate();
 }

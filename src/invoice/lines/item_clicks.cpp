@@ -111,40 +111,4 @@ Variant Invoice::getDescriptorNameById(const Variant& id) {
       "name");
 }
 
-// ---------------------------------------------------------------- the bag of a quick drop-off
-
-bool Invoice::deptLineExists(const Variant& department) {
-  lineItems->setFilter(fmt::format("itemType='DE' and deptId = {}", sqlNumber(department)));
-  const bool found = !lineItems->eof();
-  lineItems->clearFilter();
-  return found;
-}
-
-Variant Invoice::getDeptLineNotes(const Variant& department) {
-  lineItems->setFilter(fmt::format("deptId='{}' AND itemType='DE'", department.joined()));
-  const Variant found = lineItems->eof() ? Variant() : lineItems->value(notes);
-  lineItems->clearFilter();
-  return found;
-}
-
-void Invoice::changeDeptLine(const Variant& department, const Variant& change) {
-  lineItems->setFilter(fmt::format("itemType='DE' AND deptId={}", sqlNumber(department)));
-  if (!lineItems->eof()) lineItems->setValue(quantity, lineItems->value(quantity) + change);
-  lineItems->clearFilter();
-}
-
-void Invoice::subtractFromDeptLine(const Variant& department, const Variant& quantityText,
-                                   const Variant& pkgQuantityText) {
-  changeDeptLine(department, -1 * (Variant(integerOrOne(quantityText)) * integerOrOne(pkgQuantityText)));
-}
-
-void Invoice::addToDeptLine(const Variant& department, const Variant& pieces, const Variant& packed) {
-  changeDeptLine(department, pieces * packed);
-}
-
-void Invoice::adjustDeptLine(const Variant& department, const Variant& oldQuantity,
-                             const Variant& newQuantity, const Variant& packed) {
-  changeDeptLine(department, (newQuantity - oldQuantity) * packed);
-}
-
 }  // namespace ondrel

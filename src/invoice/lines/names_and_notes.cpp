@@ -31,7 +31,7 @@ Variant Invoice::getLineQuantity(const Variant& line) {
 }
 
 void Invoice::logCurrent(std::string_view logType, const Variant& pieces, const Variant& amount) {
-  logLine(logType, pieces, lineItems->value(deptName), lineItems->value(itemName), amount);
+  lines_.log(logType, pieces, lineItems->value(deptName), lineItems->value(itemName), amount);
 }
 
 }  // namespace ondrel

@@ -102,7 +102,7 @@ void Invoice::addPricedDescriptor(const PricedDescriptor& descriptor, const Vari
                         mergeIntoChild(root, name, descriptor.kind, pieces, amount);
     if (!merged) addChildLine(descriptor, *row, root, department, pieces, price, amount);
     if (!merged || descriptor.logsMerge)
-      logLine("A", pieces, department, row->value("descriptorName"), amount);
+      lines_.log("A", pieces, department, row->value("descriptorName"), amount);
 
     if (findLine(root.lineNumber))
       lineItems->setValue(descriptor.parentSum, lineItems->value(descriptor.parentSum) + amount);

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "invoice/invoice.h"
 #include "invoice/lines/child_kinds.h"
+#include "invoice/lines/quick_bags.h"
 
 namespace ondrel {
 
@@ -48,7 +49,7 @@ void Invoice::changeGarmentQuantity(const Variant& newQuantity, const Variant& l
   logCurrent("C", delta, amount);
   lineItems->clearFilter();
   adjustCoupon();
-  if (isQuickInvoice()) adjustDeptLine(department, old, newQuantity, packed);
+  if (isQuickInvoice()) changeBag(lines_, department, (newQuantity - old) * packed);
 }
 
 void Invoice::changeChildQuantity(LineColumn parentSum, bool isUpcharge, const Variant& newQuantity) {

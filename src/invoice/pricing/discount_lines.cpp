@@ -1,52 +1,47 @@
+#include "invoice/pricing/discount_lines.h"
+
 #include <fmt/format.h>
 
 #include "data/values.h"
-#include "invoice/invoice.h"
-#include "invoice/pricing/generated_line.h"
 
 namespace ondrel {
+namespace {
 
-using enum LineColumn;
+const std::string kDiscounts = ofKinds({kind::coupon, kind::promotion, kind::loyalty, kind::vip});
 
-void Invoice::addDiscountLine(std::string_view lineKind, const Variant& department,
-                              const Variant& departmentName, const Variant& id, const Variant& name,
-                              double amount) {
-  addGeneratedLine(*lineItems, currentLineNumber, {lineKind, department, departmentName, id, name, amount});
+std::string discountFilter(std::string_view itemType, const Variant& deptId, const Variant& discountId) {
+  return fmt::format("lineItemId={} And deptId={} And {}", sqlNumber(discountId), sqlNumber(deptId),
+                     ofKind(itemType));
 }
 
-bool Invoice::findDiscountLine(std::string_view lineKind, const Variant& department, const Variant& id) {
-  lineItems->setFilter(fmt::format("lineItemId={} And deptId={} And itemType='{}'", sqlNumber(id),
-                                   sqlNumber(department), lineKind));
-  return !lineItems->eof();
+}  // namespace
+
+bool hasDiscountLine(Lines& lines, std::string_view itemType, const Variant& deptId,
+                     const Variant& discountId) {
+  return lines.any(discountFilter(itemType, deptId, discountId));
 }
 
-void Invoice::addToDiscountLine(std::string_view lineKind, const Variant& department,
-                                const Variant& departmentName, const Variant& id, const Variant& name,
-                                double amount) {
-  const bool found = findDiscountLine(lineKind, department, id);
-  if (found) lineItems->setValue(lineItemTotal, lineItems->number(lineItemTotal) + amount);
-  lineItems->clearFilter();
-  if (!found) addDiscountLine(lineKind, department, departmentName, id, name, amount);
+void addToDiscountLine(Lines& lines, const GeneratedLine& discount) {
+  {
+    const LineSet line = lines.where(discountFilter(discount.itemType, discount.deptId, discount.lineItemId));
+    if (line) {
+      line->setValue(col::lineItemTotal, line->number(col::lineItemTotal) + discount.amount);
+      return;
+    }
+  }
+  addGeneratedLine(lines, discount);  // the page's view stays on it
 }
 
-bool Invoice::hasLines(std::string_view filter) {
-  lineItems->setFilter(filter);
-  const bool found = !lineItems->eof();
-  lineItems->clearFilter();
-  return found;
-}
-
-std::vector<std::int32_t> Invoice::getDiscountIds(std::string_view lineKind) {
+std::vector<std::int32_t> discountIdsOf(Lines& lines, std::string_view itemType) {
   std::vector<std::int32_t> ids;
-  lineItems->setFilter(fmt::format("itemType='{}'", lineKind));
-  for (; !lineItems->eof(); lineItems->moveNext())
-    if (!lineItems->isNull(lineItemId)) ids.push_back(lineItems->integer(lineItemId));
-  lineItems->clearFilter();
+  lines.each(ofKind(itemType), [&](const Recordset& line) {
+    if (!line.isNull(col::lineItemId)) ids.push_back(line.integer(col::lineItemId));
+  });
   return ids;
 }
 
-bool Invoice::discountExists() {
-  return hasLines("itemType='CU' OR itemType='PR' OR itemType='LY' OR itemType='VI'");
+bool discountExists(Lines& lines) {
+  return lines.any(kDiscounts);
 }
 
 }  // namespace ondrel

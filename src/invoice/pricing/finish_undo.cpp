@@ -3,10 +3,33 @@
 #include "base/text.h"
 #include "data/values.h"
 #include "invoice/invoice.h"
-#include "invoice/line_kinds.h"
 
 namespace ondrel {
-using enum LineColumn;
+namespace {
+
+// Into the coupon's one line without a department, or onto a new one.
+void giveBackToCoupon(Lines& lines, const Variant& discountId, const Variant& name, double amount) {
+  {
+    const LineSet coupon = lines.where(
+        fmt::format("lineItemId={} And {} And deptId=Null", sqlNumber(discountId), ofKind(kind::coupon)));
+    if (coupon) {
+      coupon->setValue(col::lineItemTotal, coupon->number(col::lineItemTotal) + amount);
+      return;
+    }
+  }
+  lines.begin(kind::coupon, {{col::deptName, ""},
+                             {col::lineItemId, discountId},
+                             {col::itemName, name},
+                             {col::quantity, 1},
+                             {col::lineItemTotal, amount},
+                             {col::daysToProcess, 0},
+                             {col::upchargeTotal, 0},
+                             {col::colorTotal, 0},
+                             {col::patternTotal, 0},
+                             {col::originalLineNumber, 0}});
+}
+
+}  // namespace
 
 // | line                                   | effect                                              |
 // |----------------------------------------|-----------------------------------------------------|
@@ -16,59 +39,24 @@ using enum LineColumn;
 // | anything else, charges too             | stays as it is                                      |
 void Invoice::cancelDoneOperation() {
   mergeSplitInvoices();
-  lineItems->clearFilter();
-  for (; !lineItems->eof(); lineItems->moveNext()) {
-    const std::string lineKind = toUpper(lineItems->text(itemType));
-    if (lineKind == kind::garment || kind::isDescriptor(lineKind)) {
-      lineItems->setValue(taxableAmt, lineItems->value(lineItemTotal));
-    } else if (lineKind == kind::coupon && !lineItems->isNull(deptId)) {
-      const Variant place = lineItems->bookmark();
-      mergeDepartmentCoupon(lineItems->value(lineItemId), lineItems->value(itemName),
-                            lineItems->number(lineItemTotal));
-      lineItems->setBookmark(place);
-      lineItems->deleteRow();
-    } else if (lineKind == kind::tax || lineKind == kind::surcharge || lineKind == kind::vip ||
-               lineKind == kind::referral || lineKind == kind::promotion) {
-      lineItems->deleteRow();
+  for (auto line = lines_.where(""); line; line.next()) {
+    switch (lineKindOf(toUpper(line->text(col::itemType))).undo) {
+      case Undo::taxableAgain:
+        line->setValue(col::taxableAmt, line->value(col::lineItemTotal));
+        break;
+      case Undo::backToCoupon:
+        if (line->isNull(col::deptId)) break;
+        giveBackToCoupon(lines_, line->value(col::lineItemId), line->value(col::itemName),
+                         line->number(col::lineItemTotal));
+        line->deleteRow();
+        break;
+      case Undo::removed:
+        line->deleteRow();
+        break;
+      case Undo::stays:
+        break;
     }
   }
-  lineItems->clearFilter();
-}
-
-void Invoice::mergeDepartmentCoupon(const Variant& discountId, const Variant& name, double amount) {
-  lineItems->setFilter(fmt::format("lineItemId={} And itemType='CU' And deptId=Null", sqlNumber(discountId)));
-  if (!lineItems->eof()) {
-    lineItems->setValue(lineItemTotal, lineItems->number(lineItemTotal) + amount);
-    lineItems->clearFilter();
-    return;
-  }
-  // clang-format off
-  lineItems->addNew({
-      {lineNumber,        currentLineNumber},
-      {parentLineNumber,  -1},
-      {deptId,            Variant::null()},
-      {deptName,          ""},
-      {itemType,          kind::coupon},
-      {lineItemId,        discountId},
-      {itemName,          name},
-      {originalUnitPrice, 0},
-      {unitPrice,         0},
-      {quantity,          1},
-      {lineItemTotal,     amount},
-      {totalTax,          0},
-      {totalSurcharge,    0},
-      {prepay,            0},
-      {taxableAmt,        0},
-      {daysToProcess,     0},
-      {notes,             Variant::null()},
-      {balance,           0},
-      {upchargeTotal,     0},
-      {colorTotal,        0},
-      {patternTotal,      0},
-  });
-  // clang-format on
-  ++currentLineNumber;
-  lineItems->clearFilter();
 }
 
 }  // namespace ondrel

@@ -26,15 +26,47 @@
 #include "data/query_database.h"
 #include "data/store_loading.h"
 #include "data/values.h"
+#include "invoice/calendar/ticket_dates.h"
 #include "invoice/invoice.h"
+#include "invoice/pricing/offers.h"
+#include "invoice/pricing/passes.h"
 
 namespace ondrel {
 namespace {
 
-using enum LineColumn;
+const std::string kDatedAfterGarments = ofKinds({kind::coupon, kind::charge, kind::upcharge});
 
-bool isOn(const Variant& setting) {
-  return !setting.isNull() && setting.toBoolean();
+void removeCouponLines(Lines& lines) {
+  lines.each(ofKind(kind::coupon), [&](Recordset& coupon) {
+    lines.log("D", coupon, coupon.value(col::quantity), -1 * coupon.number(col::lineItemTotal));
+    coupon.deleteRow();
+  });
+}
+
+void applyDiscounts(Invoice& invoice, bool oneDiscount) {
+  const bool vip = applyVipDiscount(invoice);
+  if (vip && (oneDiscount || !invoice.isVipValidWithOtherOffer().toBoolean())) {
+    removeCouponLines(invoice.lines());
+    return;
+  }
+  const bool coupons = applyOffers(invoice, kCouponOffer, vip);
+  const bool loyalty = applyOffers(invoice, kLoyaltyOffer, vip);
+  applyPromotions(invoice, coupons || loyalty);
+}
+
+// | new ticket                             | its date                                                    |
+// |----------------------------------------|-------------------------------------------------------------|
+// | dated by hand                          | the latest of its lines                                     |
+// | with coupons, charges or upcharges     | the latest of these; upcharges have none                    |
+// | otherwise                              | the store's usual days after whatever date was counted last |
+void setFinishedDueDate(Invoice& invoice) {
+  invoice.calculateInvDueDate();
+  if (invoice.state().isDateByHand) return;
+  const LineSet dated = invoice.lines().where(kDatedAfterGarments);
+  if (dated)
+    invoice.InvDueDate = latestDueDate(*dated, col::dueDate, invoice.createdDate);
+  else
+    invoice.InvDueDate = addStoreDays(*invoice.apartment(), invoice.apartment()->store.defaultProcessingDays);
 }
 
 }  // namespace
@@ -53,65 +85,26 @@ void Invoice::invoiceDone2() {
 
 void Invoice::invoiceDoneAgain() {
   Variant taxes = ObjectRef(taxCodes);
-  invoiceDone(oneDiscount_, taxes);
+  invoiceDone(state_.oneDiscount, taxes);
   taxCodes = std::dynamic_pointer_cast<Recordset>(taxes.toObject());
 }
 
 void Invoice::invoiceDone(const Variant& oneDiscount, Variant& taxesRst) {
-  lineItems->clearFilter();
-  if (lineItems->recordCount() == 0) return;
+  if (!lines_.any("")) return;
   resetLineTaxableAmounts();
-  oneDiscount_ = oneDiscount;
+  state_.oneDiscount = oneDiscount;
   taxCodes = std::dynamic_pointer_cast<Recordset>(taxesRst.toObject());
-  applyDiscounts(isOn(oneDiscount));
+  applyDiscounts(*this, isOn(oneDiscount));
   calculateSurcharges();
-  calculateTaxes();
+  calculateTaxes(*this);
   recalculatePrepay();
-  if (addOrEdit == "add" && !counterSaleOnly) setFinishedDueDate();
-}
-
-void Invoice::applyDiscounts(bool oneDiscount) {
-  const bool vip = applyVipDiscount();
-  if (vip && (oneDiscount || !isVipValidWithOtherOffer().toBoolean())) {
-    removeCouponLines();
-    return;
-  }
-  const bool coupons = applyCoupons(vip);
-  const bool loyalty = applyLoyalty(vip);
-  applyPromotions(vip, coupons || loyalty);
+  if (addOrEdit == "add" && !counterSaleOnly) setFinishedDueDate(*this);
 }
 
 Variant Invoice::resetLineTaxableAmounts() {
-  lineItems->clearFilter();
-  for (; !lineItems->eof(); lineItems->moveNext())
-    lineItems->setValue(taxableAmt, lineItems->number(lineItemTotal));
+  lines_.each("", [](Recordset& line) { line.setValue(col::taxableAmt, line.number(col::lineItemTotal)); });
+  lines_.leavesAllAtEnd();
   return {};
-}
-
-void Invoice::removeCouponLines() {
-  lineItems->setFilter("itemType='CU'");
-  for (; !lineItems->eof(); lineItems->moveNext()) {
-    logLine("D", lineItems->value(quantity), lineItems->value(deptName), lineItems->value(itemName),
-            -1 * lineItems->number(lineItemTotal));
-    lineItems->deleteRow();
-  }
-  lineItems->clearFilter();
-}
-
-// | new ticket                             | its date                                                    |
-// |----------------------------------------|-------------------------------------------------------------|
-// | dated by hand                          | the latest of its lines                                     |
-// | with coupons, charges or upcharges     | the latest of these; upcharges have none                    |
-// | otherwise                              | the store's usual days after whatever date was counted last |
-void Invoice::setFinishedDueDate() {
-  calculateInvDueDate();
-  if (dueDateOverridden_) return;
-  lineItems->setFilter("itemType='CU' or itemType = 'AC' or itemType = 'UP'");
-  if (lineItems->eof())
-    InvDueDate = addStoreDays(*apartment_, apartment_->store.defaultProcessingDays);
-  else
-    raiseInvDueDate();
-  lineItems->clearFilter();
 }
 
 }  // namespace ondrel

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 
-#include "data/recordset/recordset.h"
+#include "invoice/lines.h"
 
 namespace ondrel {
 
@@ -18,8 +17,8 @@ struct GeneratedLine {
   Variant dueDate = Variant::null();
 };
 
-// Adds a top-level line of quantity 1 and gives it the next number, which grows by one. A discount starts
-// its sums of upcharges, colours and patterns at 0; taxes and surcharges have none.
-void addGeneratedLine(Recordset& lines, std::int32_t& nextLineNumber, const GeneratedLine& line);
+// Adds the line with quantity 1 and returns the page's view, on it. A discount starts its sums of upcharges,
+// colours and patterns at 0; taxes and surcharges have none.
+Recordset& addGeneratedLine(Lines& lines, const GeneratedLine& line);
 
 }  // namespace ondrel

@@ -8,20 +8,15 @@
 namespace ondrel {
 
 void Invoice::getQualifyingLoyalty() {
-  const Totals totals = getDiscountableTotals(true);
+  const QualifyingTotals totals = discountableTotals(lines_, col::couponable);
   const RecordsetRef rows = queryDatabase(
       *apartment_, fmt::format("GetProbableLoyaltyDiscounts  '{}','{}','{}',{}", custSeqNumber, priceListId,
-                               numberText(totals.count), numberText(totals.total)));
-  initOfferTable();
-  fillOfferTable(*rows, totals.total, totals.count);
+                               numberText(totals.pieces), numberText(totals.amount)));
+  listOffers(*this, *rows, totals);
 }
 
 void Invoice::addLoyalty(const Variant& couponID) {
-  addOffer(kLoyaltyOffer, couponID);
-}
-
-bool Invoice::applyLoyalty(bool vipApplied) {
-  return applyOffers(kLoyaltyOffer, vipApplied);
+  addOffer(*this, kLoyaltyOffer, couponID);
 }
 
 }  // namespace ondrel

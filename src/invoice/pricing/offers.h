@@ -1,67 +1,48 @@
 #pragma once
 
-#include <array>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "data/recordset/column.h"
-#include "data/recordset/recordset.h"
+#include "invoice/invoice.h"
 #include "invoice/line_kinds.h"
 #include "invoice/pricing/offer_queries.h"
+#include "invoice/pricing/qualifying_totals.h"
 
 namespace ondrel {
 
+// Coupons and loyalty offers: first candidates in the table of offers, then a line that the clerk chose, then
+// lines spread over departments.
+
 // Offers that could go on the invoice: one row a discount, or one a discount and department.
 // clang-format off
-enum class OfferColumn : int {
-  discountId, discountName, discountSubType, minPieceCount, maxPieceCount, minQualAmount, maxQualAmount,
-  discountPercent, discountAmount, validWithOtherOffer, deptId, deptMinPieceCount, deptMinQualAmount,
-  couponAmount, maxDiscountAmount, appliesPerUnit,
-};
-
-inline constexpr std::array<ColumnSpec, 16> kOfferLayout = {{
-  // name                 type               size  nullable
-  {"discountId",          FieldType::Long,     0,  false},
-  {"discountName",        FieldType::Text,    50,  true},
-  {"discountSubType",     FieldType::Text,    10,  false},
-  {"minPieceCount",       FieldType::Long,     0,  true},
-  {"maxPieceCount",       FieldType::Long,     0,  true},
-  {"minQualAmount",       FieldType::Long,     0,  true},
-  {"maxQualAmount",       FieldType::Long,     0,  true},
-  {"discountPercent",     FieldType::Double,   0,  true},   // Null for a fixed amount
-  {"discountAmount",      FieldType::Double,   0,  true},   // Null for a percentage
-  {"validWithOtherOffer", FieldType::Boolean,  0,  false},
-  {"deptId",              FieldType::Long,     0,  true},   // Null for the whole invoice
-  {"deptMinPieceCount",   FieldType::Long,     0,  true},
-  {"deptMinQualAmount",   FieldType::Double,   0,  true},
-  {"couponAmount",        FieldType::Double,   0,  true},   // what the discount gives for this row
-  {"maxDiscountAmount",   FieldType::Double,   0,  true},
-  {"appliesPerUnit",      FieldType::Boolean,  0,  false},  // the fixed amount counts once a piece
-}};
+#define ONDREL_OFFER_COLUMNS(column) \
+  /*     name                 type     size  nullable */ \
+  column(discountId,          Long,      0,  false) \
+  column(discountName,        Text,     50,  true)  \
+  column(discountSubType,     Text,     10,  false) \
+  column(minPieceCount,       Long,      0,  true)  \
+  column(maxPieceCount,       Long,      0,  true)  \
+  column(minQualAmount,       Long,      0,  true)  \
+  column(maxQualAmount,       Long,      0,  true)  \
+  column(discountPercent,     Double,    0,  true)  /* Null for a fixed amount */ \
+  column(discountAmount,      Double,    0,  true)  /* Null for a percentage */ \
+  column(validWithOtherOffer, Boolean,   0,  false) \
+  column(deptId,              Long,      0,  true)  /* Null for the whole invoice */ \
+  column(deptMinPieceCount,   Long,      0,  true)  \
+  column(deptMinQualAmount,   Double,    0,  true)  \
+  column(couponAmount,        Double,    0,  true)  /* what the discount gives for this row */ \
+  column(maxDiscountAmount,   Double,    0,  true)  \
+  column(appliesPerUnit,      Boolean,   0,  false) /* the fixed amount counts once a piece */
 
 // The offers to choose from, one row a discount.
-enum class OfferChoiceColumn : int { discountId, discountName };
-
-inline constexpr std::array<ColumnSpec, 2> kOfferChoiceLayout = {{
-  {"discountId",   FieldType::Long,  0, false},
-  {"discountName", FieldType::Text, 50, true},
-}};
-
-// The garments that a discount is spread over, and their sums under a Null lineNumber.
-enum class DiscountLineColumn : int { lineNumber, totalPrice, totalQuantity };
-
-inline constexpr std::array<ColumnSpec, 3> kDiscountLineLayout = {{
-  {"lineNumber",    FieldType::Long,   0, true},
-  {"totalPrice",    FieldType::Double, 0, false},
-  {"totalQuantity", FieldType::Long,   0, false},
-}};
+#define ONDREL_OFFER_CHOICE_COLUMNS(column) \
+  column(discountId,   Long,  0, false) \
+  column(discountName, Text, 50, true)
 // clang-format on
 
-// Bits of a line's flags: which of them let its children count for a discount.
-inline constexpr int kCouponable = 1;
-inline constexpr int kDiscountable = 2;
-inline constexpr int kVipDiscountable = 4;
-inline constexpr int kAnyDiscount = kCouponable | kDiscountable | kVipDiscountable;
+ONDREL_COLUMNS(OfferColumn, kOfferLayout, ONDREL_OFFER_COLUMNS)
+ONDREL_COLUMNS(OfferChoiceColumn, kOfferChoiceLayout, ONDREL_OFFER_CHOICE_COLUMNS)
 
 // Coupons and loyalty offers go one way; the rows below hold what differs.
 struct OfferKind {
@@ -85,9 +66,33 @@ inline constexpr OfferKind kLoyaltyOffer =
   {kind::loyalty,   "Loyalty",  1,  false, false,   true,   false, true,  getLoyaltyQuery, getLoyaltyQuery};
 // clang-format on
 
-// Whether the offer at the cursor gives its amount for each piece; loyalty offers are read without it.
+// ---- candidates (offer_candidates.cpp)
+
+// Makes the table of offers anew from rows as the store answers them. `totals` are the whole invoice's.
+void listOffers(Invoice& invoice, Recordset& rows, const QualifyingTotals& totals);
+// What the offer of the row gives for a price and pieces.
+double offeredAmount(const Recordset& rows, const QualifyingTotals& base);
+// Whether a rule of the store keeps the offer off the invoice as it stands.
+bool isOfferBlocked(Invoice& invoice, const Variant& discountId);
+// Whether the offer of the row gives its amount for each piece; loyalty offers are read without it.
 inline bool appliesPerUnit(const Recordset& rows) {
   return rows.hasColumn("appliesPerUnit") && rows.flag("appliesPerUnit");
 }
+
+// ---- on the invoice (offers_on_invoice.cpp)
+
+// What the store is asked about the offers on the invoice.
+OfferQuestion offerQuestion(const Invoice& invoice, const QualifyingTotals& totals,
+                            const std::vector<std::int32_t>& ids);
+// Puts the candidate on the invoice, as one line without a department. False when it is none; the page's view
+// is then as it was, otherwise on the line.
+bool addOffer(Invoice& invoice, const OfferKind& offer, const Variant& discountId);
+// The invoice has changed: offers on it that still qualify are worked out again, the others fall off.
+void adjustOffers(Invoice& invoice, const OfferKind& offer);
+
+// ---- spread over departments (offer_spreading.cpp)
+
+// The pass of finishing; `vipApplied` shuts out offers that stand beside no other. Whether one applied.
+bool applyOffers(Invoice& invoice, const OfferKind& offer, bool vipApplied);
 
 }  // namespace ondrel

@@ -3,63 +3,73 @@
 #include <algorithm>
 
 #include "data/query_database.h"
-#include "invoice/invoice.h"
+#include "invoice/pricing/discount_lines.h"
 #include "invoice/pricing/offers.h"
 
 namespace ondrel {
-
-OfferQuestion Invoice::offerQuestion(const Totals& totals, const std::vector<std::int32_t>& ids) const {
-  return {priceListId, totals.count, totals.total, fmt::format("{}", fmt::join(ids, ",")),
-          std::to_string(custSeqNumber)};
-}
-
-// From the offer table as the last question left it: an offer that is not in it adds nothing. A coupon's
-// line then stands without a department until the first finishing; a loyalty offer's too.
-bool Invoice::addOffer(const OfferKind& offer, const Variant& id) {
-  if (!offers_) return false;
-  offers_->setFilter("discountId=" + id.joined());
-  const bool found = !offers_->eof();
-  if (found) {
-    const Variant discount = offers_->value(OfferColumn::discountId);
-    const Variant name = offers_->value(OfferColumn::discountName);
-    double amount = 0;
-    for (; !offers_->eof(); offers_->moveNext()) amount += offers_->number(OfferColumn::couponAmount);
-    offers_->moveFirst();
-    if (offer.capped) amount = cappedOffer(amount);
-    addDiscountLine(offer.kind, Variant::null(), "", discount, name, amount);
-    logLine("A", 1, offer.logName, name, offer.logSign * amount);
-  }
-  offers_->clearFilter();
-  return found;
-}
+namespace {
 
 // | step | limit of a coupon, read from its first row                     |
 // |------|----------------------------------------------------------------|
 // | 1    | its maximum, which each row has been held to already           |
 // | 2    | its face value, if it is a fixed amount that counts once       |
 // | 3    | what is still payable before tax and surcharge                 |
-double Invoice::cappedOffer(double amount) {
-  const Variant most = offers_->value(OfferColumn::maxDiscountAmount);
+double cappedOffer(Invoice& invoice, const Recordset& offer, double amount) {
+  const Variant most = offer.value(OfferColumn::maxDiscountAmount);
   if (isGreater(most, 0)) amount = std::min(amount, most.toDouble());
-  if (!offers_->isNull(OfferColumn::discountAmount) && !offers_->flag(OfferColumn::appliesPerUnit))
-    amount = offers_->number(OfferColumn::discountAmount);
-  return std::min(amount, getInvoiceAmountToPayBeforeTaxSurcharge());
+  if (!offer.isNull(OfferColumn::discountAmount) && !offer.flag(OfferColumn::appliesPerUnit))
+    amount = offer.number(OfferColumn::discountAmount);
+  return std::min(amount, invoice.getInvoiceAmountToPayBeforeTaxSurcharge());
 }
 
-// The invoice has changed: offers on it that still qualify are worked out again, the others fall off.
-void Invoice::adjustOffers(const OfferKind& offer) {
+}  // namespace
+
+OfferQuestion offerQuestion(const Invoice& invoice, const QualifyingTotals& totals,
+                            const std::vector<std::int32_t>& ids) {
+  return {invoice.priceListId, totals.pieces, totals.amount, fmt::format("{}", fmt::join(ids, ",")),
+          std::to_string(invoice.custSeqNumber)};
+}
+
+// From the offer table as the last question left it: an offer that is not in it adds nothing. A coupon's
+// line then stands without a department until the first finishing; a loyalty offer's too.
+bool addOffer(Invoice& invoice, const OfferKind& offer, const Variant& discountId) {
+  if (!invoice.state().offers) return false;
+  Recordset& offers = *invoice.state().offers;
+  offers.setFilter("discountId=" + discountId.joined());
+  const bool found = !offers.eof();
+  if (found) {
+    const Variant id = offers.value(OfferColumn::discountId);
+    const Variant name = offers.value(OfferColumn::discountName);
+    double amount = 0;
+    for (; !offers.eof(); offers.moveNext()) amount += offers.number(OfferColumn::couponAmount);
+    offers.moveFirst();
+    if (offer.capped) amount = cappedOffer(invoice, offers, amount);
+    addGeneratedLine(invoice.lines(), {.itemType = offer.kind,
+                                       .deptId = Variant::null(),
+                                       .deptName = "",
+                                       .lineItemId = id,
+                                       .itemName = name,
+                                       .amount = amount});
+    invoice.lines().log("A", 1, offer.logName, name, offer.logSign * amount);
+  }
+  offers.clearFilter();
+  return found;
+}
+
+void adjustOffers(Invoice& invoice, const OfferKind& offer) {
+  Lines& lines = invoice.lines();
   std::vector<std::int32_t> ids;
-  for (const std::int32_t id : getDiscountIds(offer.kind))
+  for (const std::int32_t id : discountIdsOf(lines, offer.kind))
     if (std::find(ids.begin(), ids.end(), id) == ids.end()) ids.push_back(id);
   if (ids.empty()) return;
 
-  const Totals totals = getDiscountableTotals(true);
-  const RecordsetRef rows = queryDatabase(*apartment_, offer.adjustQuery(offerQuestion(totals, ids)));
-  deleteFilteredLines(fmt::format("itemType='{}'", offer.kind));
+  const QualifyingTotals totals = discountableTotals(lines, col::couponable);
+  const RecordsetRef rows =
+      queryDatabase(*invoice.apartment(), offer.adjustQuery(offerQuestion(invoice, totals, ids)));
+  lines.remove(ofKind(offer.kind));
   if (rows->eof()) return;
-  initOfferTable();
-  fillOfferTable(*rows, totals.total, totals.count);
-  for (const std::int32_t id : ids) addOffer(offer, id);
+  listOffers(invoice, *rows, totals);
+  for (const std::int32_t id : ids) addOffer(invoice, offer, id);
 }
 
 }  // namespace ondrel

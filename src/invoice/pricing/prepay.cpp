@@ -2,39 +2,44 @@
 
 #include "data/values.h"
 #include "invoice/invoice.h"
+#include "invoice/lines/charges.h"
+#include "invoice/pricing/discount_lines.h"
+#include "invoice/pricing/passes.h"
 
 namespace ondrel {
 namespace {
 
-using enum LineColumn;
+constexpr std::string_view kPrepayCharge = "Prepay Discount";
 
 double prepayDiscountOf(const Recordset& line) {
-  return (line.value(prepay) * line.value(quantity)).toDouble();
+  return (line.value(col::prepay) * line.value(col::quantity)).toDouble();
 }
 
 }  // namespace
 
 Variant Invoice::getMinimumPrepay() {
-  return sumLines("itemType='IT'", [](const Recordset& line) {
-    return line.isNull(minimumPrepay) ? 0 : (line.value(minimumPrepay) * line.value(quantity)).toDouble();
+  return lines_.sum(ofKind(kind::garment), [](const Recordset& line) {
+    return line.isNull(col::minimumPrepay)
+               ? 0
+               : (line.value(col::minimumPrepay) * line.value(col::quantity)).toDouble();
   });
 }
 
 Variant Invoice::getPrepayDiscount() {
   if (!allowFurtherDiscounts().toBoolean()) return 0;
-  return sumLines("(itemType='IT' and redo = 0) or (itemType = 'UP' and redo = 0)", prepayDiscountOf);
+  return lines_.sum(fmt::format("({} and redo = 0) or (itemType = '{}' and redo = 0)", ofKind(kind::garment),
+                                kind::upcharge),
+                    prepayDiscountOf);
 }
 
 // Looks at the one-discount setting only, unlike the figure of the whole invoice, which also asks whether the
 // offers on it stand beside others.
 Variant Invoice::getDepartmentPrepayDiscount(Variant& departmentID) {
   const Variant oneDiscount = getMiscSetupValue("oneDiscountPerInvoice");
-  if (discountExists() && !oneDiscount.isNull() && oneDiscount.toBoolean()) return 0;
-  return sumLines(
-      fmt::format(
-          "(itemType='IT' and deptId = {0} and redo = 0) or (itemType='UP' and deptId = {0} and redo = 0)",
-          departmentID.toText()),
-      prepayDiscountOf);
+  if (discountExists(lines_) && isOn(oneDiscount)) return 0;
+  return lines_.sum(fmt::format("({1} and deptId = {0} and redo = 0) or ({2} and deptId = {0} and redo = 0)",
+                                departmentID.toText(), ofKind(kind::garment), ofKind(kind::upcharge)),
+                    prepayDiscountOf);
 }
 
 // | step | acts on                    | effect                                                             |
@@ -44,34 +49,26 @@ Variant Invoice::getDepartmentPrepayDiscount(Variant& departmentID) {
 // |      | customer takes the offer   |                                                                    |
 // | 3    | taxes                      | worked out again, since the charge lowers its department's tax     |
 void Invoice::recalculatePrepay() {
-  removePrepayLines();
+  lines_.remove(fmt::format("{} and itemName = '{}'", ofKind(kind::charge), kPrepayCharge));
   const RecordsetRef& departments = apartment_->store.storeDepartments;
-  if (prepayEnabled_ && allowFurtherDiscounts().toBoolean() && departments) {
+  if (state_.prepayEnabled && allowFurtherDiscounts().toBoolean() && departments) {
     const RecordsetRef each = departments->clone();
     for (; !each->eof(); each->moveNext()) {
       Variant department = each->value("departmentID");
       const double amount = getDepartmentPrepayDiscount(department).toDouble();
-      if (amount > 0) addPrepayLine(amount, department);
+      if (amount > 0) addInternalCharge(*this, -amount, kPrepayCharge, department);
     }
   }
-  calculateTaxes();
-}
-
-void Invoice::removePrepayLines() {
-  deleteFilteredLines("itemType = 'AC' and itemName = 'Prepay Discount'");
-}
-
-void Invoice::addPrepayLine(double amount, const Variant& department) {
-  addChargeRow(storeNumber, priceListId, -amount, "Prepay Discount", 0, department, 1);
+  calculateTaxes(*this);
 }
 
 void Invoice::applyPrepay(Variant& val) {
-  prepayEnabled_ = val.toBoolean();
+  state_.prepayEnabled = val.toBoolean();
   recalculatePrepay();
 }
 
 Variant Invoice::isPrepayEnabled() {
-  return prepayEnabled_;
+  return state_.prepayEnabled;
 }
 
 }  // namespace ondrel

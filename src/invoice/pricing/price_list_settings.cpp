@@ -1,23 +1,25 @@
+#include "invoice/pricing/price_list_settings.h"
+
 #include <fmt/format.h>
 
 #include "data/query_database.h"
-#include "invoice/invoice.h"
 
 namespace ondrel {
 
-void Invoice::loadPriceListSettings() {
-  priceListSettings_ = queryDatabase(
-      *apartment_,
+void loadPriceListSettings(Invoice& invoice) {
+  invoice.state().priceListSettings = queryDatabase(
+      *invoice.apartment(),
       fmt::format("Select VIPMinQualAmount, VIPValidWithOtherOffers, VIPStraight,  VIPStraightPercent, "
                   "VIPSmartAmount, VIPSmartForEveryAmount, VIPValidNbrOfMonths,  referralDiscountAmount, "
                   "referralValidNbrOfDays,  referralIncrement, referralLimit  FROM PriceList where "
                   "PriceListId='{}'",
-                  priceListId));
+                  invoice.priceListId));
 }
 
-Variant Invoice::priceListSetting(std::string_view column) const {
-  if (!priceListSettings_ || priceListSettings_->eof()) return Variant::null();
-  return priceListSettings_->value(column);
+Variant priceListSetting(Invoice& invoice, std::string_view column) {
+  const RecordsetRef& settings = invoice.state().priceListSettings;
+  if (!settings || settings->eof()) return Variant::null();
+  return settings->value(column);
 }
 
 }  // namespace ondrel

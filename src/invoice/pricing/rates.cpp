@@ -5,12 +5,11 @@
 #include "base/text.h"
 #include "data/query_database.h"
 #include "data/values.h"
-#include "invoice/invoice.h"
 
 namespace ondrel {
 namespace {
 
-using enum LineColumn;
+const std::string kRatedChildren = filterOf(&LineKind::isPricedChild);
 
 // The store compares text without regard to case and to blanks at the end.
 std::string comparedKey(std::string_view key) {
@@ -67,8 +66,8 @@ std::vector<Rate> readRates(const RecordsetRef& rows, const RateColumns& columns
 }
 
 std::string lineRateKey(const Recordset& line, RatedLine kind) {
-  if (kind == RatedLine::Garment) return line.value(lineItemId).joined();
-  return line.value(parentId).joined() + toUpper(line.text(itemType)) + line.text(itemName);
+  if (kind == RatedLine::Garment) return line.value(col::lineItemId).joined();
+  return line.value(col::parentId).joined() + toUpper(line.text(col::itemType)) + line.text(col::itemName);
 }
 
 RateTable::RateTable(const RecordsetRef& rows, const RateColumns& columns) {
@@ -89,48 +88,46 @@ const std::vector<Rate>& RateTable::of(const std::string& key) const {
   return found == rates_.end() ? none : found->second;
 }
 
-bool GatheredLines::find(const Variant& code, const Variant& department) {
+// ---------------------------------------------------------------- the invoice's lines
+
+bool GatheredLines::find(const Variant& code, const Variant& deptId) {
   for (found_ = 0; found_ < places_.size(); ++found_) {
     const Place& place = places_[found_];
-    if (!isEqual(place.code, code) || !place.deptId.identicalTo(department)) continue;
-    lines_->setBookmark(place.bookmark);
+    if (!isEqual(place.code, code) || !place.deptId.identicalTo(deptId)) continue;
+    line_->setBookmark(place.bookmark);
     return true;
   }
   return false;
 }
 
-void GatheredLines::keep(const Variant& code, const Variant& department) {
-  places_.push_back({code, department, lines_->bookmark()});
+void GatheredLines::add(const GeneratedLine& line) {
+  places_.push_back({line.lineItemId, line.deptId, addGeneratedLine(lines_, line).bookmark()});
 }
 
 void GatheredLines::remove() {
-  lines_->deleteRow();
+  line_->deleteRow();
   places_.erase(places_.begin() + static_cast<std::ptrdiff_t>(found_));
 }
 
-// ---------------------------------------------------------------- the invoice's lines
+namespace {
 
-std::string Invoice::getLineItemIdList() {
+// The keys of the lines, quoted and joined by commas. A name goes in as it stands, quotes and all.
+std::string keyList(const LineSet& lines, RatedLine kind) {
   std::string list;
-  lineItems->setFilter("itemType='IT'");
-  for (; !lineItems->eof(); lineItems->moveNext())
-    appendQuoted(list, lineRateKey(*lineItems, RatedLine::Garment));
-  lineItems->clearFilter();
+  for (; lines; lines->moveNext()) appendQuoted(list, lineRateKey(*lines, kind));
   return list;
 }
 
-// A name goes in as it stands, quotes and all.
-std::string Invoice::getDescriptorKeyList() {
-  std::string list;
-  lineItems->setFilter("itemType='UP' OR itemType='CO' OR itemType='PA'");
-  for (; !lineItems->eof(); lineItems->moveNext())
-    appendQuoted(list, lineRateKey(*lineItems, RatedLine::Descriptor));
-  if (list.empty())
-    lineItems->clearFilter();
-  else
-    lineItems->moveFirst();
-  return list;
+void bookLineRates(const LineSet& lines, const RateTable& rates, RatedLine kind, LineColumn sumColumn,
+                   const BookLineRate& book) {
+  for (; lines; lines->moveNext()) {
+    double sum = 0;
+    for (const Rate& rate : rates.of(lineRateKey(*lines, kind))) book(kind, *lines, rate, sum);
+    lines->setValue(sumColumn, sum);
+  }
 }
+
+}  // namespace
 
 // | step | lines                         | rates of              | left out                                 |
 // |------|-------------------------------|-----------------------|------------------------------------------|
@@ -138,41 +135,30 @@ std::string Invoice::getDescriptorKeyList() {
 // | 2    | upcharges, colours, patterns  | the descriptor on it  | without any: this step                   |
 //
 // Where the store has no rate at all for a step its lines keep the sums that they had.
-void Invoice::applyLineRates(const LineRateSource& source, LineColumn sumColumn, const BookLineRate& book) {
-  const std::string ids = getLineItemIdList();
+void applyLineRates(Invoice& invoice, const LineRateSource& source, LineColumn sumColumn,
+                    const BookLineRate& book) {
+  Lines& lines = invoice.lines();
+  const std::string ids = keyList(lines.where(ofKind(kind::garment)), RatedLine::Garment);
   if (ids.empty()) return;
-  const RateTable items(queryDatabase(*apartment_, fmt::format(fmt::runtime(source.itemRates), ids)),
+  const RateTable items(queryDatabase(*invoice.apartment(), fmt::format(fmt::runtime(source.itemRates), ids)),
                         source.columns);
-  if (!items.empty()) {
-    lineItems->setFilter("itemType='IT'");
-    bookLineRates(items, RatedLine::Garment, sumColumn, book);
-  }
+  if (!items.empty())
+    bookLineRates(lines.where(ofKind(kind::garment)), items, RatedLine::Garment, sumColumn, book);
 
-  const std::string keys = getDescriptorKeyList();
+  const LineSet descriptors = lines.where(kRatedChildren);
+  const std::string keys = keyList(descriptors, RatedLine::Descriptor);
   if (keys.empty()) return;
-  const RateTable descriptors(
-      queryDatabase(*apartment_, fmt::format(fmt::runtime(source.descriptorRates), ids, keys)),
+  descriptors->moveFirst();
+  const RateTable rates(
+      queryDatabase(*invoice.apartment(), fmt::format(fmt::runtime(source.descriptorRates), ids, keys)),
       source.columns);
-  if (!descriptors.empty()) bookLineRates(descriptors, RatedLine::Descriptor, sumColumn, book);
-  lineItems->clearFilter();
+  if (!rates.empty()) bookLineRates(descriptors, rates, RatedLine::Descriptor, sumColumn, book);
 }
 
-void Invoice::bookLineRates(const RateTable& rates, RatedLine kind, LineColumn sumColumn,
-                            const BookLineRate& book) {
-  for (; !lineItems->eof(); lineItems->moveNext()) {
-    double sum = 0;
-    for (const Rate& rate : rates.of(lineRateKey(*lineItems, kind))) book(kind, rate, sum);
-    lineItems->setValue(sumColumn, sum);
-  }
-  lineItems->clearFilter();
-}
-
-void Invoice::roundGeneratedLines(std::string_view filter, std::initializer_list<LineColumn> columns) {
-  lineItems->setFilter(filter);
-  for (; !lineItems->eof(); lineItems->moveNext())
-    for (const LineColumn column : columns)
-      lineItems->setValue(column, roundMoney("total", lineItems->number(column)));
-  lineItems->clearFilter();
+void roundGeneratedLines(Lines& lines, std::string_view itemType, std::initializer_list<LineColumn> columns) {
+  lines.each(ofKind(itemType), [&](Recordset& line) {
+    for (const LineColumn column : columns) line.setValue(column, roundMoney("total", line.number(column)));
+  });
 }
 
 }  // namespace ondrel

@@ -1,12 +1,14 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
-#include "data/recordset/recordset.h"
+#include "invoice/invoice.h"
+#include "invoice/pricing/generated_line.h"
 
 namespace ondrel {
 
@@ -53,16 +55,23 @@ struct LineRateSource {
   RateColumns columns;
 };
 
+// Books one rate of the line; `sum` is what the line's column takes when all of its rates are booked.
+using BookLineRate =
+    std::function<void(RatedLine kind, const Recordset& line, const Rate& rate, double& sum)>;
+// Books the rates of the garments' items and of their upcharges, colours and patterns.
+void applyLineRates(Invoice& invoice, const LineRateSource& source, LineColumn sumColumn,
+                    const BookLineRate& book);
+
 // The lines that a pass makes, one a code and department. It keeps where each stands, so that an amount is
 // booked without a search through the invoice, on a view of its own, so that others keep their place.
 class GatheredLines {
  public:
-  explicit GatheredLines(const Recordset& invoiceLines) : lines_(invoiceLines.clone()) {}
-  Recordset& lines() { return *lines_; }
+  explicit GatheredLines(Lines& lines) : lines_(lines), line_(lines.peek("")) {}
   // Makes the line of the code and department the current one; whether there is one.
   bool find(const Variant& code, const Variant& deptId);
-  // The current line, just made, is the one of the code and department.
-  void keep(const Variant& code, const Variant& deptId);
+  Recordset& line() { return *line_; }
+  // A new line, which is the one of its lineItemId, a code, and department.
+  void add(const GeneratedLine& line);
   // Deletes the line that was found.
   void remove();
 
@@ -71,9 +80,13 @@ class GatheredLines {
     Variant code, deptId, bookmark;
   };
 
-  RecordsetRef lines_;
+  Lines& lines_;
+  LineSet line_;
   std::vector<Place> places_;
   size_t found_ = 0;
 };
+
+// Columns of the lines of a kind to cents.
+void roundGeneratedLines(Lines& lines, std::string_view itemType, std::initializer_list<LineColumn> columns);
 
 }  // namespace ondrel

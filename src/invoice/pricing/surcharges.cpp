@@ -4,15 +4,10 @@
 
 #include "data/query_database.h"
 #include "data/values.h"
-#include "invoice/invoice.h"
-#include "invoice/line_kinds.h"
-#include "invoice/pricing/generated_line.h"
 #include "invoice/pricing/rates.h"
 
 namespace ondrel {
 namespace {
-
-using enum LineColumn;
 
 constexpr RateColumns kSurchargeColumns = {"surchargeCode", "surchargePercent", "fixedAmount",
                                            "applyPerItem"};
@@ -39,8 +34,8 @@ struct Surcharged {
 
 // A negative upcharge lowers what a percentage is taken of; a positive one does not raise it.
 double surchargeBase(const Recordset& line) {
-  const double upcharges = line.isNull(upchargeTotal) ? 0 : line.number(upchargeTotal);
-  return line.number(taxableAmt) + std::min(upcharges, 0.0);
+  const double upcharges = line.isNull(col::upchargeTotal) ? 0 : line.number(col::upchargeTotal);
+  return line.number(col::taxableAmt) + std::min(upcharges, 0.0);
 }
 
 // | line       | percentage of      | fixed a piece     | fixed once |
@@ -51,7 +46,7 @@ double surchargeBase(const Recordset& line) {
 Surcharged surchargeOnGarment(const Rate& rate, const Recordset& line) {
   if (!rate.fixedAmount) return {surchargeBase(line) * (rate.percent / 100)};
   if (!rate.perItem) return {*rate.fixedAmount, true};
-  return {*rate.fixedAmount * (line.value(quantity) * line.value(pkgQuantity)).toDouble()};
+  return {*rate.fixedAmount * (line.value(col::quantity) * line.value(col::pkgQuantity)).toDouble()};
 }
 
 Surcharged surchargeOnDescriptor(const Rate& rate, const Recordset& line) {
@@ -59,9 +54,44 @@ Surcharged surchargeOnDescriptor(const Rate& rate, const Recordset& line) {
 }
 
 Surcharged surchargeOnCharge(const Rate& rate, const Recordset& line) {
-  if (!rate.fixedAmount) return {rate.percent / 100 * line.number(taxableAmt)};
+  if (!rate.fixedAmount) return {rate.percent / 100 * line.number(col::taxableAmt)};
   if (!rate.perItem) return {*rate.fixedAmount, true};
-  return {*rate.fixedAmount * line.value(quantity).toDouble()};
+  return {*rate.fixedAmount * line.value(col::quantity).toDouble()};
+}
+
+void addSurchargeLine(GatheredLines& surcharges, const Rate& surcharge, const Surcharged& charged,
+                      const Recordset& line, Date written) {
+  const Variant deptId = line.value(col::deptId);
+  if (!surcharges.find(surcharge.code, deptId)) {
+    surcharges.add({.itemType = kind::surcharge,
+                    .deptId = deptId,
+                    .deptName = line.value(col::deptName),
+                    .lineItemId = surcharge.code,
+                    .itemName = surcharge.description,
+                    .amount = charged.amount,
+                    .taxableAmount = charged.amount,
+                    .dueDate = written});
+  } else if (!charged.flat) {
+    for (const LineColumn column : {col::lineItemTotal, col::taxableAmt})
+      surcharges.line().setValue(column, surcharges.line().number(column) + charged.amount);
+  }
+}
+
+void addChargeSurcharges(const Invoice& invoice, const Recordset& charge, GatheredLines& surcharges) {
+  const RecordsetRef rows = queryDatabase(
+      *invoice.apartment(),
+      fmt::format("SELECT ds.surchargeCode as surchargeCode, sc.fixedAmount as fixedAmount, "
+                  "sc.surchargePercent as surchargePercent, sc.[name] as description, SC.applyPerItem  from "
+                  "departmentsurcharge ds, surcharge sc where ds.departmentid = '{}' and ds.surchargeCode = "
+                  "sc.surchargecode  and sc.pricelistId = '{}'",
+                  charge.value(col::deptId).joined(), invoice.priceListId));
+  Variant lastCode;
+  for (const Rate& rate : readRates(rows, kSurchargeColumns)) {
+    const Surcharged charged = surchargeOnCharge(rate, charge);
+    if (charged.amount <= 0 || (!lastCode.isEmpty() && isEqual(rate.code, lastCode))) continue;
+    addSurchargeLine(surcharges, rate, charged, charge, invoice.createdDate);
+    lastCode = rate.code;
+  }
 }
 
 }  // namespace
@@ -78,71 +108,20 @@ Surcharged surchargeOnCharge(const Rate& rate, const Recordset& line) {
 // Amounts are taken of what the discounts left of `taxableAmt`.
 void Invoice::calculateSurcharges() {
   if (excludeSurcharges) return;
-  removeSurchargeLines();
+  lines_.remove(ofKind(kind::surcharge));
   if (getTotalPriceForDisplay().toDouble() <= 0) return;
 
-  GatheredLines surcharges(*lineItems);
-  applyLineRates(kLineSurcharges, totalSurcharge, [&](RatedLine kindOfLine, const Rate& rate, double& sum) {
-    const auto [amount, flat] = kindOfLine == RatedLine::Garment ? surchargeOnGarment(rate, *lineItems)
-                                                                 : surchargeOnDescriptor(rate, *lineItems);
-    sum += amount;
-    if (sum > 0)
-      addSurchargeLine(rate, amount, flat, lineItems->value(deptId), lineItems->value(deptName), surcharges);
-  });
-  addChargeSurcharges(surcharges);
-  roundSurchargeLines();
-}
-
-void Invoice::removeSurchargeLines() {
-  deleteFilteredLines("itemType='SU'");
-}
-
-void Invoice::addChargeSurcharges(GatheredLines& surcharges) {
-  if (excludeSurcharges) return;
-  const RecordsetRef charges = lineItems->clone();
-  charges->setFilter("itemType='AC'");
-  for (; !charges->eof(); charges->moveNext()) addChargeLineSurcharges(*charges, surcharges);
-}
-
-void Invoice::addChargeLineSurcharges(const Recordset& charge, GatheredLines& surcharges) {
-  const RecordsetRef rows = queryDatabase(
-      *apartment_,
-      fmt::format("SELECT ds.surchargeCode as surchargeCode, sc.fixedAmount as fixedAmount, "
-                  "sc.surchargePercent as surchargePercent, sc.[name] as description, SC.applyPerItem  from "
-                  "departmentsurcharge ds, surcharge sc where ds.departmentid = '{}' and ds.surchargeCode = "
-                  "sc.surchargecode  and sc.pricelistId = '{}'",
-                  charge.value(deptId).joined(), priceListId));
-  Variant lastCode;
-  for (const Rate& rate : readRates(rows, kSurchargeColumns)) {
-    const auto [amount, flat] = surchargeOnCharge(rate, charge);
-    if (amount <= 0 || (!lastCode.isEmpty() && isEqual(rate.code, lastCode))) continue;
-    addSurchargeLine(rate, amount, flat, charge.value(deptId), charge.value(deptName), surcharges);
-    lastCode = rate.code;
-  }
-}
-
-void Invoice::addSurchargeLine(const Rate& surcharge, double amount, bool flat, const Variant& department,
-                               const Variant& name, GatheredLines& surcharges) {
-  Recordset& lines = surcharges.lines();
-  if (!surcharges.find(surcharge.code, department)) {
-    addGeneratedLine(lines, currentLineNumber,
-                     {.itemType = kind::surcharge,
-                      .deptId = department,
-                      .deptName = name,
-                      .lineItemId = surcharge.code,
-                      .itemName = surcharge.description,
-                      .amount = amount,
-                      .taxableAmount = amount,
-                      .dueDate = createdDate});
-    surcharges.keep(surcharge.code, department);
-  } else if (!flat) {
-    lines.setValue(lineItemTotal, lines.number(lineItemTotal) + amount);
-    lines.setValue(taxableAmt, lines.number(taxableAmt) + amount);
-  }
-}
-
-void Invoice::roundSurchargeLines() {
-  roundGeneratedLines("itemType='SU'", {lineItemTotal, taxableAmt, totalTax});
+  GatheredLines surcharges(lines_);
+  applyLineRates(*this, kLineSurcharges, col::totalSurcharge,
+                 [&](RatedLine kind, const Recordset& line, const Rate& rate, double& sum) {
+                   const Surcharged charged = kind == RatedLine::Garment ? surchargeOnGarment(rate, line)
+                                                                         : surchargeOnDescriptor(rate, line);
+                   sum += charged.amount;
+                   if (sum > 0) addSurchargeLine(surcharges, rate, charged, line, createdDate);
+                 });
+  for (auto charge = lines_.peek(ofKind(kind::charge)); charge; charge.next())
+    addChargeSurcharges(*this, *charge, surcharges);
+  roundGeneratedLines(lines_, kind::surcharge, {col::lineItemTotal, col::taxableAmt, col::totalTax});
 }
 
 }  // namespace ondrel

@@ -2,15 +2,11 @@
 
 #include "data/query_database.h"
 #include "data/values.h"
-#include "invoice/invoice.h"
-#include "invoice/line_kinds.h"
-#include "invoice/pricing/generated_line.h"
+#include "invoice/pricing/passes.h"
 #include "invoice/pricing/rates.h"
 
 namespace ondrel {
 namespace {
-
-using enum LineColumn;
 
 constexpr RateColumns kTaxColumns = {"taxCode", "taxPercent", "", ""};
 
@@ -27,7 +23,57 @@ constexpr LineRateSource kLineTaxes = {
     kTaxColumns};
 
 double taxOn(const Rate& tax, const Recordset& line) {
-  return tax.percent / 100 * line.number(taxableAmt);
+  return tax.percent / 100 * line.number(col::taxableAmt);
+}
+
+// A line that later amounts bring to 0 or below goes away; one that starts below 0 stands until then.
+void addTaxLine(GatheredLines& taxes, const Rate& tax, double amount, const Variant& deptId,
+                const Variant& deptName) {
+  if (amount == 0) return;
+  if (!taxes.find(tax.code, deptId)) {
+    taxes.add({.itemType = kind::tax,
+               .deptId = deptId,
+               .deptName = deptName,
+               .lineItemId = tax.code,
+               .itemName = tax.description,
+               .amount = amount});
+    return;
+  }
+  const double total = taxes.line().number(col::lineItemTotal) + amount;
+  taxes.line().setValue(col::lineItemTotal, total);
+  if (total <= 0) taxes.remove();
+}
+
+void addSurchargeTaxes(Invoice& invoice, GatheredLines& taxes) {
+  invoice.lines().each(ofKind(kind::surcharge), [&](const Recordset& line) {
+    const RecordsetRef rows = queryDatabase(
+        *invoice.apartment(),
+        fmt::format(
+            "select tax.taxcode, tax.taxpercent, tax.description from surcharge inner join surchargetax on "
+            "surcharge.surchargecode = surchargetax.surchargecode and surcharge.priceListID = "
+            "surchargeTax.priceListId inner join tax on surchargetax.taxcode = tax.taxcode where "
+            "surcharge.surchargecode = '{}' and surchargetax.pricelistid = '{}'",
+            line.value(col::lineItemId).joined(), invoice.priceListId));
+    for (const Rate& tax : readRates(rows, kTaxColumns))
+      addTaxLine(taxes, tax, taxOn(tax, line), line.value(col::deptId), line.value(col::deptName));
+  });
+}
+
+// Each amount is rounded; their sum.
+double addDepartmentTaxes(Invoice& invoice, GatheredLines& taxes, const Recordset& charge) {
+  const Variant deptId = charge.value(col::deptId), deptName = charge.value(col::deptName);
+  const RecordsetRef rows = queryDatabase(
+      *invoice.apartment(),
+      fmt::format(" SELECT tax.* FROM departmenttax INNER JOIN tax ON  departmenttax.taxcode = tax.taxcode  "
+                  "WHERE departmenttax.storeId = '{}' AND departmenttax.departmentID = '{}'",
+                  invoice.storeNumber, deptId.joined()));
+  double sum = 0;
+  for (const Rate& tax : readRates(rows, kTaxColumns)) {
+    const double amount = roundMoney("itemtax", taxOn(tax, charge));
+    sum += amount;
+    addTaxLine(taxes, tax, amount, deptId, deptName);
+  }
+  return sum;
 }
 
 }  // namespace
@@ -42,89 +88,23 @@ double taxOn(const Rate& tax, const Recordset& line) {
 // | 6    | TA, one a code and department | all of the above          | once, on its sum   |                 |
 //
 // Steps 2 and 3 fall away without garments. An exempt invoice ends after step 1, its sums as they were.
-void Invoice::calculateTaxes() {
-  removeTaxLines();
-  if (excludeTaxes) return;
-  GatheredLines taxes(*lineItems);
-  applyLineRates(kLineTaxes, totalTax, [&](RatedLine, const Rate& tax, double& sum) {
-    const double amount = taxOn(tax, *lineItems);
-    sum += amount;
-    addTaxLine(tax, amount, lineItems->value(deptId), lineItems->value(deptName), taxes);
+void calculateTaxes(Invoice& invoice) {
+  Lines& lines = invoice.lines();
+  lines.remove(ofKind(kind::tax));
+  if (invoice.excludeTaxes) return;
+  GatheredLines taxes(lines);
+  applyLineRates(invoice, kLineTaxes, col::totalTax,
+                 [&](RatedLine, const Recordset& line, const Rate& tax, double& sum) {
+                   const double amount = taxOn(tax, line);
+                   sum += amount;
+                   addTaxLine(taxes, tax, amount, line.value(col::deptId), line.value(col::deptName));
+                 });
+  addSurchargeTaxes(invoice, taxes);
+  lines.each(ofKind(kind::charge), [&](Recordset& charge) {
+    charge.setValue(col::totalTax, addDepartmentTaxes(invoice, taxes, charge));
   });
-  addSurchargeTaxes(taxes);
-  addChargeTaxes(taxes);
-  if (taxCodes) taxCodes->setFilter("");
-  roundTaxLines();
-}
-
-void Invoice::removeTaxLines() {
-  deleteFilteredLines("itemType='TA'");
-}
-
-void Invoice::addSurchargeTaxes(GatheredLines& taxes) {
-  lineItems->setFilter("itemType='SU'");
-  for (; !lineItems->eof(); lineItems->moveNext()) {
-    const RecordsetRef rows = queryDatabase(
-        *apartment_,
-        fmt::format(
-            "select tax.taxcode, tax.taxpercent, tax.description from surcharge inner join surchargetax on "
-            "surcharge.surchargecode = surchargetax.surchargecode and surcharge.priceListID = "
-            "surchargeTax.priceListId inner join tax on surchargetax.taxcode = tax.taxcode where "
-            "surcharge.surchargecode = '{}' and surchargetax.pricelistid = '{}'",
-            lineItems->value(lineItemId).joined(), priceListId));
-    for (const Rate& tax : readRates(rows, kTaxColumns))
-      addTaxLine(tax, taxOn(tax, *lineItems), lineItems->value(deptId), lineItems->value(deptName), taxes);
-  }
-  lineItems->clearFilter();
-}
-
-void Invoice::addChargeTaxes(GatheredLines& taxes) {
-  lineItems->setFilter("itemType='AC'");
-  for (; !lineItems->eof(); lineItems->moveNext())
-    lineItems->setValue(totalTax,
-                        addDepartmentTaxes(taxes, lineItems->value(deptId), lineItems->value(deptName),
-                                           lineItems->number(taxableAmt)));
-  lineItems->clearFilter();
-}
-
-double Invoice::addDepartmentTaxes(GatheredLines& taxes, const Variant& department, const Variant& name,
-                                   double taxableAmount) {
-  const RecordsetRef rows = queryDatabase(
-      *apartment_, fmt::format(" SELECT tax.* FROM departmenttax INNER JOIN tax ON  departmenttax.taxcode = "
-                               "tax.taxcode  WHERE departmenttax.storeId = '{}' AND "
-                               "departmenttax.departmentID = '{}'",
-                               storeNumber, department.joined()));
-  double sum = 0;
-  for (const Rate& tax : readRates(rows, kTaxColumns)) {
-    const double amount = roundMoney("itemtax", tax.percent / 100 * taxableAmount);
-    sum += amount;
-    addTaxLine(tax, amount, department, name, taxes);
-  }
-  return sum;
-}
-
-// A line that later amounts bring to 0 or below goes away; one that starts below 0 stands until then.
-void Invoice::addTaxLine(const Rate& tax, double amount, const Variant& department, const Variant& name,
-                         GatheredLines& taxes) {
-  if (amount == 0) return;
-  if (!taxes.find(tax.code, department)) {
-    addGeneratedLine(taxes.lines(), currentLineNumber,
-                     {.itemType = kind::tax,
-                      .deptId = department,
-                      .deptName = name,
-                      .lineItemId = tax.code,
-                      .itemName = tax.description,
-                      .amount = amount});
-    taxes.keep(tax.code, department);
-    return;
-  }
-  const double total = taxes.lines().number(lineItemTotal) + amount;
-  taxes.lines().setValue(lineItemTotal, total);
-  if (total <= 0) taxes.remove();
-}
-
-void Invoice::roundTaxLines() {
-  roundGeneratedLines("itemType='TA'", {lineItemTotal, totalTax});
+  if (invoice.taxCodes) invoice.taxCodes->setFilter("");
+  roundGeneratedLines(lines, kind::tax, {col::lineItemTotal, col::totalTax});
 }
 
 }  // namespace ondrel

@@ -4,38 +4,43 @@
 namespace ondrel {
 namespace {
 
-using enum LineColumn;
+// The lines that a total adds and those that it takes off.
+struct TotalFilters {
+  std::string added, takenOff;
 
-constexpr std::string_view kGoods =
-    "itemType='IT' OR itemType='UP' OR itemType='CO' OR itemType='PA' OR itemType='AC'";
-constexpr std::string_view kGoodsTaxSurcharge =
-    "itemType='IT' OR itemType='UP' OR itemType='CO' OR itemType='PA' OR itemType='AC' OR itemType='TA' OR "
-    "itemType='SU'";
-constexpr std::string_view kDiscountsToPay =
-    "itemType='CU' OR itemType='PR' OR itemType='VI' OR itemType='RE'";
-constexpr std::string_view kDiscountsShown = "itemType='CU' OR itemType='LY'";
-constexpr std::string_view kDiscountsWorkedOut = "itemType='PR' OR itemType='VI' OR itemType='RE'";
+  explicit TotalFilters(int Signs::*total)
+      : added(filterOf([=](const LineKind& kind) { return kind.signs.*total > 0; })),
+        takenOff(filterOf([=](const LineKind& kind) { return kind.signs.*total < 0; })) {}
+};
 
-double amountOf(const Recordset& line) {
-  return line.number(lineItemTotal);
+const TotalFilters kSubtotal(&Signs::subtotal), kShown(&Signs::shown), kBeforeTax(&Signs::beforeTax),
+    kToPay(&Signs::toPay), kDiscount(&Signs::discount);
+
+double exactAmountOf(const Recordset& line) {
+  return line.number(col::lineItemTotal);
 }
 
 double centsOf(const Recordset& line) {
-  return ondrel::round2(line.number(lineItemTotal), 2);
+  return round2(line.number(col::lineItemTotal), 2);
 }
 
 double roundedNotBelowZero(double amount) {
-  return amount < 0 ? 0 : ondrel::round2(amount, 2);
+  return amount < 0 ? 0 : round2(amount, 2);
+}
+
+double difference(Lines& lines, const TotalFilters& total, double (*amountOf)(const Recordset&)) {
+  const double added = lines.sum(total.added, amountOf);
+  return roundedNotBelowZero(added - lines.sum(total.takenOff, amountOf));
 }
 
 }  // namespace
 
-Variant Invoice::liColTotal(const Variant& col, const Variant& filter) {
-  const Column column = lineItems->column(col.toText());
+Variant Invoice::liColTotal(const Variant& column, const Variant& filter) {
+  const Column summed = lineItems->column(column.toText());
   Variant total = 0;
-  lineItems->setFilter(filter);
+  lineItems->setFilter(filter);  // as the page gives it
   for (; !lineItems->eof(); lineItems->moveNext())
-    if (!lineItems->isNull(column)) total = total + lineItems->value(column);
+    if (!lineItems->isNull(summed)) total = total + lineItems->value(summed);
   lineItems->clearFilter();
   return total;
 }
@@ -52,23 +57,23 @@ Variant Invoice::liColTotal(const Variant& col, const Variant& filter) {
 // falls below 0.
 
 double Invoice::getInvoiceAmountToPay() {
-  return roundedNotBelowZero(sumLines(kGoodsTaxSurcharge, centsOf) - sumLines(kDiscountsToPay, centsOf));
+  return difference(lines_, kToPay, centsOf);
 }
 
 double Invoice::getInvoiceAmountToPayBeforeTaxSurcharge() {
-  return roundedNotBelowZero(sumLines(kGoods, centsOf) - sumLines(kDiscountsToPay, centsOf));
+  return difference(lines_, kBeforeTax, centsOf);
 }
 
 Variant Invoice::getTotalPriceForDisplay() {
-  return roundedNotBelowZero(sumLines(kGoods, amountOf) - sumLines(kDiscountsShown, amountOf));
+  return difference(lines_, kShown, exactAmountOf);
 }
 
 Variant Invoice::getInvoiceSubTotal() {
-  return ondrel::round2(sumLines(kGoods, amountOf), 2);
+  return ondrel::round2(lines_.sum(kSubtotal.added, exactAmountOf), 2);
 }
 
 Variant Invoice::getTotalDiscount() {
-  return sumLines(kDiscountsWorkedOut, amountOf);
+  return lines_.sum(kDiscount.added, exactAmountOf);
 }
 
 Variant Invoice::getAmountPaid() {

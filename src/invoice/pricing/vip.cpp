@@ -2,17 +2,54 @@
 
 #include "data/query_database.h"
 #include "data/values.h"
-#include "invoice/invoice.h"
-#include "invoice/line_kinds.h"
 #include "invoice/pricing/generated_line.h"
+#include "invoice/pricing/passes.h"
+#include "invoice/pricing/price_list_settings.h"
+#include "invoice/pricing/qualifying_totals.h"
+#include "invoice/pricing/taxable_amounts.h"
 
 namespace ondrel {
 namespace {
 
-using enum LineColumn;
+double vipDiscountableAmount(Lines& lines) {
+  return lines.sum(ofKind(kind::garment), [](const Recordset& garment) {
+    return garment.flag(col::VIPDiscountable) ? linePriceOf(garment) : 0;
+  });
+}
 
-bool isTrue(const Variant& value) {
-  return !value.isNull() && value.toBoolean();
+// Into the VIP line of the garment's department, or onto a new one.
+void addToVipLine(Lines& lines, const Recordset& garment, double amount) {
+  const Variant deptId = garment.value(col::deptId);
+  {
+    const LineSet line = lines.where(fmt::format("{} AND deptId={}", ofKind(kind::vip), sqlNumber(deptId)));
+    if (line) {
+      line->setValue(col::lineItemTotal, line->number(col::lineItemTotal) + amount);
+      return;
+    }
+  }
+  addGeneratedLine(lines, {.itemType = kind::vip,
+                           .deptId = deptId,
+                           .deptName = garment.value(col::deptName),
+                           .lineItemId = Variant::null(),
+                           .itemName = "VIP",
+                           .amount = amount});
+}
+
+// `discountOf(price)` is what a garment of that price gets. Whether there was one.
+template <class DiscountOf>
+bool spreadVipDiscount(Lines& lines, DiscountOf discountOf) {
+  bool earned = false;
+  lines.each(ofKind(kind::garment), [&](Recordset& garment) {
+    if (!garment.flag(col::VIPDiscountable)) return;
+    earned = true;
+    const double price = linePriceOf(garment);
+    const double amount = round2(discountOf(price), 2);
+    const double own = price > 0 ? round2(amount * garment.number(col::lineItemTotal) / price, 2) : 0;
+    reduceTaxable(garment, own);
+    reduceChildTaxable(lines, garment.integer(col::lineNumber), amount, price);
+    addToVipLine(lines, garment, amount);
+  });
+  return earned;
 }
 
 }  // namespace
@@ -20,7 +57,7 @@ bool isTrue(const Variant& value) {
 // Marked as VIP, and has spent more than the price list asks for on finished tickets of the last months. The
 // expiry date is for display: it does not count here.
 Variant Invoice::isVIPQualified() {
-  loadPriceListSettings();
+  loadPriceListSettings(*this);
   const RecordsetRef customer = queryDatabase(
       *apartment_,
       fmt::format("select isnull(vipEligible, 0) as vipEligible, isnull(vipExpiryDate, getdate()) as "
@@ -33,13 +70,13 @@ Variant Invoice::isVIPQualified() {
   const RecordsetRef spent = queryDatabase(
       *apartment_, fmt::format("select sum(invoiceTotal) as total from Ticket where ticketStatus='FI'  and "
                                "customerSequenceNumber = {} and datediff(mm, createdDate, getdate()) < {}",
-                               custSeqNumber, sqlNumber(priceListSetting("VIPValidNbrOfMonths"))));
+                               custSeqNumber, sqlNumber(priceListSetting(*this, "VIPValidNbrOfMonths"))));
   const bool any = !spent->eof() && !spent->isNull("total");
-  return isGreater(any ? spent->value("total") : Variant(0), priceListSetting("VIPMinQualAmount"));
+  return isGreater(any ? spent->value("total") : Variant(0), priceListSetting(*this, "VIPMinQualAmount"));
 }
 
 Variant Invoice::isVipValidWithOtherOffer() {
-  return isTrue(priceListSetting("VIPValidWithOtherOffers"));
+  return isOn(priceListSetting(*this, "VIPValidWithOtherOffers"));
 }
 
 // | form     | set when                       | discount of a line                                          |
@@ -50,66 +87,24 @@ Variant Invoice::isVipValidWithOtherOffer() {
 //
 // Acts on garments open to the VIP discount, after removing the VI lines. Each amount is rounded, lowers the
 // taxable amounts of the garment and its children in proportion, and joins the VI line of the department.
-bool Invoice::applyVipDiscount() {
-  deleteFilteredLines("itemType='VI'");
-  if (!isVIPQualified().toBoolean()) return false;
+bool applyVipDiscount(Invoice& invoice) {
+  Lines& lines = invoice.lines();
+  lines.remove(ofKind(kind::vip));
+  if (!invoice.isVIPQualified().toBoolean()) return false;
 
-  const Variant straight = priceListSetting("VIPStraight");
+  const Variant straight = priceListSetting(invoice, "VIPStraight");
   if (straight.isNull()) return false;
   if (straight.toBoolean()) {
-    const Variant percent = priceListSetting("VIPStraightPercent");
+    const Variant percent = priceListSetting(invoice, "VIPStraightPercent");
     if (percent.isNull()) return false;
-    return spreadVipDiscount([rate = percent.toDouble() / 100](double price) { return rate * price; });
+    return spreadVipDiscount(lines, [rate = percent.toDouble() / 100](double price) { return rate * price; });
   }
-  const Variant amount = priceListSetting("VIPSmartAmount");
-  const Variant step = priceListSetting("VIPSmartForEveryAmount");
+  const Variant amount = priceListSetting(invoice, "VIPSmartAmount");
+  const Variant step = priceListSetting(invoice, "VIPSmartForEveryAmount");
   if (amount.isNull() || step.isNull() || step.toDouble() == 0) return false;
-  const double total = getVipDiscountableTotals().total;
+  const double total = vipDiscountableAmount(lines);
   const double discount = amount.toDouble() * wholeAmount(total / step.toDouble());
-  return spreadVipDiscount([=](double price) { return total == 0 ? 0 : price / total * discount; });
-}
-
-bool Invoice::spreadVipDiscount(const std::function<double(double)>& discountOf) {
-  bool earned = false;
-  const RecordsetRef garments = lineItems->clone();
-  garments->setFilter("itemType='IT'");
-  garments->setSort(lineItems->sort());
-  for (; !garments->eof(); garments->moveNext()) {
-    if (!garments->flag(VIPDiscountable)) continue;
-    earned = true;
-    const double price = linePriceOf(*garments);
-    const double amount = ondrel::round2(discountOf(price), 2);
-    const double own = price > 0 ? ondrel::round2(amount * garments->number(lineItemTotal) / price, 2) : 0;
-    garments->setValue(taxableAmt, ondrel::round2(garments->number(taxableAmt) - own, 2));
-    reduceChildTaxable(garments->integer(lineNumber), amount, price, *lineItems);
-    addVipLine(*lineItems, garments->value(deptId), garments->value(deptName), amount);
-  }
-  return earned;
-}
-
-Invoice::Totals Invoice::getVipDiscountableTotals() {
-  Totals totals;
-  totals.total = sumLines("itemType='IT'", [&](const Recordset& line) {
-    if (!line.flag(VIPDiscountable)) return 0.0;
-    totals.count += line.isNull(quantity) ? 0 : line.number(quantity);
-    return linePriceOf(line);
-  });
-  return totals;
-}
-
-void Invoice::addVipLine(Recordset& lines, const Variant& department, const Variant& name, double amount) {
-  lines.setFilter(fmt::format("itemType='VI' AND deptId={}", sqlNumber(department)));
-  const bool found = !lines.eof();
-  if (found) lines.setValue(lineItemTotal, lines.number(lineItemTotal) + amount);
-  lines.clearFilter();
-  if (found) return;
-  addGeneratedLine(lines, currentLineNumber,
-                   {.itemType = kind::vip,
-                    .deptId = department,
-                    .deptName = name,
-                    .lineItemId = Variant::null(),
-                    .itemName = "VIP",
-                    .amount = amount});
+  return spreadVipDiscount(lines, [=](double price) { return total == 0 ? 0 : price / total * discount; });
 }
 
 }  // namespace ondrel

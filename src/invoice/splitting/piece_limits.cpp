@@ -82,7 +82,7 @@ Variant Invoice::isOverMaxDepartmentItems() {
 Variant Invoice::getDepartmentMaxPieces(Variant& departmentID) {
   const Variant limit = departmentValue(*apartment_, departmentID, "maxItemsInReceipt");
   if (limit.isEmpty() || limit.toLong() >= kNoPieceLimit) return -1;
-  return ticketLotId_ > 0 && limit.toLong() > ticketTagCount_ ? Variant(ticketTagCount_) : limit;
+  return state_.lotId > 0 && limit.toLong() > state_.tagCount ? Variant(state_.tagCount) : limit;
 }
 
 Variant Invoice::isManualMaxPiecesEnabled(Variant& departmentID) {

@@ -226,7 +226,7 @@ std::shared_ptr<Invoice> Invoice::buildSplitInvoice(Recordset& source, Recordset
   if (remaining > 0.005) portion = passedOver ? std::clamp(moved / remaining, 0.0, 1.0) : 1.0;
   child->takeShareOf(others, portion);
   child->calculateSurcharges();
-  Variant prepays = prepayEnabled_;
+  Variant prepays = state_.prepayEnabled;
   child->applyPrepay(prepays);
   return child;
 }

@@ -31,7 +31,7 @@ void Invoice::getExistingDetails(const Variant& ticketNumber) {
   if (!header->eof()) {
     takeHeader(*header);
     if (header->isNull("routeNumber")) routeNumber = -1;
-    ticketTagCount_ = countTicketTags(ticketNo);
+    state_.tagCount = countTicketTags(ticketNo);
     loadPreferencesOfTicket();
   }
   startLines();
@@ -73,8 +73,6 @@ void Invoice::takeHeader(const Recordset& header) {
       {"priceListId",                &Invoice::priceListId},
       {"createdDate",                &Invoice::createdDate},
       {"routeNumber",                &Invoice::routeNumber},
-      {"lotid",                      &Invoice::ticketLotId_},
-      {"prepayEnabled",              &Invoice::prepayEnabled_},
       {"lastModifiedDate",           &Invoice::lastModifiedDate},
       {"multiplePickupCustomerName", &Invoice::multiPickUpCustName},
       {"multiplePickupLocation",     &Invoice::multiPickUpLoc},
@@ -83,8 +81,13 @@ void Invoice::takeHeader(const Recordset& header) {
       {"pickupTime",                 &Invoice::ticketReadyTime},
       {"netTotal",                   &Invoice::netTotal},
   };
+  static constexpr HeaderField<InvoiceState> kStateFields[] = {
+      {"lotid",         &InvoiceState::lotId},
+      {"prepayEnabled", &InvoiceState::prepayEnabled},
+  };
   // clang-format on
   takeHeaderFields<Invoice>(*this, header, kFields);
+  takeHeaderFields<InvoiceState>(state_, header, kStateFields);
 }
 
 void Invoice::loadPreferencesOfTicket() {
@@ -95,7 +98,7 @@ void Invoice::loadPreferencesOfTicket() {
 void Invoice::startLines() {
   isAdd = false;
   isEdittable = true;
-  invoiceDepartments_ = {0};
+  state_.departments = {0};
 }
 
 std::int32_t Invoice::countTicketTags(const Variant& ticketNumber) {
@@ -106,8 +109,8 @@ std::int32_t Invoice::countTicketTags(const Variant& ticketNumber) {
 }
 
 bool Invoice::isDepartmentLoaded(std::int32_t department) const {
-  return std::find(invoiceDepartments_.begin(), invoiceDepartments_.end(), department) !=
-         invoiceDepartments_.end();
+  return std::find(state_.departments.begin(), state_.departments.end(), department) !=
+         state_.departments.end();
 }
 
 // ---------------------------------------------------------------- one line

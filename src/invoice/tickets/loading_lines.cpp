@@ -211,8 +211,8 @@ void Invoice::loadDepartmentLine(const StoredLines& lines, const LoadStep& step)
   if (lineItems->isNull(deptId)) return;
   const std::int32_t department = lineItems->integer(deptId);
   if (isDepartmentLoaded(department)) return;
-  invoiceDepartments_.back() = department;
-  invoiceDepartments_.push_back(0);
+  state_.departments.back() = department;
+  state_.departments.push_back(0);
 }
 
 // The shares of one offer, tax or surcharge become one line again.

@@ -4,6 +4,8 @@
 
 #include "data/query_database.h"
 #include "invoice/invoice.h"
+#include "invoice/pricing/offers.h"
+#include "invoice/pricing/referral.h"
 
 namespace ondrel {
 namespace {
@@ -48,8 +50,8 @@ void Invoice::saveInvoice(const Variant& userAction, const Variant& employeeid, 
                           const Variant&) {
   // A ticket put on hold was not finished, so its coupons are spread here.
   if (onHold.joined() == "1") {
-    applyCoupons(false);
-    applyLoyalty(false);
+    applyOffers(*this, kCouponOffer, false);
+    applyOffers(*this, kLoyaltyOffer, false);
   }
   const std::string action = userAction.joined();
   const SaveRequest request{employeeid.toLong(), terminal.toLong(), onHold, empName.joined(),
@@ -57,7 +59,7 @@ void Invoice::saveInvoice(const Variant& userAction, const Variant& employeeid, 
   const SavePath path = pathOf(action, splitTheInvoice, isInvoiceEmpty().toBoolean());
 
   if (path.self == Write::insert) {
-    applyReferralCredit();
+    applyReferralCredit(*this);
     insertTicket(request);
   } else if (path.self == Write::update) {
     updateTicket(request);

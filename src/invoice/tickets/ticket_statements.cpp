@@ -124,7 +124,8 @@ std::string Invoice::insertTicketText(const SaveRequest& request) {
   const std::string ready = readyTimeOn(*apartment_, InvDueDate);
   return fmt::format("InsertTicket {}, {},'{}','AC',{},{},{},'{}',{},{:d},{},{}, {:d}", storeNumber,
                      invoiceText, ticketType, priceListId, routeText(), request.employee, InvDueDate.text(),
-                     amounts, firstVisit, sums, ready.empty() ? "NULL" : "'" + ready + "'", prepayEnabled_);
+                     amounts, firstVisit, sums, ready.empty() ? "NULL" : "'" + ready + "'",
+                     state_.prepayEnabled);
 }
 
 // ---------------------------------------------------------------- over an existing ticket
@@ -161,7 +162,7 @@ std::string Invoice::updateTicketText(const SaveRequest& request) {
   return fmt::format("UpdateTicket {},'{}',{},'{}',{},{},'{}',{}, {:d}", ticketNo,
                      escapeSqlValue(routeText()), request.employee, InvDueDate.text(), amounts, sums,
                      escapeSqlValue(invoiceType), ready.empty() ? "NULL" : "'" + escapeSqlValue(ready) + "'",
-                     prepayEnabled_);
+                     state_.prepayEnabled);
 }
 
 void Invoice::extendInvDueDateFromLines() {
