@@ -9,7 +9,10 @@
 -- what the lines of an invoice can hold.
 --
 -- What the library does not ask of a store's server carries the note "own": tables and columns that serve
--- the procedures of the embedded engine, keys, and what makes the sample store readable.
+-- the procedures of the embedded engine, keys, a shop's day at the counter, and what makes the sample store readable.
+--
+-- The schema only grows: the number of its tables, columns and indices is its version, and `ondrel db upgrade` adds to
+-- an older database what it lacks. Nothing is renamed or taken away.
 
 
 -- ---------------------------------------------------------------------------------------------------
@@ -77,12 +80,14 @@ create table terminal (
   creditCardRequestFilename varchar(255)
 );
 
--- A person who works at the counter.
+-- A person who works at the counter. rights are words of price, redo, void, refund, close and setup.
 create table employee (
   employeeid int not null primary key,
   employeename varchar(64),
   storeId int,  -- own
-  active bit not null default 1  -- own
+  active bit not null default 1,  -- own
+  rights varchar(64) not null default '',  -- own
+  pinHash varchar(255)  -- own
 );
 
 -- A delivery route and the weekdays on which it is driven.
@@ -406,7 +411,7 @@ create index loyaltyCustomerOffersByCustomer on loyaltyCustomerOffers (customerS
 -- Customers
 -- ---------------------------------------------------------------------------------------------------
 
--- A customer.
+-- A customer. notifyBy is text, email or empty; mergedInto is another customer who has taken over what was this one's.
 create table Customer (
   customerSequenceNumber int not null primary key,
   customerID varchar(20),
@@ -446,7 +451,11 @@ create table Customer (
   creditCardNumber varchar(50),
   creditCardExpDate varchar(10),
   creditCardInXc bit not null default 0,
-  createdDate datetime
+  createdDate datetime,
+  notes varchar(255),  -- own
+  notifyBy varchar(10) not null default '',  -- own
+  mergedInto int,  -- own
+  changeCount int not null default 0  -- own
 );
 create index CustomerByName on Customer (lastName, firstName);
 create index CustomerByPhone on Customer (MainPhone);
@@ -835,6 +844,121 @@ create table creditcardtypedomain (
   creditCardTypeID int not null
 );
 create index creditcardtypedomainByName on creditcardtypedomain (storeid, name);
+
+
+-- ---------------------------------------------------------------------------------------------------
+-- A shop's day
+-- ---------------------------------------------------------------------------------------------------
+
+-- The version of the tables, one row.
+create table SchemaVersion (  -- own
+  version int not null,
+  changedDate datetime
+);
+
+-- What was done at the counter to a ticket (ticketNumber), a customer or the shop's own data, by whom. kind is
+-- rack, off, out, void, refund, copy, credit, customer, merge, setup, told.
+create table ShopLog (  -- own
+  shopLogId int identity primary key,
+  logDate datetime,
+  storeId int,
+  terminalId int,
+  employeeId int,
+  employeeName varchar(64),
+  kind varchar(20),
+  ticketNumber int,
+  customerSequenceNumber int,
+  amount money,
+  detail varchar(255)
+);
+create index ShopLogByTicket on ShopLog (ticketNumber);
+create index ShopLogByCustomer on ShopLog (customerSequenceNumber);
+
+-- A place of the rack or a slot of the conveyor that a shop has.
+create table RackPlace (  -- own
+  storeId int not null,
+  place varchar(20) not null,
+  isSlot bit not null default 0,
+  unique (storeId, place)
+);
+
+-- A message to a customer about a ticket; reason is ready, late or statement. Each is queued once.
+create table CustomerMessage (  -- own
+  messageId int identity primary key,
+  storeId int,
+  customerSequenceNumber int,
+  ticketNumber int not null default 0,
+  reason varchar(20) not null default '',
+  channel varchar(10),
+  address varchar(128),
+  body varchar(255),
+  queuedDate datetime,
+  takenDate datetime,
+  sentDate datetime,
+  problem varchar(255),
+  unique (ticketNumber, reason, channel)
+);
+create index CustomerMessageBySent on CustomerMessage (storeId, sentDate);
+
+-- The drawer of a terminal from its float to its count. What was paid there lies between two payments' numbers.
+create table DrawerPeriod (  -- own
+  drawerPeriodId int not null primary key,
+  storeId int,
+  terminalId int,
+  openedDate datetime,
+  openedBy int,
+  floatAmount money not null default 0,
+  firstPaymentId int not null default 0,
+  lastPaymentId int,
+  closedDate datetime,
+  closedBy int,
+  countedAmount money,
+  expectedAmount money,
+  zNumber int,
+  unique (storeId, zNumber)
+);
+create index DrawerPeriodByTerminal on DrawerPeriod (terminalId, closedDate);
+
+-- Cash that went into a drawer or out of it without a sale. entryType is I in, O out.
+create table DrawerEntry (  -- own
+  drawerEntryId int identity primary key,
+  drawerPeriodId int,
+  entryType varchar(1),
+  amount money not null default 0,
+  reason varchar(128),
+  entryDate datetime,
+  employeeId int
+);
+create index DrawerEntryByPeriod on DrawerEntry (drawerPeriodId);
+
+-- What a closed drawer's report says, line by line. Nothing changes a row once it is there.
+create table DrawerReport (  -- own
+  drawerPeriodId int not null,
+  position int not null,
+  section varchar(20),
+  name varchar(64),
+  pieces int,
+  amount money,
+  primary key (drawerPeriodId, position)
+);
+
+-- Money given back on a ticket. Payment has the same amount below nothing.
+create table Refund (  -- own
+  refundId int identity primary key,
+  ticketNumber int,
+  customerSequenceNumber int,
+  storeId int,
+  terminalId int,
+  employeeId int,
+  refundDate datetime,
+  amount money not null default 0,
+  taxAmount money not null default 0,
+  paymentType varchar(20),
+  reason varchar(128),
+  isVoid bit not null default 0
+);
+create index RefundByTicket on Refund (ticketNumber);
+create index RefundByDate on Refund (refundDate);
 
 
 -- ---------------------------------------------------------------------------------------------------

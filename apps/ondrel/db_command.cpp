@@ -7,6 +7,7 @@
 #include "commands.h"
 #include "data/embedded/embedded_connection.h"
 #include "data/embedded/embedded_store.h"
+#include "store_files_command.h"
 
 namespace ondrel {
 namespace {
@@ -61,6 +62,7 @@ constexpr Action kActions[] = {
 void addDatabaseCommand(CLI::App& app, int& exitCode) {
   CLI::App* database = app.add_subcommand("db", "Create, fill or check the database of a store");
   database->require_subcommand(1);
+  addStoreFileCommands(*database);
   const auto connectionString = std::make_shared<std::string>();
   for (const Action& action : kActions) {
     CLI::App* command = database->add_subcommand(action.name, action.description);

@@ -86,6 +86,15 @@ void blockSignals(sigset_t& signals) {
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
 
+// The pages write to tables that an older database lacks.
+void refuseOlder(const std::string& connectionString) {
+  const auto path = connectionStringValue(connectionString, "Database");
+  if (!isEmbeddedConnectionString(connectionString) || !path) return;
+  if (!missingFromDatabase(*path).empty())
+    throw Error(ErrorNumber::ConnectionFailed, "ondrel",
+                "An earlier version made this database; \"ondrel db upgrade\" brings it up to date");
+}
+
 int serve(ServeArguments& arguments) {
   sigset_t signals;
   blockSignals(signals);
@@ -95,6 +104,7 @@ int serve(ServeArguments& arguments) {
     store.emplace(StoreContents::Sample);
     host.connectionString = store->connectionString();
   }
+  refuseOlder(host.connectionString);
   if (host.journals.empty() && !arguments.withoutJournal)
     host.journals = usualJournals(host.connectionString);
   if (const auto folder = host.settings.find("cardFolder"); folder != host.settings.end())

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "data/dialect/server_errors.h"
+#include "data/embedded/database_upgrade.h"
 #include "data/embedded/embedded_store.h"
 #include "data/embedded/schema_reader.h"
 
@@ -37,6 +38,21 @@ void readTexts(sqlite3* handle, const std::string& path, const char* sql, Take t
   const std::string reason = sqlite3_errmsg(handle);
   sqlite3_finalize(statement);
   if (code != SQLITE_DONE) failOpen(path, reason);
+}
+
+// What a newer program wrote may mean what this one does not know.
+void refuseNewer(sqlite3* handle, const std::string& path) {
+  bool hasVersion = false;
+  int version = 0;
+  readTexts(handle, path,
+            "select name from sqlite_master where type = 'table' and lower(name) = 'schemaversion'",
+            [&](std::string_view) { hasVersion = true; });
+  if (hasVersion)
+    readTexts(handle, path, "select ifnull(max(version), 0) from SchemaVersion",
+              [&](std::string_view text) { version = std::stoi(std::string(text)); });
+  if (version > schemaVersion())
+    failOpen(path, fmt::format("a newer program made it (version {}, this one knows {})", version,
+                               schemaVersion()));
 }
 
 // A file on disk is known by its place on the disk, so that one which was deleted and made again under the
@@ -111,6 +127,7 @@ std::shared_ptr<const Schema> readSchema(sqlite3* handle, const std::string& pat
   std::string mark;
   readTexts(handle, path, "pragma application_id", [&](std::string_view text) { mark = text; });
   if (mark != std::to_string(kApplicationId)) failOpen(path, "it is not a database of this program");
+  refuseNewer(handle, path);
   auto schema = std::make_shared<Schema>();
   readTexts(handle, path, "select text from ondrel_schema order by position", [&](std::string_view text) {
     SchemaStatement statement = readSchemaStatement(text);

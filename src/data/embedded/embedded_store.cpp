@@ -12,6 +12,7 @@
 #include "data/dialect/store_texts.h"
 #include "data/embedded/database.h"
 #include "data/embedded/database_files.h"
+#include "data/embedded/database_upgrade.h"
 #include "data/embedded/embedded_connection.h"
 #include "data/embedded/memory_files.h"
 #include "data/embedded/schema_reader.h"
@@ -212,6 +213,8 @@ void runScript(Connection& connection, std::string_view script) {
 void createSchema(Connection& connection) {
   connection.begin();
   runScript(connection, schemaText());
+  connection.execute(fmt::format("insert into SchemaVersion (version, changedDate) values ({}, getdate())",
+                                 schemaVersion()));
   connection.commit();
 }
 

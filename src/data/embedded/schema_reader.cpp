@@ -92,7 +92,12 @@ class SchemaReader {
     do {
       if (is(")")) break;  // a comma behind the last column
       if (!parts.empty()) parts += ", ";
-      parts += tablePart(result.table);
+      const size_t known = result.table.columns.size();
+      const size_t start = token_.position;
+      const std::string part = tablePart(result.table);
+      if (result.table.columns.size() > known)
+        result.columns.push_back({std::string(statement_.substr(start, token_.position - start)), part});
+      parts += part;
     } while (take(","));
     expect(")");
     result.sql = fmt::format("create table \"{}\" ({})", result.table.name, parts);
@@ -231,6 +236,7 @@ class SchemaReader {
     take("nonclustered");
     expect("index");
     const std::string_view index = name();
+    result.indexName = index;
     expect("on");
     result.kind = SchemaStatement::Kind::Index;
     result.tableName = name();

@@ -15,8 +15,15 @@ struct SchemaStatement {
   Kind kind = Kind::Table;
   std::string text;       // as it stood
   std::string tableName;  // of the table that it makes, indexes or drops
+  std::string indexName;
   TableDefinition table;  // what a create table declares
-  std::string sql;        // for the table engine
+  // Each column of the table as it stood, and as the table engine takes it.
+  struct Column {
+    std::string text;
+    std::string sql;
+  };
+  std::vector<Column> columns;
+  std::string sql;  // for the table engine
 };
 
 // Reads one statement:

@@ -384,6 +384,20 @@ void Session::define(std::string_view statement) {
   definedInTransaction_ = inTransaction();
 }
 
+void Session::redefine(std::string_view table, std::string_view statement) {
+  SchemaStatement change = readSchemaStatement(statement);
+  forgetStatements();
+  sqlite3_stmt* record =
+      context_.prepared("update ondrel_schema set text = ?2 where name = ?1 and text like 'create%table%'");
+  bindText(record, 1, table);
+  bindText(record, 2, statement);
+  const int code = sqlite3_step(record);
+  sqlite3_reset(record);
+  if (code != SQLITE_DONE) fail(code);
+  database_.addTable(std::move(change.table));
+  definedInTransaction_ = inTransaction();
+}
+
 void Session::rollback() {
   if (!inTransaction()) return;
   sqlite3_exec(handle_, "rollback", nullptr, nullptr, nullptr);

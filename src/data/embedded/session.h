@@ -50,6 +50,8 @@ class Session {
   RecordsetRef run(std::string_view sql, bool fetch);
   // Runs a create or drop statement and enters it in the schema.
   void define(std::string_view statement);
+  // Puts another declaration in place of a table's; what it says is done to the table already.
+  void redefine(std::string_view table, std::string_view statement);
   // Runs a statement of the table engine itself, which is kept prepared. `sql` is a text of the program.
   void runKept(std::string_view sql);
   // Runs statements of the table engine itself.
