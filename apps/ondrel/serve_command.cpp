@@ -11,6 +11,7 @@
 #include "base/error.h"
 #include "cards/exchange_files.h"
 #include "commands.h"
+#include "data/embedded/database_upgrade.h"
 #include "data/embedded/embedded_connection.h"
 #include "data/embedded/embedded_store.h"
 #include "host/clerks.h"

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include "data/embedded/database_files.h"
 #include "data/embedded/embedded_connection.h"
 #include "data/embedded/embedded_store.h"
 #include "data/embedded/setup_transfer.h"
@@ -31,15 +32,17 @@ class DatabaseUpgradeTest : public ::testing::Test {
                                                        static_cast<const char*>(y), std::min(a, b) + 1);
                              });
     char* reason = nullptr;
-    EXPECT_EQ(sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, &reason), SQLITE_OK) << (reason ? reason : "");
+    EXPECT_EQ(sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, &reason), SQLITE_OK)
+        << (reason ? reason : "");
     sqlite3_close(handle);
   }
   // The file as the program before its first version left it: fewer tables, columns and indices.
   void makeOld() {
-    plain("drop table SchemaVersion; drop table ShopLog; drop index TicketByInvoice;"
-          "delete from ondrel_schema where name in ('SchemaVersion', 'ShopLog');"
-          "alter table Customer drop column notes;"
-          "update ondrel_schema set text = replace(text, 'notes varchar(255),  -- own', '') where name = 'Customer'");
+    plain(
+        "drop table SchemaVersion; drop table ShopLog; drop index TicketByInvoice;"
+        "delete from ondrel_schema where name in ('SchemaVersion', 'ShopLog');"
+        "alter table Customer drop column notes;"
+        "update ondrel_schema set text = replace(text, 'notes varchar(255),  -- own', '') where name = 'Customer'");
   }
   std::unique_ptr<Connection> open(const std::string& name) {
     auto connection = connectEmbedded({embeddedConnectionString(name), "", "", nullptr});
@@ -51,7 +54,7 @@ class DatabaseUpgradeTest : public ::testing::Test {
   }
 
   TemporaryFolder folder;
-  std::string path = (folder.path() / "shop.db").string();
+  std::string path = folder.path + "/shop.db";
 };
 
 TEST_F(DatabaseUpgradeTest, AnOlderDatabaseGetsWhatItLacksAndKeepsItsRows) {
@@ -83,8 +86,8 @@ TEST_F(DatabaseUpgradeTest, WhatIsUpToDateIsLeftAlone) {
 TEST_F(DatabaseUpgradeTest, TheDatabaseOfANewerProgramIsRefused) {
   open(path)->execute("update SchemaVersion set version = version + 1");
   forgetDatabaseFile(path);
-  EXPECT_THAT(errorOf([&] { upgradeDatabase(path); }).description(), HasSubstr("a newer program made it"));
-  EXPECT_THAT(errorOf([&] { open(path); }).description(), HasSubstr("a newer program made it"));
+  EXPECT_THAT(descriptionOf([&] { upgradeDatabase(path); }), HasSubstr("a newer program made it"));
+  EXPECT_THAT(descriptionOf([&] { open(path); }), HasSubstr("a newer program made it"));
 }
 
 TEST_F(DatabaseUpgradeTest, AnIndexWithOtherColumnsIsMadeAnew) {
@@ -98,26 +101,28 @@ TEST_F(DatabaseUpgradeTest, ABackupHoldsWhatIsCommittedWhileAnotherConnectionWri
   const auto writer = open(path);
   writer->begin();
   writer->execute("update Customer set notes = 'not yet' where customerSequenceNumber = 1");
-  const std::string target = (folder.path() / "copy.db").string();
+  const std::string target = folder.path + "/copy.db";
   backUpDatabase(path, target);
   writer->commit();
   EXPECT_EQ(scalar(target, "select isnull(notes, '-') from Customer where customerSequenceNumber = 1"), "-");
-  EXPECT_EQ(static_cast<int>(errorOf([&] { backUpDatabase(path, target); }).number()), 58);
+  EXPECT_EQ(errorOf([&] { backUpDatabase(path, target); }), 58);
 }
 
 TEST_F(DatabaseUpgradeTest, ASetUpGoesFromOneStoreToAnother) {
   const std::string text = exportedStore(*open(path), false);
-  const std::string other = (folder.path() / "other.db").string();
+  const std::string other = folder.path + "/other.db";
   createDatabaseFile(other, StoreContents::Empty);
   EXPECT_GT(importStore(*open(other), text, false), 700);
   EXPECT_EQ(exportedStore(*open(other), false), text);
   EXPECT_EQ(scalar(other, "select count(*) from Customer"), "0");
   // Nothing of a text is taken whose last statement is no row.
-  EXPECT_THAT(errorOf([&] { importStore(*open(other), "insert into Tax (storeID, taxCode) values (1, 77); delete from Store", true); })
-                  .description(),
+  EXPECT_THAT(descriptionOf([&] {
+                importStore(*open(other),
+                            "insert into Tax (storeID, taxCode) values (1, 77); delete from Store", true);
+              }),
               HasSubstr("Statement 2"));
   EXPECT_EQ(scalar(other, "select count(*) from Tax where taxCode = 77"), "0");
-  EXPECT_EQ(static_cast<int>(errorOf([&] { importStore(*open(other), text, false); }).number()), 58);
+  EXPECT_EQ(errorOf([&] { importStore(*open(other), text, false); }), 58);
 }
 
 }  // namespace
