@@ -1,30 +1,30 @@
 // A customer with the tickets that are in the shop.
 var layout = Server.include("shared/layout.js");
+var html = Server.include("shared/html.js");
 var desk = Server.include("shared/desk.js");
 var text = Server.include("shared/text.js");
+var people = Server.include("shared/people.js");
 var customers = Server.include("shared/customers.js");
+var h = html.tag;
 
 if (!desk.staffed()) return;
 var customer = customers.byId(Request.query.id);
 if (!customer) return layout.notice("Customer", "There is no such customer.", "/", "Find a customer");
 
+function button(path, label, values, options) { return html.raw(layout.button(path, label, values, options)); }
 var tickets = customers.openTickets(customer.id);
+var isReady = tickets.some(function (ticket) { return ticket.state === "ready"; });
 var rows = tickets.map(function (ticket) {
-  return "<tr" + (ticket.state === "late" ? " class=\"late\"" : "") + "><th scope=\"row\">" + text.encoded(ticket.invoice) + "</th><td>" + ticket.pieces + "</td><td>" +
-         text.day(ticket.due) + (ticket.state ? " <strong>" + ticket.state + "</strong>" : "") + "</td><td class=\"money\">" + text.money(ticket.total) + "</td><td class=\"money\">" +
-         text.money(ticket.total - ticket.paid) + "</td><td class=\"row-actions\">" +
-         layout.button("/ticket/edit", ticket.isQuick ? "Itemise" : "Edit", { ticket: ticket.number }, { kind: "quiet" }) +
-         "<a class=\"button quiet\" href=\"/receipt?ticket=" + ticket.number + "\">Receipt</a></td></tr>";
-}).join("");
+  return h("tr", { "class": ticket.state || false }, h("th", { scope: "row" }, ticket.invoice), h("td", null, ticket.pieces), h("td", null, text.day(ticket.due), " ", ticket.state ? h("strong", null, ticket.state) : ""),
+    h("td", null, ticket.rack), h("td", { "class": "money" }, text.money(ticket.total)), h("td", { "class": "money" }, text.money(ticket.total - ticket.paid)),
+    h("td", { "class": "row-actions" }, button("/ticket/edit", ticket.isQuick ? "Itemise" : "Edit", { ticket: ticket.number }, { kind: "quiet", said: (ticket.isQuick ? "Itemise " : "Edit ") + ticket.invoice }),
+      h("a", { "class": "button quiet", href: "/receipt?copy=1&ticket=" + ticket.number, "aria-label": "Receipt of " + ticket.invoice }, "Receipt")));
+});
+var columns = [["Invoice", ""], ["Pieces", ""], ["Ready", ""], ["Rack", ""], ["Total", "money"], ["To pay", "money"]];
 
-layout.page(customer.name,
-  "<p class=\"contact\">" + text.encoded(customer.phone) + " &middot; " + text.encoded(customer.address) + "</p>" +
-  "<div class=\"choices\">" +
-  layout.button("/ticket/start", "New ticket", { customer: customer.id }, { kind: "main" }) +
-  layout.button("/quick/start", "Quick drop-off", { customer: customer.id }) +
-  layout.button("/pickup/start", "Pickup", { customer: customer.id }) +
-  layout.button("/pickup/start", "Pay ahead", { customer: customer.id, action: "prepay" }) + "</div>" +
-  "<h2>In the shop</h2>" +
-  (rows ? "<table><thead><tr><th scope=\"col\">Invoice</th><th scope=\"col\">Pieces</th><th scope=\"col\">Due</th><th scope=\"col\" class=\"money\">Total</th>" +
-          "<th scope=\"col\" class=\"money\">To pay</th><td></td></tr></thead><tbody>" + rows + "</tbody></table>"
-        : "<p class=\"notice\">Nothing is in the shop.</p>"));
+layout.page(customer.name, html.all(people.head(customer.id), customer.address ? h("p", { "class": "notice" }, customer.address) : "",
+  h("div", { "class": "choices" }, button("/ticket/start", "New ticket", { customer: customer.id }, { kind: isReady ? "" : "main" }), button("/quick/start", "Quick drop-off", { customer: customer.id }),
+    button("/pickup/start", "Pickup", { customer: customer.id }, { kind: isReady ? "main" : "" }), button("/pickup/start", "Pay ahead", { customer: customer.id, action: "prepay" })),
+  h("h2", null, "In the shop"),
+  rows.length ? h("table", null, h("thead", null, h("tr", null, columns.map(function (one) { return h("th", { scope: "col", "class": one[1] || false }, one[0]); }), h("td", null))), h("tbody", null, rows))
+              : h("p", { "class": "notice" }, "Nothing is in the shop.")), { isHeaded: true });

@@ -1,26 +1,42 @@
 // The counter's first page: who is in front of it?
 var layout = Server.include("shared/layout.js");
+var html = Server.include("shared/html.js");
 var desk = Server.include("shared/desk.js");
 var text = Server.include("shared/text.js");
 var customers = Server.include("shared/customers.js");
+var h = html.tag;
 
 if (!desk.staffed()) return;
 
 var wanted = (Request.query.q || "").substr(0, 60);
-var results = wanted ? customers.find(wanted) : [];
-var list = results.map(function (one) {
-  return "<li><a class=\"customer\" href=\"/customer?id=" + one.id + "\"><span class=\"name\">" + text.encoded(one.name) + "</span><span>" +
-         text.encoded(one.phone) + "</span><span>" + text.encoded(one.address) + "</span></a></li>";
-}).join("");
+var found = wanted ? customers.search(wanted) : { tickets: [], customers: [] };
+
+function person(one) {
+  return h("li", null, h("a", { "class": "customer", href: "/customer?id=" + one.id }, h("span", { "class": "name" }, one.name), h("span", null, one.phone), h("span", null, one.address)));
+}
+function ticket(one) {
+  return h("li", null, h("a", { "class": "customer", href: "/customer?id=" + one.customer.id }, h("span", { "class": "name" }, "Ticket " + one.invoice), h("span", null, one.state), h("span", null, one.customer.name)));
+}
+function list(title, all, made) { return all.length ? html.all(h("h2", null, title), h("ul", { "class": "customers" }, all.map(made))) : ""; }
 
 // The search box asks again while the clerk types, and takes the list alone.
-var shown = results.length ? "<ul class=\"customers\">" + list + "</ul>" + (results.length >= customers.most ? "<p class=\"notice\">There are more. Key in more of the name.</p>" : "")
-                           : wanted ? "<p class=\"notice\">Nobody found. Try fewer letters, or a part of the phone number.</p>" : "";
+var shown = html.all(list("Tickets", found.tickets, ticket), list("Customers", found.customers, person),
+  found.customers.length >= customers.most ? h("p", { "class": "notice" }, "There are more. Key in more of the name.") : "",
+  wanted && !found.tickets.length && !found.customers.length ? h("p", { "class": "notice" }, "Nobody found. Try fewer letters, or a part of the phone number.") : "");
 if (Request.query.part) {
-  Response.write(shown);
+  Response.write(String(shown));
   return;
 }
-layout.page("Customers",
-  "<form method=\"get\" action=\"/\" role=\"search\" class=\"search\"><label for=\"q\">Name, phone or ticket number</label>" +
-  "<input id=\"q\" name=\"q\" type=\"search\" autocomplete=\"off\" autofocus value=\"" + text.encoded(wanted) + "\">" +
-  "<button>Find</button></form><div id=\"found\" aria-live=\"polite\">" + shown + "</div>");
+// Enter opens the only one.
+if (wanted && found.tickets.length + found.customers.length === 1) {
+  var only = found.tickets[0] ? found.tickets[0].customer : found.customers[0];
+  return Response.redirect("/customer?id=" + only.id);
+}
+
+var away = desk.awayWork(), last = Session.kept.collected;
+layout.page("Customers", html.all(
+  away ? h("div", { id: "undo", "class": "row" }, h("span", null, away[2] + " of " + (customers.byId(Session.putAway.customer) || { name: "a customer" }).name + " given up."), html.raw(layout.button("/bring_back", "Bring it back", {}))) : "",
+  last && last.change > 0 ? h("p", { "class": "change", role: "status" }, h("span", { "class": "name" }, "Change of the last customer"), " ", h("strong", null, text.money(last.change))) : "",
+  h("form", { method: "get", action: "/", role: "search", "class": "search" }, h("label", { "for": "q" }, "Name, phone or ticket number"),
+    h("input", { id: "q", name: "q", type: "search", autocomplete: "off", autofocus: true, value: wanted }), h("button", { "class": "main" }, "Find")),
+  h("div", { id: "found-customers", "aria-live": "polite" }, shown)));

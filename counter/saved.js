@@ -1,19 +1,20 @@
 // What was saved, and what can be printed of it.
 var layout = Server.include("shared/layout.js");
+var html = Server.include("shared/html.js");
 var text = Server.include("shared/text.js");
+var tickets = Server.include("shared/tickets.js");
+var h = html.tag;
 
-var numbers = text.numbers(Request.query.tickets);
-var all = numbers.join("-");
-var rows = numbers.length ? text.rows(Database.query("select ticketNumber, invoiceNumber, dueDate, netTotal, customerSequenceNumber from Ticket where ticketNumber in (" +
-                                                     numbers.join(",") + ") order by ticketNumber"), function (field) {
-  return { invoice: field("invoiceNumber"), due: text.day(field("dueDate")), total: text.money(field("netTotal")), customer: field("customerSequenceNumber") };
-}) : [];
+var numbers = text.numbers(Request.query.tickets), all = numbers.join("-");
+var rows = tickets.heads(numbers);
 if (!rows.length) return layout.notice("Saved", "There is no such ticket.", "/", "Find a customer");
 
-layout.page("Saved",
-  "<table><thead><tr><th scope=\"col\">Invoice</th><th scope=\"col\">Due</th><th scope=\"col\" class=\"money\">Total</th></tr></thead><tbody>" + rows.map(function (row) {
-    return "<tr><th scope=\"row\">" + text.encoded(row.invoice) + "</th><td>" + row.due + "</td><td class=\"money\">" + row.total + "</td></tr>";
-  }).join("") + "</tbody></table><div class=\"finish\"><a class=\"button main\" href=\"/receipt?tickets=" + all + "\">Receipt</a>" +
-  "<a class=\"button\" href=\"/tags?tickets=" + all + "\">Tags</a>" +
-  layout.button("/pickup/start", "Pay ahead", { customer: rows[0].customer, action: "prepay", tickets: all }) + "<a class=\"button\" href=\"/customer?id=" + rows[0].customer + "\">Customer</a>" +
-  "<a class=\"button\" href=\"/\">Next customer</a></div>");
+layout.page("Saved", html.all(
+  Request.query.but ? h("p", { "class": "problem", role: "alert" }, "The tickets are saved, but the connection was lost behind that: look at stock counts and tags.") : "",
+  h("table", null, h("thead", null, h("tr", null, ["Invoice", "Ready"].map(function (one) { return h("th", { scope: "col" }, one); }), h("th", { scope: "col", "class": "money" }, "Total"))),
+    h("tbody", null, rows.map(function (row) {
+      return h("tr", null, h("th", { scope: "row" }, row.invoice), h("td", null, text.day(row.due)), h("td", { "class": "money" }, text.money(row.total)));
+    }))),
+  h("div", { "class": "finish" }, h("a", { "class": "button main", href: "/receipt?tickets=" + all, autofocus: true }, "Receipt"), h("a", { "class": "button", href: "/tags?tickets=" + all }, "Tags"),
+    html.raw(layout.button("/pickup/start", "Pay ahead", { customer: rows[0].customer, action: "prepay", tickets: all })), h("a", { "class": "button", href: "/customer?id=" + rows[0].customer }, "Customer"),
+    h("a", { "class": "button", href: "/" }, "Next customer"))));

@@ -12,7 +12,7 @@
   });
 
   var box = document.getElementById("q");
-  var found = document.getElementById("found");
+  var found = document.getElementById("found-customers");
   var waiting, asked = 0;
   function search() {
     clearTimeout(waiting);
@@ -30,7 +30,7 @@
   }
 
   // Things that look like buttons are reached and pressed by keyboard like buttons.
-  var pressable = ".button:not(a):not(button), .command, .coupon, .id-group-button, .duedate_button, .new-heatseal, .lineitem, .si_view";
+  var pressable = ".button:not(a):not(button), .command, .id-group-button, .new-heatseal, .lineitem, .si_view";
   function dressed(place) {
     place.querySelectorAll("[data-style*='background-color: #']").forEach(function (one) {
       one.style.setProperty("--swatch", /background-color: (#\w+)/.exec(one.dataset.style)[1]);
@@ -52,6 +52,16 @@
     }
   });
 
+  // Keys that hold on every page: ? for help, Alt C for a customer, F9 for the one filled button.
+  document.addEventListener("keydown", function (event) {
+    var field = /^(INPUT|SELECT|TEXTAREA)$/.test(event.target.tagName), main = document.querySelector("main .main");
+    if (event.key === "?" && !field) location.href = "/keys";
+    else if (event.altKey && event.code === "KeyC") location.href = "/";
+    else if (event.key === "F9" && main && !document.querySelector(".desk")) main.click();
+    else return;
+    event.preventDefault();
+  });
+
   document.querySelectorAll("[data-print]").forEach(function (one) { one.addEventListener("click", function () { window.print(); }); });
 
   function said(words) { document.getElementById("said").textContent = words; }
@@ -67,7 +77,9 @@
   function json(answer) {
     if (answer.ok) return answer.json();
     return answer.json().catch(function () { return {}; }).then(function (said) {
-      throw new Error(said.problem || "The counter answered " + answer.status + ". Load the page again.");
+      var error = new Error(said.problem || "The counter answered " + answer.status + ". Load the page again.");
+      error.answered = true;
+      throw error;
     });
   }
   function get(path) { return fetch(path).then(json); }

@@ -1,65 +1,77 @@
-// The entry screen: every click is sent, and the parts that changed are put in place.
+// The entry screen: every press is sent, and the parts that changed come back with it.
 (function () {
   "use strict";
   var desk = document.querySelector(".desk").dataset;
+  var items = JSON.parse(desk.items), scanner = JSON.parse(desk.scanner);
   var at = { group: "it", department: desk.department, line: 0, isPrompted: false };
   function place(id) { return document.getElementById(id); }
 
   // ---- what comes from the counter
 
+  var parts = ["lines", "sums", "bar", "offers", "notices", "preferences", "seals", "coupons", "panel", "groups"];
   function show(answer) {
     at.line = answer.line;
-    ["lines", "totals", "offers", "preferences", "seals", "coupons"].forEach(function (part) { counter.put(place(part), answer[part]); });
-    place("problem").hidden = !answer.problem;
-    place("problem").textContent = answer.problem;
-    offerTools();
+    at.group = answer.group;
+    parts.forEach(function (part) { counter.put(place(part), answer[part]); });
+    shownGroup();
+    trouble(answer.problem);
+    place("undo").hidden = !answer.undo;
+    place("undo").firstChild.textContent = answer.undo;
     place("seal-off").hidden = !answer.seals;
-    closeDue();
-    var total = document.querySelector("#totals .total:last-child .value");
-    counter.said(answer.problem || (total ? "Total " + total.textContent : ""));
-    if (at.group !== "it" && !at.line) at.group = "it";
+    offerTools();
+    counter.said(answer.problem || place("total").textContent);
     if (answer.question) enter(answer.question, "", "answer");
+    return answer;
   }
 
-  // A line of its kind has its tools: an offer can only be removed, a charge is not cleaned again.
-  function offerTools() {
-    var chosen = document.querySelector("#lines .lineitem.selected");
-    var held = place("line-tools").contains(document.activeElement);
-    place("line-tools").hidden = !chosen;
-    place("line-tools").dataset.kind = chosen ? (/\bit-(\w+)/.exec(chosen.className) || [])[1] : "";
-    if (held && (!chosen || !document.activeElement.offsetParent)) counter.focus(document.querySelector("#lines [tabindex], #panel [tabindex]"));
+  function trouble(words) {
+    place("problem").hidden = !words;
+    place("problem").textContent = words;
   }
-
   function failed(error) {
-    place("problem").hidden = false;
-    place("problem").textContent = error.message;
+    trouble(error.message);
     counter.said(error.message);
   }
 
-  // One thing after the other, in the order of the clerk's hands: what a click is about is what is chosen when its turn
-  // comes, with the clicks before it done.
-  var turns = Promise.resolve();
-  function inTurn(work) {
-    turns = turns.then(work).catch(failed);
-    return turns;
+  function shownGroup() {
+    document.querySelectorAll(".id-group-button").forEach(function (one) { one.setAttribute("aria-pressed", String(groupOf(one) === at.group)); });
+    place("filter").hidden = at.group !== "br";
+    place("panel").dataset.group = at.group;
   }
+
+  // The tools stand below the line that they are for. An offer can only be removed, a charge is not cleaned again.
+  function offerTools() {
+    var chosen = document.querySelector("#lines .lineitem.selected"), tools = place("line-tools");
+    var held = tools.contains(document.activeElement) ? document.activeElement : null;
+    if (!chosen) document.querySelector(".side").insertBefore(tools, place("entry"));
+    else chosen.after(tools);
+    tools.hidden = !chosen;
+    tools.dataset.kind = chosen ? (/\bit-(\w+)/.exec(chosen.className) || [])[1] : "";
+    if (held) counter.focus(held.offsetParent ? held : document.querySelector("#lines [tabindex], #panel [tabindex]"));
+  }
+  // What is drawn anew must not take the tools away.
+  function saveTools() { document.querySelector(".side").insertBefore(place("line-tools"), place("entry")); }
+
   function click(name, values) {
-    return inTurn(function () {
-      var given = typeof values === "function" ? values() : values;
-      return counter.post("/ticket/act", Object.assign({ click: name, line: at.line, work: desk.work }, given)).then(show).then(panel);
-    });
+    return counterDesk.inTurn(function () {
+      return counterDesk.press("/ticket/act", function () {
+        return Object.assign({ click: name, line: at.line, work: desk.work, group: at.group, list: at.department, filter: place("brand").value }, typeof values === "function" ? values() : values);
+      }).then(function (answer) {
+        saveTools();
+        return show(answer);
+      });
+    }, failed);
   }
 
   function asked(values) {
-    return counter.get("/ticket/panel?" + new URLSearchParams(Object.assign({ work: desk.work }, values)));
+    return counterDesk.get("/ticket/panel?" + new URLSearchParams(Object.assign({ work: desk.work }, values)));
   }
 
   function panel() {
     return asked({ group: at.group, department: at.department, line: at.line, filter: at.group === "br" ? place("brand").value : "" }).then(function (answer) {
       counter.put(place("panel"), answer.panel);
       counter.put(place("groups"), answer.groups);
-      document.querySelectorAll(".id-group-button").forEach(function (one) { one.setAttribute("aria-pressed", String(groupOf(one) === at.group)); });
-      place("filter").hidden = at.group !== "br";
+      shownGroup();
     });
   }
 
@@ -67,11 +79,11 @@
   function groupOf(button) { return (/\bsel-(\w*)/.exec(button.className) || [])[1] || "pr"; }
 
   function turn(group) {
-    return inTurn(function () {
+    return counterDesk.inTurn(function () {
       at.group = group;
       at.isPrompted = false;
       return panel();
-    });
+    }, failed);
   }
 
   // ---- one value keyed in: a note, a price, an answer. It is for the line that was chosen when it was asked for.
@@ -87,18 +99,20 @@
   }
   function leave() {
     place("entry").hidden = true;
-    counter.focus(opener && opener.isConnected ? opener : (opener && opener.id && place(opener.id)) || document.querySelector("#panel [tabindex]"));
+    counter.focus(opener && opener.isConnected ? opener : (opener && opener.id && place(opener.id)) || place("say"));
   }
+  // What was refused stays to be corrected.
   place("entry").addEventListener("submit", function (event) {
     event.preventDefault();
+    var typed = place("entered").value, now = entering, label = document.querySelector("#entry label").textContent;
     leave();
-    click(entering.click, { line: entering.line, value: place("entered").value });
+    click(now.click, { line: now.line, value: typed }).then(function (answer) {
+      if (answer && answer.problem && now.click !== "seal") enter(label, typed, now.click);
+    });
   });
   document.querySelector("[data-cancel]").addEventListener("click", leave);
   document.addEventListener("keydown", function (event) {
-    if (event.key !== "Escape") return;
-    if (!place("entry").hidden) leave();
-    closeDue();
+    if (event.key === "Escape" && !place("entry").hidden) leave();
   });
 
   function lineText(part) {
@@ -108,13 +122,14 @@
   function pieces() { return Number(lineText("quantity")) || 1; }
 
   var tools = {
-    fewer:  function () { click("quantity", function () { return { quantity: Math.max(pieces() - 1, 1) }; }); },
-    more:   function () { click("quantity", function () { return { quantity: pieces() + 1 }; }); },
-    notes:  function () { enter("Note", lineText("notes"), "notes"); },
-    price:  function () { enter("Unit price", "", "price"); },
-    redo:   function () { click("redo", {}); },
-    seal:   function () { click("sealHere", {}); },
-    remove: function () { click("remove", {}); }
+    fewer:     function () { click("quantity", function () { return { quantity: Math.max(pieces() - 1, 1) }; }); },
+    more:      function () { click("quantity", function () { return { quantity: pieces() + 1 }; }); },
+    different: function () { click("different", {}); },
+    notes:     function () { enter("Note", lineText("notes"), "notes"); },
+    price:     function () { enter("Unit price", "", "price"); },
+    redo:      function () { click("redo", {}); },
+    seal:      function () { click("sealHere", {}); },
+    remove:    function () { click("remove", {}); }
   };
 
   // ---- what the library's fragments mean when they are pressed; the first row that fits counts
@@ -146,67 +161,71 @@
     place("description").value = "";
     place("pieces").value = 1;
     place("price").value = "0.00";
-    place("charge").parentNode.open = false;
-    counter.focus(place("charge").parentNode.querySelector("summary"));
+    place("charge-sheet").close();
   }
 
+  function taken() {
+    var values = { quantity: place("count").value, redo: place("as-redo").checked };
+    place("count").value = 1;
+    place("as-redo").checked = false;
+    return values;
+  }
+  function nameOn(button) { return button.querySelector("span").textContent.trim(); }
+
   var presses = [
+    ["[data-close]", function (one) { one.closest("dialog").close(); }],
+    ["[data-open]", function (one) { open(place(one.dataset.open)); }],
+    ["[data-count]", function (one) { place("count").value = one.dataset.count; place("say").focus({ preventScroll: true }); }],
+    ["[data-undo]", function () { click("undo", {}); }],
     ["#line-tools [data-tool]", function (one) { tools[one.dataset.tool](); }],
-    [".edit-line-price", tools.price],
-    [".edit-line-notes", tools.notes],
     [".department[departmentid]", function (one) {
       choose(one, ".departments", "selected");
       at.department = one.getAttribute("departmentid");
-      inTurn(function () {
+      counterDesk.inTurn(function () {
         at.line = 0;
+        saveTools();
         choose(null, "#lines", "selected");
         offerTools();
-      });
+      }, failed);
       turn("it");
     }],
     [".id-group-button", function (one) { turn(groupOf(one)); }],
     [".li-it", function (one) {
-      var count = place("count").value, redo = place("as-redo").checked;
-      place("count").value = 1;
-      place("as-redo").checked = false;
-      inTurn(function () { at.group = next("it", one); });
-      click("item", { id: one.id.substr(2), quantity: count, redo: redo });
+      var values = taken();
+      values.id = one.id.substr(2);
+      counterDesk.inTurn(function () { at.group = next("it", one); }, failed);
+      click("item", values);
     }],
     [".pli", function (one) {
       var group = one.id.substr(0, 2), on = one.classList.contains("plisel");
-      inTurn(function () { if (!on) at.group = next(group, one); });
+      counterDesk.inTurn(function () { if (!on) at.group = next(group, one); }, failed);
       // Upcharges are counted for each piece, up to what the price list takes.
-      var count = group === "up" ? Math.min(Number(place("count").value) || 1, Number(one.getAttribute("maxquantity")) || 1) : 1;
-      place("count").value = 1;
-      click(descriptors[group], { id: one.id.substr(2), name: one.textContent.trim(), on: on, quantity: count });
+      var count = group === "up" ? Math.min(Number(taken().quantity) || 1, Number(one.getAttribute("maxquantity")) || 1) : 1;
+      click(descriptors[group], { id: one.id.substr(2), name: nameOn(one), on: on, quantity: count });
     }],
     ["#lines .lineitem", function (one) {
-      inTurn(function () {
+      counterDesk.inTurn(function () {
         at.line = Number(one.getAttribute("lineid"));
         choose(document.querySelector("#lines [lineid='" + at.line + "']"), "#lines", "selected");
         offerTools();
         at.group = at.group === "it" ? "up" : at.group;
         at.isPrompted = false;
         return panel();
-      });
+      }, failed);
     }],
-    [".duedate_button", function (one) { due(one.getAttribute("deptid"), ""); }],
-    [".dept-due", function (one) {
-      var date = one.getAttribute("date"), department = one.getAttribute("deptid");
-      if (date === "prev" || date === "next") return due(department, Math.max(Number(one.parentNode.getAttribute("page")) + (date === "next" ? 1 : -1), 0));
-      if (date === "stop") return;
-      if (department) click("deptDue", { department: department, value: date });
-      else click("ticketDue", { value: date });
+    ["[data-due]", function (one) { open(place("day-sheet"), one.dataset.due); }],
+    ["[data-month]", function (one) { due(one.dataset.department, one.dataset.month); }],
+    ["[data-day]", function (one) {
+      place("day-sheet").close();
+      if (one.dataset.department) click("deptDue", { department: one.dataset.department, value: one.dataset.day });
+      else click("ticketDue", { value: one.dataset.day });
     }],
-    ["[data-offer]", function (one) { click("remove", { line: one.dataset.offer }); }],
-    [".coupon", function (one) { click("coupon", { id: one.getAttribute("discountid") }); }],
-    ["#item-delete", tools.remove],
+    ["[data-coupon]", function (one) { click("coupon", { id: one.dataset.coupon }); }],
     ["#apply-charge", function () {
-      click("charge", {
-        name: place("description").value, quantity: place("pieces").value, value: place("price").value,
-        department: at.department || document.querySelector(".department[departmentid]").getAttribute("departmentid")
-      });
-      cleared();
+      var typed = { name: place("description").value, quantity: place("pieces").value, value: place("price").value,
+                    department: at.department || document.querySelector(".department[departmentid]").getAttribute("departmentid") };
+      place("charge-sheet").close();
+      click("charge", typed).then(function (answer) { if (answer && !answer.problem) cleared(); });
     }],
     ["#cancel-charge", cleared],
     [".pref_option", function (one) {
@@ -225,30 +244,25 @@
     }
   });
 
-  var picking;  // the department whose days are shown
-  function due(department, page) {
-    var where = place(department ? "due" : "ticket-due");
-    picking = department;
-    return asked({ due: department, page: page }).then(function (answer) {
-      counter.put(where, answer.due);
-      if (page === "" && department) counter.focus(where.querySelector(".due-date") || where.querySelector("[tabindex]"));
+  // ---- what opens over the screen
+
+  function due(department, month) {
+    return asked({ due: department || 0, page: month }).then(function (answer) {
+      counter.put(place("due"), answer.due);
+      counter.focus(document.querySelector("#due .chosen:enabled") || document.querySelector("#due [data-day]:enabled"));
     }).catch(failed);
   }
-  function closeDue() {
-    var held = place("due").contains(document.activeElement);
-    place("due").innerHTML = "";
-    if (held) counter.focus(document.querySelector("#lines .duedate_button[deptid='" + picking + "']"));
-  }
 
-  document.querySelectorAll("details").forEach(function (one) {
-    one.addEventListener("toggle", function () {
-      if (!one.open) return;
-      if (one.querySelector("#ticket-due")) due("", "");
-      if (one.querySelector("#similar")) asked({ similar: 1, group: at.group, department: at.department }).then(function (answer) {
-        counter.put(place("similar"), answer.similar);
-      });
-    });
-  });
+  var loads = {
+    "day-sheet": function (department) { due(department, 0); },
+    "similar-sheet": function () {
+      asked({ similar: 1, group: at.group, department: at.department }).then(function (answer) { counter.put(place("similar"), answer.similar); }).catch(failed);
+    }
+  };
+  function open(sheet, about) {
+    if (loads[sheet.id]) loads[sheet.id](about);
+    sheet.showModal();
+  }
 
   // The form of a line: what is changed in it is sent as it is left.
   var properties = { "item-price": "price", "item-quantity": "quantity", "item-notes": "notes" };
@@ -275,30 +289,141 @@
     typing = setTimeout(panel, 150);
   });
 
-  // ---- a scanner types fast and presses Enter, wherever the focus is
+  // ---- what is typed: "5 shirts", "navy", a seal
 
-  // What it typed into a field goes out of it again.
-  var scanned = "", last = 0, field, before;
+  function plain(words) { return words.normalize("NFD").replace(/[\u0300-\u036f]/g, "").toLowerCase(); }
+  // Every word begins a word of the name.
+  function fits(name, words) {
+    var own = plain(name).split(/[\s-]+/);
+    return words.every(function (word) { return own.some(function (one) { return one.indexOf(word) === 0; }); });
+  }
+  function isSeal(typed) { return typed.length >= scanner.minimum && /\d/.test(typed) && /^[A-Za-z0-9-]+$/.test(typed); }
+  function bare(typed) { return scanner.prefix && typed.indexOf(scanner.prefix) === 0 ? typed.substr(scanner.prefix.length) : typed; }
+
+  // What is on the screen goes before the whole price list.
+  function meant(typed) {
+    var split = /^(\d{1,3})\s*[x\u00d7*]?\s*(.*)$/.exec(typed), words = plain(split ? split[2] : typed).split(/\s+/).filter(Boolean);
+    var found = { count: split ? split[1] : "", words: words };
+    if (!words.length) return found;
+    var buttons = Array.from(document.querySelectorAll("#panel .pli"));
+    // A name that begins so goes before one that only has such a word.
+    [function (name) { return plain(name).indexOf(words[0]) === 0; }, function () { return true; }].forEach(function (isFirst) {
+      if (found.shown || found.item) return;
+      found.shown = buttons.find(function (one) { return isFirst(nameOn(one)) && fits(nameOn(one), words); });
+      found.item = items.find(function (one) { return isFirst(one[1]) && fits(one[1], words); });
+    });
+    return found;
+  }
+
+  function hint() {
+    var typed = place("say").value.trim(), found = typed && !isSeal(typed) ? meant(typed) : {};
+    place("found").textContent = found.shown ? nameOn(found.shown) : found.item ? found.item[1] : "";
+  }
+  place("say").addEventListener("input", hint);
+
+  place("say-form").addEventListener("submit", function (event) {
+    event.preventDefault();
+    var typed = bare(place("say").value.trim());
+    place("say").value = "";
+    place("found").textContent = "";
+    if (!typed) return;
+    if (isSeal(typed)) return click("seal", { value: typed });
+    var found = meant(typed);
+    if (found.count) place("count").value = found.count;
+    if (!found.words.length) return;
+    if (found.shown) return found.shown.click();
+    if (!found.item) return click("describe", { value: typed });
+    // A word for the chosen garment goes before an item of another department.
+    if (at.line && !found.count) return click("describe", { value: typed, item: found.item[0] });
+    var values = taken();
+    values.id = found.item[0];
+    click("item", values);
+  });
+
+  // ---- a scanner, or keys that are for no field
+
+  // Typed where there is no field, anything goes into the one for it: no key of it presses a button.
+  function isField(one) { return one && /^(INPUT|SELECT|TEXTAREA)$/.test(one.tagName) && !/^(checkbox|radio|button)$/.test(one.type); }
   document.addEventListener("keydown", function (event) {
+    if (event.key.length !== 1 || event.key === " " || event.ctrlKey || event.metaKey || event.altKey || event.key === "?" || document.querySelector("dialog[open]") || isField(document.activeElement)) return;
+    place("say").focus({ preventScroll: true });
+  }, true);
+
+  // Typed by a scanner into another field, it is known by its prefix or by its speed, which is learnt from each scan: the
+  // slowest gap of those before, with something to spare.
+  var gaps = [], run = "", last = 0, field, before;
+  function slowest() { return Math.max(Number(localStorage.getItem("scannerGap")) || 0, 100); }
+  function isScan() {
+    if (scanner.prefix) return run.indexOf(scanner.prefix) === 0;
+    return isSeal(run) && gaps.every(function (gap) { return gap <= slowest(); });
+  }
+  function learn() {
+    var gap = Math.max.apply(null, gaps);
+    if (gap > 0 && gap < 200) localStorage.setItem("scannerGap", String(Math.max(slowest(), gap * 1.5)));
+  }
+  document.addEventListener("keydown", function (event) {
+    if (event.key.length !== 1 && event.key !== scanner.suffix) return;
     var now = event.timeStamp;
-    if (now - last > 50) {
-      scanned = "";
+    if (now - last > Math.max(slowest(), 250) || document.activeElement !== field) {
+      run = "";
+      gaps = [];
       field = document.activeElement;
       before = field && field.value;
-    }
+    } else if (run) gaps.push(now - last);
     last = now;
-    if (event.key === "Enter" && scanned.length >= 5 && /\d/.test(scanned)) {
+    if (event.key.length === 1) {
+      run += event.key;
+      return;
+    }
+    var isOwn = field === place("say"), isKnown = run.length >= scanner.minimum && isScan();
+    if (isKnown) learn();
+    if (isKnown && !isOwn && isField(field)) {
       event.preventDefault();
       event.stopPropagation();
-      if (field && before !== undefined) {
-        field.value = before;
-        // What was half keyed in goes out before the seal draws the form anew.
-        if (place("panel").contains(field)) field.dispatchEvent(new Event("change", { bubbles: true }));
-      }
-      click("seal", { value: scanned });
-      scanned = "";
-    } else if (event.key.length === 1) scanned += event.key;
+      field.value = before;
+      // What was half keyed in goes out before the seal draws the form anew.
+      if (place("panel").contains(field)) field.dispatchEvent(new Event("change", { bubbles: true }));
+      click("seal", { value: bare(run) });
+    } else if (isOwn && event.key !== "Enter") {
+      event.preventDefault();
+      place("say-form").requestSubmit();
+    }
+    run = "";
+  }, true);
+
+  // ---- keys
+
+  document.addEventListener("keydown", function (event) {
+    if (document.querySelector("dialog[open]")) return;
+    var departments = document.querySelectorAll(".department[departmentid]");
+    if (event.altKey && /^[1-9]$/.test(event.key) && departments[event.key - 1]) {
+      event.preventDefault();
+      departments[event.key - 1].click();
+    }
+    if (event.key === "F9") {
+      event.preventDefault();
+      counterDesk.inTurn(function () { place("finish-button").click(); }, failed);
+    }
+  });
+  // Finish waits for the presses before it.
+  place("finish-button").form.addEventListener("submit", function (event) {
+    if (event.target.dataset.isTurn) return;
+    event.preventDefault();
+    event.stopImmediatePropagation();
+    counterDesk.inTurn(function () {
+      event.target.dataset.isTurn = "yes";
+      event.target.submit();
+    }, failed);
   }, true);
 
   counter.dressed(document);
+  shownGroup();
+
+  // What was typed and entered before this script had arrived.
+  var early = new URLSearchParams(location.search).get("say");
+  if (early) {
+    history.replaceState(null, "", "/ticket");
+    place("say").value = early;
+    place("say-form").requestSubmit();
+  }
 })();

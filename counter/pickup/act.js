@@ -1,14 +1,56 @@
-// One click at the till: a ticket more or less, a tender more or less, a coupon.
+// One click at the till: a ticket more or less, a tender more or less, a coupon, a credit. The result of a row is what
+// was wrong, or {ask}: a question whose answer sends the click again as sure.
 var till = Server.include("shared/till.js");
+var screen = Server.include("shared/till_screen.js");
+var presses = Server.include("shared/presses.js");
 var cards = Server.include("shared/cards.js");
-var desk = Server.include("shared/desk.js");
+var credit = Server.include("shared/credit.js");
 var text = Server.include("shared/text.js");
 
 var click = Request.json || {};
 var session = Request.method === "POST" ? till.meant(click.work) : null;
-if (!session) {
-  Response.status = 409;
-  return Response.json({ problem: "This visit at the till is over. Load the page again." });
+if (!session) return presses.over("This visit at the till is over. Load the page again.");
+
+// A coupon is saved on its tickets at once. Recorded: after a restart it stands there.
+function coupon(c) {
+  var id = text.whole(c.id), total = session.getTotal();
+  var taken = Server.recorded(function () {
+    var before = till.ticketsOfCoupon(id);
+    till.addCoupon(session, id);
+    return { name: till.couponName(id), tickets: till.ticketsOfCoupon(id).filter(function (one) { return before.indexOf(one) < 0; }) };
+  });
+  if (taken.tickets.length) Session.tillCoupons.push({ id: id, name: taken.name, tickets: taken.tickets });
+  till.refresh(session);
+  return session.getTotal() === total ? "This coupon takes nothing off these tickets." : "";
+}
+
+function couponOff(c) {
+  var id = text.whole(c.id);
+  var chosen = Session.tillCoupons.filter(function (one) { return one.id === id; })[0];
+  if (!chosen) return "This coupon was not put on here.";
+  Session.tillCoupons.splice(Session.tillCoupons.indexOf(chosen), 1);
+  Server.recorded(function () { till.takeCouponOff(session, id, chosen.tickets); });
+  till.refresh(session);
+}
+
+function tender(c) {
+  var amount = text.amount(c.amount), type = String(c.type), reference = till.referenceOf(type, c.reference);
+  var trouble = till.tenderTrouble(session, type, amount, reference), question = trouble ? "" : till.tenderQuestion(session, type, amount);
+  if (question && !c.sure) return { ask: question };
+  if (!trouble) session.addPayment(amount, type, reference);
+  return trouble;
+}
+
+// Money that was paid too much earlier is booked at once. Recorded: after a restart it stands in the ledger.
+function settleCredit(c) {
+  Server.alone();
+  var isSame = till.refresh(session), balances = till.balances(session), sums = till.sums(session);
+  if (!isSame) return "The tickets have changed meanwhile: look again.";
+  if (credit.ways(session.custSeqNumber, balances).indexOf(c.way) < 0 || !sums.credit) return "There is nothing to settle.";
+  if (c.way === "refund" && !credit.mayRefund()) return "Somebody who may give money back has to do this.";
+  if (c.way === "refund" && !c.sure) return { ask: "Give " + text.money(sums.credit) + " back in cash out of the drawer?" };
+  Server.recorded(function () { credit.book(session.custSeqNumber, balances, c.way); });
+  till.refresh(session);
 }
 
 var clicks = {
@@ -17,24 +59,15 @@ var clicks = {
     if (!trouble) till.add(text.whole(c.ticket));
     return trouble;
   },
-  // A session only takes tickets in: one is left by beginning again without it.
-  leave: function (c) {
-    var taken = session.payments.RecordCount;
-    till.start(session.custSeqNumber, till.numbers().filter(function (one) { return one !== text.whole(c.ticket); }), session.userAction);
-    if (taken > 0) return "What was tendered has been taken off: take it again.";
-  },
-  tender: function (c) {
-    var amount = text.amount(c.amount), reference = till.referenceOf(c.type, c.reference);
-    var trouble = till.tenderTrouble(session, String(c.type), amount, reference);
-    if (!trouble) session.addPayment(amount, String(c.type), reference);
-    return trouble;
-  },
+  leave: function (c) { till.leave(session, text.whole(c.ticket)); },
+  tender: tender,
   // One tender alone: another check stays.
   off: function (c) {
     session.payments.Filter = "paymentNumber=" + text.whole(c.number);
     if (!session.payments.EOF) session.payments.Delete();
     session.payments.Filter = 0;
   },
+  credit: settleCredit,
   // The card program has answered. Recorded: after a restart the sale is known and the answer has been read.
   settle: function () {
     var sale = Server.recorded(function () { return cards.settle(session.custSeqNumber); });
@@ -53,21 +86,14 @@ var clicks = {
     if (amount <= 0) return "Nothing is due.";
     till.takeSale(session, { amount: amount, number: "", expiration: "", brand: "", code: chosen.code, transaction: chosen.transaction });
   },
-  // Recorded: a coupon is saved on its tickets at once, and after a restart it stands there.
-  coupon: function (c) {
-    var employee = desk.employee(), place = desk.place();
-    Server.recorded(function () {
-      var one = Database.query("select oneDiscountPerInvoice from miscsetup where storeid = " + place.store);
-      session.addCoupon(text.whole(c.id), !one.EOF && one.Fields(0).Value, employee.id, place.terminal, employee.name, place.storeName);
-    });
-    var before = session.getTotal();
-    till.refresh(session);
-    if (session.getTotal() === before) return "This coupon takes nothing off these tickets.";
-  }
+  coupon: coupon,
+  couponOff: couponOff
 };
 
-var act = Object.prototype.hasOwnProperty.call(clicks, String(click.click)) ? clicks[click.click] : function () { return "There is no such click."; };
-var problem = act(click) || "";
-var answer = till.parts(Session.pickup);
-answer.problem = problem;
+var result = presses.once(click, function () {
+  return presses.row(clicks, click.click)(click) || "";
+});
+var answer = screen.parts(Session.pickup);
+answer.problem = typeof result === "string" ? result : "";
+answer.ask = result && result.ask || "";
 Response.json(answer);

@@ -18,6 +18,6 @@ else if (!amount) problem = "This is not an amount.";
 else if (amount > till.due(session)) problem = "No change is given on a card: take " + text.money(till.due(session)) + " at most.";
 else problem = cards.ask(session.custSeqNumber, c, amount);
 
-var answer = till.parts(session);
+var answer = Server.include("shared/till_screen.js").parts(session);
 answer.problem = problem;
 Response.json(answer);

@@ -2,4 +2,4 @@
 var till = Server.include("shared/till.js");
 
 var session = till.meant(Request.query.work);
-Response.json({ coupons: session ? till.coupons(session) : "" });
+Response.json({ coupons: session ? Server.include("shared/till_screen.js").coupons(session) : "" });

@@ -26,6 +26,8 @@ var chosen = Server.recorded(function () {
     return isRacked(ticket) && !ticket.isBag;
   }).map(function (ticket) { return ticket.number; });
 });
+Session.tillLedger = Server.recorded(till.ledgerEnd);
+delete Session.tillClaim;
 till.start(customer.id, chosen, isAhead ? "prepay" : "pickup");
 desk.begin("pickup");
 Session.tables = "";

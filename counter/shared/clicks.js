@@ -1,7 +1,12 @@
 // What a click on the entry screen does to the ticket. A row is a click's name and what it calls; `c` holds what
-// the browser sent: line, id, name, group, quantity, value, department, upcharge. The result, if any, is the line
-// that is selected from then on.
+// the browser sent: line, id, name, group, quantity, value, department, upcharge, sure. The result, if any, is the line
+// that is selected from then on, or {ask}: a question, whose answer sends the click again with `sure`.
 var text = Server.include("shared/text.js");
+var tickets = Server.include("shared/tickets.js");
+var pieceCounts = Server.include("shared/piece_counts.js");
+var undo = Server.include("shared/undo.js");
+var coupons = Server.include("shared/coupons.js");
+var finishing = Server.include("shared/finishing.js");
 
 function pieces(c) {
   if (c.quantity === undefined) return 1;
@@ -9,10 +14,18 @@ function pieces(c) {
   if (count < 1 || count > 999) throw new Error("This is not a number of pieces: " + words(c.quantity, 20));
   return count;
 }
+// More than this is asked about; a note of a garment must fit on the receipt behind the garment's name.
+var manyPieces = 99, noteSize = 180;
 function line(c) { return text.whole(c.line); }
 function id(c) { return text.whole(c.id); }
 // What was typed, without the signs of mark-up: some fragments carry notes and names as they stand.
 function words(value, size) { return text.clean(value, size); }
+// What is kept is kept whole or not at all.
+function whole(value, size) {
+  var typed = text.clean(value, 2000);
+  if (typed.length > size) throw new Error("This is too long: " + typed.length + " letters, and " + size + " are taken.");
+  return typed;
+}
 function price(value) {
   var dollars = text.dollars(value);
   if (dollars === null) throw new Error("This is not a price: " + words(value, 20));
@@ -61,14 +74,7 @@ function descriptor(kind) {
   });
 }
 
-function fieldWhere(invoice, condition, column) {
-  var lines = invoice.lineItems.Clone();
-  lines.Filter = condition;
-  return lines.EOF ? null : lines.Fields(column).Value;
-}
-function fieldOf(invoice, number, column) { return fieldWhere(invoice, "lineNumber=" + number, column); }
-// The first line that a condition finds, or 0.
-function lineOf(invoice, condition) { return fieldWhere(invoice, condition, "lineNumber") || 0; }
+var fieldOf = tickets.fieldOf, lineOf = tickets.lineOf;
 
 // A scanned seal finds its garment on the ticket, brings back the one that it was pressed into, or waits for the garment
 // that is described next. The library takes a seal as a scanner reads it, so nothing else is let through.
@@ -123,13 +129,31 @@ function checkRoomForItem(invoice, c) {
   });
 }
 
-// The same garment once more counts on its line; one with a seal is one piece on a line of its own.
+// A garment of the same item of which nothing more has been said: one more of it counts on its line.
+function plainLine(invoice, item) {
+  var lines = invoice.lineItems.Clone(), children = invoice.lineItems.Clone(), found = 0;
+  lines.Filter = "itemType='IT' and redo=0 and lineItemId=" + item;
+  text.rows(lines, function (field) {
+    children.Filter = "parentLineNumber=" + field("lineNumber");
+    var isPlain = !field("heatSeal") && !field("notes") && !field("promptResponse") && field("unitPrice") === field("originalUnitPrice") && children.EOF;
+    if (isPlain) found = field("lineNumber");
+  });
+  return found;
+}
+
 function item(invoice, c) {
+  if (pieces(c) > manyPieces && !c.sure) return { ask: pieces(c) + " pieces?" };
   checkRoomForItem(invoice, c);
   var seal = invoice.getNewHeatSealCount() > 0 ? invoice.getSelectedHeatSeal() : "";
   var count = seal ? 1 : pieces(c);
-  var isAlone = seal || lineOf(invoice, "itemType='IT' and lineItemId=" + id(c) + " and heatSeal<>''") > 0;
-  var added = c.redo ? invoice.addRedoItem(id(c), count) : invoice.addItem(id(c), !isAlone && invoice.groupSimilarItems ? 1 : 0, count);
+  if (c.redo) return sealed(invoice, invoice.addRedoItem(id(c), count), seal);
+  var like = !seal && !c.different && invoice.groupSimilarItems ? plainLine(invoice, id(c)) : 0;
+  if (!like) return sealed(invoice, invoice.addItem(id(c), 0, count), seal);
+  invoice.changeQuantity(invoice.getLineQuantity(like) + count, like);
+  return like;
+}
+
+function sealed(invoice, added, seal) {
   if (added > 0 && seal) {
     invoice.addHeatSeal(added, seal);
     invoice.removeNewHeatSeal(seal);
@@ -137,25 +161,35 @@ function item(invoice, c) {
   return added;
 }
 
+// One more garment of the chosen line's item, on a line of its own.
+function different(invoice, c) {
+  var item_ = fieldOf(invoice, line(c), "lineItemId");
+  if (fieldOf(invoice, line(c), "itemType") !== "IT") throw new Error("Choose a garment first.");
+  return item(invoice, { id: item_, quantity: 1, different: true });
+}
+
+// `each` says whether what hangs on every piece hangs on the new ones too.
 function quantity(invoice, c) {
+  if (pieces(c) > manyPieces && !c.sure) return { ask: pieces(c) + " pieces?" };
   checkRoom(invoice, invoice.checkAllowableItemCountPerDept(String(line(c)), pieces(c), 1, 0, ""));
-  invoice.changeQuantity(pieces(c), line(c));
+  var question = pieceCounts.question(invoice, line(c), pieces(c));
+  if (question && c.each === undefined) return { choose: question, values: [["Yes", { each: true }], ["No", { each: false }]] };
+  pieceCounts.change(invoice, line(c), pieces(c), c.each !== false);
   return line(c);
 }
 
-// A coupon that shows as applied is taken off; another comes on where the first one admits it.
-function coupon(invoice, c) {
-  var applied = "itemType='CU' and lineItemId=" + id(c), isOff = false;
-  for (var number; (number = lineOf(invoice, applied)) > 0; isOff = true) {
-    invoice.removeCoupon(number);
-    invoice.lineItems.Filter = 0;
-  }
-  if (isOff) return;
-  if (!invoice.isFirstCoupon()) {
-    var own = Database.query("select validWithOtherOffer from Discount where discountID = " + id(c));
-    if (!invoice.validateCouponAdd() || (!own.EOF && !own.Fields("validWithOtherOffer").Value)) throw new Error("One of the offers does not stand beside others.");
-  }
-  if (!invoice.addCoupon(id(c))) throw new Error("This coupon takes nothing off this ticket.");
+// A word that was typed for the chosen garment: an upcharge of its item, a color, a pattern or a brand, by the beginning of
+// its name; else the item that the page found for it.
+function describe(invoice, c) {
+  var typed = text.quoted(words(c.value, 40).replace(/[\[%_]/g, "") + "%"), item_ = line(c) ? fieldOf(invoice, line(c), "lineItemId") || 0 : 0;
+  var found = Database.query("select itemDescriptorPriceId as id, descriptorName as name from ItemDescriptorPrice where disabled = 0 and descriptorType = 'UP' and priceListItemId = " + item_ +
+                             " and descriptorName like " + typed + " order by displaysequence");
+  if (item_ && !found.EOF) return exports.table.upcharge(invoice, { line: c.line, id: found.Fields("id").Value, name: found.Fields("name").Value });
+  var kinds = Database.query("select g.type, d.name from descriptor d inner join descriptorgroup g on g.descriptorgroupid = d.descriptorgroupid where d.name like " + typed +
+                             " order by case g.type when 'CO' then 1 when 'PA' then 2 else 3 end, d.displayorder");
+  if (item_ && !kinds.EOF) return descriptor(String(kinds.Fields("type").Value).toUpperCase())(invoice, { line: c.line, name: kinds.Fields("name").Value });
+  if (text.whole(c.item)) return item(invoice, { id: c.item, quantity: 1 });
+  throw new Error("Nothing is called " + words(c.value, 40) + (item_ ? "." : ", or choose a garment first."));
 }
 
 // The books take a preference as it stands: one of its options, or plain words where it has none.
@@ -168,25 +202,38 @@ function preference(invoice, c) {
 }
 
 function remove(invoice, c) {
-  if (fieldOf(invoice, line(c), "itemType") !== "CU") return invoice.deleteItem(line(c)), 0;
-  invoice.removeCoupon(line(c));
-  invoice.lineItems.Filter = 0;
+  var kind = fieldOf(invoice, line(c), "itemType"), name = fieldOf(invoice, line(c), "itemName");
+  if (!kind) return 0;
+  undo.keep(invoice, name + " removed");
+  if (kind === "CU") return coupons.takeOff(invoice, fieldOf(invoice, line(c), "lineItemId")), 0;
+  return invoice.deleteItem(line(c)), 0;
+}
+
+function redo(invoice, c) {
+  undo.keep(invoice, fieldOf(invoice, line(c), "itemName") + " made a redo");
+  invoice.setLineToRedo(line(c));
+  return line(c);
 }
 
 function charge(invoice, c) {
   var department = text.whole(c.department);
   checkRoom(invoice, invoice.checkAllowableItemCountPerDept("", pieces(c), 1, department, "getItemDetails"));
-  if (!words(c.name, 64)) throw new Error("What is charged?");
+  if (!whole(c.name, 64)) throw new Error("What is charged?");
   if (Database.query("select departmentid from department where disabled = 0 and departmentid = " + department + " and pricelistid = " + invoice.priceListId).EOF)
     throw new Error("There is no such department.");
   invoice.addChargeLineNew(invoice.storeNumber, invoice.priceListId, price(c.value), words(c.name, 64), pieces(c), department, 1);
 }
 
-function chosenDay(act) {
-  return function (invoice, c) {
-    act(invoice, c);
-    Session.isDatePicked = true;
-  };
+function deptDue(invoice, c) {
+  Session.days[text.whole(c.department)] = day(c.value);
+  invoice.setDeptIdDueDate(text.whole(c.department), day(c.value));
+}
+
+function ticketDue(invoice, c) {
+  Session.ticketDay = day(c.value);
+  Session.days = {};
+  invoice.setInvoiceDueDate(day(c.value));
+  invoice.setAllDepartmentDueDates(day(c.value));
 }
 
 exports.table = {
@@ -195,25 +242,33 @@ exports.table = {
   color:         descriptor("CO"),
   pattern:       descriptor("PA"),
   brand:         descriptor("BR"),
+  different:     different,
+  describe:      describe,
   quantity:      quantity,
   price:         summed(function (t, c) { t.overRidePrice(price(c.value), line(c)); return line(c); }),
   upchargePrice: summed(function (t, c) { t.overRidePrice(price(c.value), text.whole(c.upcharge)); return line(c); }),
-  notes:         function (t, c) { t.attachNotes(line(c), words(c.value, 255)); return line(c); },
-  answer:        function (t, c) { t.attachPromptReponse(line(c), words(c.value, 255)); return line(c); },
-  redo:          summed(function (t, c) { t.setLineToRedo(line(c)); return line(c); }),
+  notes:         function (t, c) { t.attachNotes(line(c), whole(c.value, noteSize)); return line(c); },
+  answer:        function (t, c) { t.attachPromptReponse(line(c), whole(c.value, noteSize)); return line(c); },
+  redo:          summed(redo),
   remove:        summed(remove),
   charge:        summed(charge),
-  deptDue:       chosenDay(function (t, c) { t.setDeptIdDueDate(text.whole(c.department), day(c.value)); }),
-  ticketDue:     chosenDay(function (t, c) { t.setInvoiceDueDate(day(c.value)); t.setAllDepartmentDueDates(day(c.value)); }),
+  deptDue:       deptDue,
+  ticketDue:     ticketDue,
   preference:    preference,
-  coupon:        summed(coupon),
+  coupon:        summed(function (t, c) { coupons.press(t, id(c)); }),
+  undo:          summed(function (t) { undo.back(t); }),
   seal:          scanned,
   sealHere:      sealHere,
   sealNext:      chosenSeal,
   sealOff:       function (t, c) { t.removeNewHeatSeal(words(c.value, 40)); }
 };
 
+// Days and coupons that were chosen hold after every click; what cannot hold is said.
 exports.run = function (invoice, name, c) {
   if (!Object.prototype.hasOwnProperty.call(exports.table, name)) throw new Error("There is no such click.");
-  return exports.table[name](invoice, c);
+  var result = exports.table[name](invoice, c);
+  if (result && result.ask || result && result.choose) return result;
+  finishing.keepDays(invoice);
+  coupons.keep(invoice);
+  return result;
 };

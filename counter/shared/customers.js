@@ -32,22 +32,35 @@ function phoneCondition(digits) {
   return "replace(isnull(c.MainAreaCode, '') + isnull(c.MainPhone, ''), '-', '') like " + text.quoted("%" + local + "%");
 }
 
-// Part of a name ("fen", "marta fen", "ohanlon"), of a phone number with or without signs, or a ticket's or invoice's
-// number. A number is tried as a ticket first.
-exports.find = function (wanted) {
+// A letter as a name may have it: with an accent or without.
+var accents = { a: "aàáâãäå", c: "cç", e: "eèéêë", i: "iìíîï", n: "nñ", o: "oòóôõöø", u: "uùúûü", y: "yýÿ" };
+function spelt(part) {
+  return part.toLowerCase().split("").map(function (letter) {
+    var plain = Object.keys(accents).filter(function (one) { return accents[one].indexOf(letter) >= 0; })[0];
+    return plain ? "[" + accents[plain] + accents[plain].toUpperCase() + "]" : letter;
+  }).join("");
+}
+
+// Part of a name ("fen", "marta fen", "ohanlon", "zoe"), of a phone number with or without signs, or a ticket's or
+// invoice's number: {tickets, customers}.
+exports.search = function (wanted) {
   var words = String(wanted).replace(/^[\s#]+|\s+$/g, "");
   var digits = words.replace(/[\s().+-]/g, "");
-  if (/^\d+$/.test(digits) && digits.length >= 3) {
-    var byTicket = found("c.customerSequenceNumber in (select t.customerSequenceNumber from Ticket t where t.invoiceNumber = " + text.quoted(digits) +
-                         (digits.length < 10 ? " or t.ticketNumber = " + digits : "") + ")");
-    return byTicket.concat(found(phoneCondition(digits)));
-  }
+  if (/^\d+$/.test(digits) && digits.length >= 3) return { tickets: ticketsCalled(digits), customers: found(phoneCondition(digits)) };
   var parts = pattern(words).replace(/'/g, "").split(/[\s,]+/).filter(function (part) { return part; });
-  if (!parts.length) return [];
-  return found(parts.map(function (part) {
-    return "replace(isnull(c.lastName, '') + ' ' + isnull(c.firstName, '') + ' ' + isnull(c.customername, ''), '''', '') like " + text.quoted("%" + part + "%");
-  }).join(" and "));
+  if (!parts.length) return { tickets: [], customers: [] };
+  return { tickets: [], customers: found(parts.map(function (part) {
+    return "replace(isnull(c.lastName, '') + ' ' + isnull(c.firstName, '') + ' ' + isnull(c.customername, ''), '\'\'', '') like " + text.quoted("%" + spelt(part) + "%");
+  }).join(" and ")) };
 };
+
+var states = { FI: "collected", VO: "void", OD: "out for delivery" };
+function ticketsCalled(digits) {
+  return text.rows(Database.query("select top " + exports.most + " invoiceNumber, ticketStatus, customerSequenceNumber from Ticket where invoiceNumber = " + text.quoted(digits) +
+                                  (digits.length < 10 ? " or ticketNumber = " + digits : "") + " order by ticketNumber desc"), function (field) {
+    return { invoice: field("invoiceNumber"), state: states[field("ticketStatus")] || "in the shop", customer: exports.byId(field("customerSequenceNumber")) };
+  }).filter(function (one) { return one.customer; });
+}
 
 exports.byId = function (id) {
   return found("c.customerSequenceNumber = " + text.whole(id))[0] || null;
@@ -60,6 +73,7 @@ exports.openTickets = function (id) {
     "select t.ticketNumber, t.invoiceNumber, t.invoiceType, t.dueDate, t.netTotal, t.amountPaid, " +
     "(select sum(case l.saleOnly when 1 then l.quantity else l.quantity * isnull(l.packagedQuantity, 1) end) from TicketLineItem l " +
     "where l.ticketNumber = t.ticketNumber and l.ticketLineType in ('IT', 'AC')) as garments, " +
+    "isnull(dbo.pivotTicketRackLocationBrief(t.ticketNumber, ', '), '') as rack, " +
     "(select count(*) from rackassignment r where r.ticketnumber = t.ticketNumber) as racks, " +
     "(select sum(l.quantity) from TicketLineItem l where l.ticketNumber = t.ticketNumber and l.ticketLineType = 'DE') as counted " +
     "from Ticket t where t.customerSequenceNumber = " + text.whole(id) + " and t.storeId = " + desk.place().store +
@@ -67,7 +81,7 @@ exports.openTickets = function (id) {
     var garments = field("garments") || 0, counted = field("counted") || 0;
     return {
       number: field("ticketNumber"), invoice: field("invoiceNumber"), due: field("dueDate"), pieces: garments + counted, total: field("netTotal"), paid: field("amountPaid"),
-      isQuick: field("invoiceType") === "Q", isBag: counted > 0 && garments === 0,
+      rack: field("rack"), isQuick: field("invoiceType") === "Q", isBag: counted > 0 && garments === 0,
       state: field("racks") > 0 ? "ready" : field("dueDate") && field("dueDate") < today ? "late" : ""
     };
   });

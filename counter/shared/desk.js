@@ -39,6 +39,8 @@ exports.openWorks = function () {
 // Each ticket, bag or visit at the till has a number, which its pages send along: one that is still open in another
 // tab, or that the browser brings back, changes nothing of what came after it.
 exports.begin = function (work) {
+  delete Session.putAway;
+  delete Session.kept.collected;
   Session.kept.begun = (Session.kept.begun || 0) + 1;
   Session.numbers = Session.numbers || {};
   Session.numbers[work] = Session.kept.begun;
@@ -61,7 +63,34 @@ exports.tablesFor = function (work, load) {
 // What was written is saved or given up: a restart of the host brings nothing of it back, unless a ticket,
 // a pickup or a bag is still open beside it.
 exports.workDone = function () {
+  delete Session.putAway;
   if (!exports.openWorks().length) Server.workDone();
+};
+
+// ---- what was given up, and the way back to it, which lasts until the next work begins
+
+// It stays part of the work that a restart brings back, unless nothing was in it: then there is nothing to bring back.
+exports.putAway = function (work, isWorth) {
+  if (isWorth) Session.putAway = { work: work, object: Session[work], number: exports.numberOf(work), customer: Session[work].custSeqNumber };
+  delete Session[work];
+  if (work === "invoice") Session.finished = false;
+  if (!isWorth) exports.workDone();
+};
+
+// Null when there is nothing to bring back, or when the like of it is open by now.
+exports.awayWork = function () {
+  var away = Session.putAway;
+  return away && !Session[away.work] ? exports.works.filter(function (one) { return one[0] === away.work; })[0] : null;
+};
+
+exports.bringBack = function () {
+  var work = exports.awayWork();
+  if (!work) return null;
+  Session[work[0]] = Session.putAway.object;
+  Session.numbers[work[0]] = Session.putAway.number;
+  Session.tables = "";
+  delete Session.putAway;
+  return work;
 };
 
 // True when counter and clerk are known, and what was saved last; otherwise the browser is sent to where that is said.
@@ -71,4 +100,10 @@ exports.staffed = function () {
   else if (!exports.employee()) Response.redirect("/employee");
   else return true;
   return false;
+};
+
+// How this shop's scanner types: --set scannerPrefix=~, scannerSuffix=Tab, scannerMinimum=5. Without a prefix a scan is
+// known by its speed, which the page learns.
+exports.scanner = function () {
+  return { prefix: String(Server.setting("scannerPrefix") || ""), suffix: String(Server.setting("scannerSuffix") || "Enter"), minimum: text.whole(Server.setting("scannerMinimum")) || 5 };
 };

@@ -86,29 +86,87 @@ function describe(invoice) {
   invoice.counterSaleOnly = has(invoice, "itemType='IT'") && !has(invoice, "itemType='IT' and saleOnly=0") && !has(invoice, "itemType='AC'");
 }
 
+// ---- the days that the clerk has chosen
+
+// Of a department: the day chosen for it, else the one chosen for the whole ticket, else nothing.
+exports.chosenDay = function (department) {
+  return Session.days && Session.days[department] || Session.ticketDay || "";
+};
+
+// Each department with the days of its lines and its latest garment.
+function departmentsOf(invoice) {
+  var found = {};
+  text.rows(invoice.lineItems.Clone(), function (field) {
+    var id = field("deptId"), date = field("dueDate"), kind = field("itemType");
+    if (!date || !/^(IT|AC|DE)$/.test(kind)) return;
+    var one = found[id] = found[id] || { id: id, days: [], garment: null };
+    one.days.push(text.slashed(date));
+    if (kind !== "AC" && !(one.garment && one.garment.date >= date)) one.garment = { date: date, took: field("daysToProcess") };
+  });
+  return Object.keys(found).map(function (id) { return found[id]; });
+}
+
+function chargesWith(invoice, department) {
+  var charges = invoice.lineItems.Clone();
+  charges.Filter = "itemType='AC' and deptId=" + department.id;
+  for (; !charges.EOF; charges.MoveNext()) {
+    if (!(charges.Fields("dueDate").Value > department.garment.date)) continue;
+    charges.Fields("dueDate").Value = department.garment.date;
+    charges.Fields("daysToProcess").Value = department.garment.took;
+  }
+  invoice.calculateInvDueDate();
+}
+
+// Lines that have come since take the day that was chosen. Nobody waits for a charge: it is ready with the garments.
+exports.keepDays = function (invoice) {
+  departmentsOf(invoice).forEach(function (one) {
+    var day = exports.chosenDay(one.id);
+    if (!day) return one.garment ? chargesWith(invoice, one) : null;
+    if (one.days.some(function (other) { return other !== day; })) invoice.setDeptIdDueDate(one.id, day);
+  });
+};
+
 // | step                | why it stands where it stands                                                              |
 // |---------------------|--------------------------------------------------------------------------------------------|
 // | pricing             | before the days move: who is delivered early has asked for no rush                         |
-// | route and workload  | a new ticket only, and unless the clerk chose a day                                        |
+// | route and workload  | a new ticket only, and only what has no day that the clerk chose                           |
 // | what a split loses  | noted, and given to the parts                                                              |
 // | split               | not of a bag, which was split when it was taken in: what comes out of it stays on its ticket |
-exports.finish = function (invoice) {
+//
+// The result says what was and has moved: {leastAhead, paid, days, moved, carried, starch, finish}; `moved` has, by
+// department, {name, from, to, why}.
+exports.apply = function (invoice) {
   describe(invoice);
-  if (!invoice.isAdd) invoice.amountPaid = tickets.stored(invoice).paid;
   invoice.invoiceDone2();
-  Session.finishing = { leastAhead: invoice.getMinimumPrepay(), paid: invoice.amountPaid, days: daysOf(invoice), carried: carriedOf(invoice) };
-  if (invoice.isAdd && !Session.isDatePicked && !invoice.counterSaleOnly) {
-    invoice.adjustDueDatesForRoute(invoice.custSeqNumber);
-    invoice.adjustDueDatesForWorkload();
-  }
-  var days = daysOf(invoice);
-  Object.keys(days).forEach(function (department) {
-    if (text.day(days[department]) === text.day(Session.finishing.days[department])) delete Session.finishing.days[department];
-  });
+  var outcome = { leastAhead: invoice.getMinimumPrepay(), paid: invoice.amountPaid, days: daysOf(invoice), carried: carriedOf(invoice), moved: {}, starch: invoice.starchPref, finish: invoice.finishPref };
+  if (invoice.isAdd && !Session.ticketDay && !invoice.counterSaleOnly) adjustDays(invoice, outcome);
   if (!invoice.isQuickInvoice() && invoice.isSplitInvoice()) {
     invoice.splitInvoice(tickets.saveAction(invoice));
-    exports.parts(invoice).forEach(function (part) { carry(part, Session.finishing.carried); });
+    exports.parts(invoice).forEach(function (part) { carry(part, outcome.carried); });
   }
+  return outcome;
+};
+
+// Both operations move whole departments; those with a chosen day are moved back.
+function adjustDays(invoice, outcome) {
+  function step(move, why) {
+    var before = daysOf(invoice);
+    move();
+    Object.keys(Session.days || {}).forEach(function (department) { if (before[department]) invoice.setDeptIdDueDate(Number(department), text.slashed(before[department])); });
+    var after = daysOf(invoice);
+    Object.keys(after).forEach(function (department) {
+      if (text.day(after[department]) === text.day(before[department])) return;
+      outcome.moved[department] = { name: tickets.fieldWhere(invoice, "deptId=" + department, "deptName"), from: outcome.days[department], to: after[department],
+                                    why: why(before[department]) };
+    });
+  }
+  step(function () { invoice.adjustDueDatesForRoute(invoice.custSeqNumber); }, function () { return "the route's next day"; });
+  step(function () { invoice.adjustDueDatesForWorkload(); }, function (full) { return text.day(full) + " is full"; });
+}
+
+exports.finish = function (invoice) {
+  if (!invoice.isAdd) invoice.amountPaid = tickets.stored(invoice).paid;
+  Session.finishing = exports.apply(invoice);
   Session.finished = true;
 };
 
@@ -121,8 +179,8 @@ exports.reopen = function () {
   invoice.amountPaid = finishing.paid;
   invoice.counterSaleOnly = false;
   carry(invoice, finishing.carried);
-  Object.keys(finishing.days).forEach(function (department) {
-    invoice.setDeptIdDueDate(Number(department), finishing.days[department]);
+  Object.keys(finishing.moved).forEach(function (department) {
+    invoice.setDeptIdDueDate(Number(department), text.slashed(finishing.days[department]));
   });
   invoice.recalculatePrepay();
   Session.finished = false;
@@ -133,7 +191,7 @@ exports.conflict = function (invoice) {
   if (invoice.isAdd) return "";
   var now = tickets.stored(invoice);
   if (now.isOut) return "This ticket has been handed out meanwhile.";
-  if (now.changed !== Session.changed) return "This ticket has been changed at another counter meanwhile. Give it up and call it up again.";
+  if (now.changed !== Session.changed) return "This ticket has been changed meanwhile. Give it up and call it up again.";
   return now.paid !== Session.finishing.paid ? "Something was paid on this ticket meanwhile: finish it again." : "";
 };
 
@@ -145,4 +203,11 @@ exports.isMissingSeals = function (invoice) {
 exports.readyDay = function (invoice) {
   var days = text.rows(invoice.lineItems.Clone(), function (field) { return field("dueDate"); }).filter(function (day) { return day; });
   return invoice.counterSaleOnly || !days.length ? null : days.reduce(function (latest, day) { return day > latest ? day : latest; });
+};
+
+// Back from a finish that broke off in the middle: what it generated goes, what was keyed in stays.
+exports.undoHalf = function (invoice) {
+  invoice.lineItems.Filter = 0;
+  invoice.cancelDoneOperation();
+  invoice.recalculatePrepay();
 };

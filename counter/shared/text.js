@@ -13,6 +13,11 @@ exports.day = function (date) {
   return names[date.getDay()] + " " + (date.getMonth() + 1) + "/" + date.getDate() + "/" + date.getFullYear();
 };
 
+// As the library takes a day.
+exports.slashed = function (date) {
+  return (date.getMonth() + 1) + "/" + date.getDate() + "/" + date.getFullYear();
+};
+
 // A text as a literal of SQL.
 exports.quoted = function (value) {
   return "'" + String(value).replace(/'/g, "''") + "'";
@@ -52,3 +57,10 @@ exports.rows = function (recordset, made) {
   for (; !recordset.EOF; recordset.MoveNext()) all.push(made(field));
   return all;
 };
+
+// Money to the cent.
+exports.cents = function (value) {
+  return Math.round(value * 100 + (value < 0 ? -1e-6 : 1e-6)) / 100;
+};
+
+exports.pieces = function (count) { return count + (count === 1 ? " piece" : " pieces"); };

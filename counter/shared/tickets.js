@@ -27,7 +27,12 @@ function take(invoice, action) {
   invoice.LoadDefaults();
   Session.invoice = invoice;
   Session.finished = false;
-  Session.isDatePicked = action === "edit";
+  // What the clerk chooses on the way: days by department and of the whole ticket, coupons, the last step to be undone.
+  Session.days = {};
+  Session.ticketDay = "";
+  Session.coupons = {};
+  Session.undo = null;
+  Session.saved = null;
   Session.changed = action === "edit" ? exports.stored(invoice).changed : "";
   desk.begin("invoice");
   Session.tables = "invoice" + desk.numberOf("invoice");
@@ -92,8 +97,16 @@ exports.isWriting = function () {
 exports.stored = function (invoice) {
   var found = Database.query("select ticketStatus, amountPaid, lastModifiedDate from Ticket where ticketNumber = " + invoice.ticketNo);
   return { isOut: found.EOF || found.Fields("ticketStatus").Value === "FI" || found.Fields("ticketStatus").Value === "VO",
-           paid: found.EOF ? 0 : found.Fields("amountPaid").Value, changed: found.EOF ? "" : String(found.Fields("lastModifiedDate").Value) };
+           paid: found.EOF ? 0 : found.Fields("amountPaid").Value, changed: found.EOF ? "" : String(found.Fields("lastModifiedDate").Value) + linesOf(invoice.ticketNo) };
 };
+
+// The moment of a change alone does not tell: two may fall into one.
+function linesOf(ticket) {
+  return text.rows(Database.query("select l.lineItemNumber, l.lineItemName, l.quantity, l.lineItemTotal, isnull(l.itemNotes, '') as notes, isnull(l.promptResponse, '') as answer, l.dueDate, isnull(l.heatseal, '') as seal " +
+                                  "from TicketLineItem l where l.ticketNumber = " + ticket + " order by l.lineItemNumber"), function (field) {
+    return ["lineItemNumber", "lineItemName", "quantity", "lineItemTotal", "notes", "answer", "dueDate", "seal"].map(field).join("|");
+  }).join("\n");
+}
 
 exports.saveAction = function (invoice) {
   return invoice.isAdd ? "add" : "edit";
@@ -104,4 +117,23 @@ exports.numbers = function (invoice) {
   return String(invoice.getTicketNosForPrinting()).split(",").map(function (one) {
     return Number(one.replace(/[^\d]/g, ""));
   }).filter(function (one) { return one > 0; });
+};
+
+// ---- the lines of an invoice, by a condition on them
+
+exports.fieldWhere = function (invoice, condition, column) {
+  var lines = invoice.lineItems.Clone();
+  lines.Filter = condition;
+  return lines.EOF ? null : lines.Fields(column).Value;
+};
+exports.fieldOf = function (invoice, number, column) { return exports.fieldWhere(invoice, "lineNumber=" + number, column); };
+// The first line that a condition finds, or 0.
+exports.lineOf = function (invoice, condition) { return exports.fieldWhere(invoice, condition, "lineNumber") || 0; };
+
+// The heads of saved tickets.
+exports.heads = function (numbers) {
+  if (!numbers.length) return [];
+  return text.rows(Database.query("select ticketNumber, invoiceNumber, dueDate, netTotal, customerSequenceNumber from Ticket where ticketNumber in (" + numbers.join(",") + ") order by ticketNumber"), function (field) {
+    return { number: field("ticketNumber"), invoice: field("invoiceNumber"), due: field("dueDate"), total: field("netTotal"), customer: field("customerSequenceNumber") };
+  });
 };

@@ -1,8 +1,9 @@
-// The customer at the till: Session.pickup, an object of the library, and the screen's parts. A customer collects
-// tickets ("pickup") or pays ahead for tickets that are still in the shop ("prepay").
+// The customer at the till: Session.pickup, an object of the library. A customer collects tickets ("pickup") or pays
+// ahead for tickets that are still in the shop ("prepay"). What the screen shows of it is in till_screen.js.
 var desk = Server.include("shared/desk.js");
 var text = Server.include("shared/text.js");
 var cards = Server.include("shared/cards.js");
+var credit = Server.include("shared/credit.js");
 var tickets = Server.include("shared/tickets.js");
 var customers = Server.include("shared/customers.js");
 
@@ -17,16 +18,19 @@ exports.tenders = [
 
 // Those of them that the shop takes; a shop that lists none takes all. Only who has an account buys on it.
 exports.tendersHere = function (session) {
-  var account = Database.query("select customerSequenceNumber from Customer where (temporaryaccount = 1 or permanentaccount = 1) and customerSequenceNumber = " + session.custSeqNumber);
   var taken = text.rows(Database.query("select paymentTypeName from StorePaymentType where storeId = " + desk.place().store), function (field) { return field("paymentTypeName"); });
-  return exports.tenders.filter(function (one) { return (!taken.length || taken.indexOf(one[0]) >= 0) && (one[0] !== "On Account" || !account.EOF); });
+  return exports.tenders.filter(function (one) {
+    return (!taken.length || taken.indexOf(one[0]) >= 0) && (one[0] !== "On Account" || credit.hasAccount(session.custSeqNumber));
+  });
 };
 
 exports.isCardTaken = function () {
   return cards.isThere() && !Database.query("select paymentTypeName from StorePaymentType where paymentTypeName = 'Credit Card' and storeId = " + desk.place().store).EOF;
 };
 
-// Begins a visit at the till, or begins it again with other tickets.
+// ---- the visit
+
+// Begins a visit at the till.
 exports.start = function (customerId, numbers, action) {
   var session = CreateObject("OndrelCorpComponents.pickup");
   session.DBConnectionString = Database.connectionString;
@@ -35,8 +39,21 @@ exports.start = function (customerId, numbers, action) {
   session.userAction = action;
   session.initStorePaymentTypeInfo();
   Session.pickup = session;
+  Session.tillCoupons = [];
   numbers.forEach(put);
   exports.refresh(session);
+};
+
+// The library only takes tickets in: one is left by beginning again without it, with the tenders as they are.
+exports.leave = function (session, number) {
+  var tendered = text.rows(session.payments.Clone(), function (field) {
+    return [field("amountPaid"), field("paymentType"), field("checkCardNo"), field("creditCardExpDate"), field("creditCardType"), field("amountPaid"), field("approvalCode"), field("transactionNo")]
+      .map(function (value) { return value === null || value === undefined ? "" : value; });
+  });
+  var coupons = Session.tillCoupons;
+  exports.start(session.custSeqNumber, exports.numbers().filter(function (one) { return one !== number; }), session.userAction);
+  Session.tillCoupons = coupons;
+  tendered.forEach(function (one) { Session.pickup.addPayment.apply(Session.pickup, one); });
 };
 
 // The visit that the request is about, with its tickets as they stand now; null when it is another one by now.
@@ -44,61 +61,6 @@ exports.meant = function (number) {
   if (!desk.isMeant("pickup", number)) return null;
   Session.tables = "";
   return Session.pickup;
-};
-
-// What the tickets cost less than the session says when their prepay discount is taken: surcharges and taxes follow it.
-function excess(session) {
-  if (!session.isPrepay()) return 0;
-  return exports.numbers().reduce(function (sum, number) {
-    var ticket = session.pickupInvoices.Item(number);
-    if (!(ticket.prepayDiscount > 0)) return sum;
-    var invoice = tickets.made();
-    invoice.getExistingDetails(number);
-    invoice.setStoreDays(desk.place().store);
-    invoice.applyPrepay(true);
-    invoice.invoiceDone2();
-    return sum + ticket.invoiceTotal - ticket.prepayDiscount - invoice.getInvoiceAmountToPay();
-  }, 0);
-}
-
-function open(session) {
-  return Math.round((session.getTotal() - session.getPrepayDiscount() - Session.tillExcess - session.getAmountPaid()) * 100) / 100;
-}
-exports.due = function (session) { return Math.max(open(session), 0); };
-exports.change = function (session) { return Math.min(Math.max(-open(session), 0), session.getCashPaid()); };
-
-// Tickets, gift cards and card sales as they stand now: another counter may have been at them since. True when the
-// tickets are as they were shown.
-exports.refresh = function (session) {
-  session.reloadInvoices();
-  var sums = [session.getTotal(), session.getAmountPrepaid(), session.getPrepayDiscount()].join();
-  var isSame = Session.tillSums === sums;
-  Session.tillSums = sums;
-  Session.tillExcess = excess(session);
-  Session.tables = "";
-  return isSame;
-};
-
-// What keeps the tenders from being booked, or nothing.
-exports.payTrouble = function (session) {
-  var open = customers.openTickets(session.custSeqNumber).map(function (ticket) { return ticket.number; });
-  if (exports.numbers().some(function (number) { return open.indexOf(number) < 0; })) return "A ticket is no longer here: leave it out.";
-  if (!exports.refresh(session)) return "The tickets have changed meanwhile: look again.";
-  return text.rows(session.payments.Clone(), function (field) {
-    if (field("paymentType") === "GiftCard") return giftCardTrouble(session, field("checkCardNo"), 0);
-    if (field("paymentType") !== "Credit Card") return "";
-    return cards.restOf(field("transactionNo")) + 0.001 < field("amountPaid") ? "The card sale of " + text.money(field("amountPaid")) + " has been used meanwhile: take it off." : "";
-  }).filter(function (one) { return one; })[0] || "";
-};
-
-// Tickets with money or garments in them: a bag goes out when it has been itemised.
-function ticketOf(session, number) {
-  return customers.openTickets(session.custSeqNumber).filter(function (one) { return one.number === number; })[0];
-}
-exports.addTrouble = function (session, number) {
-  var ticket = ticketOf(session, number);
-  if (!ticket) return "This ticket is no longer here.";
-  return ticket.isBag ? "Itemise the bag first." : "";
 };
 
 exports.numbers = function () {
@@ -114,9 +76,81 @@ exports.add = function (number) {
   exports.refresh(Session.pickup);
 };
 
-function total(session, test) {
-  return text.rows(session.payments.Clone(), function (field) { return test(field) ? field("amountPaid") : 0; }).reduce(function (sum, one) { return sum + one; }, 0);
+// Tickets with money or garments in them: a bag goes out when it has been itemised.
+exports.addTrouble = function (session, number) {
+  var ticket = customers.openTickets(session.custSeqNumber).filter(function (one) { return one.number === number; })[0];
+  if (!ticket) return "This ticket is no longer here.";
+  return ticket.isBag ? "Itemise the bag first." : "";
+};
+
+// ---- what tickets cost and what is open on them
+
+// A ticket that is paid ahead is priced with its discount, which surcharges and taxes follow; the session only knows the
+// discount itself. What the price list demands to be paid ahead goes with it.
+function paidAhead(ticket, number) {
+  var invoice = tickets.made(), isEarned = ticket.prepayDiscount > 0;
+  invoice.getExistingDetails(number);
+  var least = invoice.getMinimumPrepay();
+  if (!isEarned || invoice.isPrepayEnabled()) return { price: ticket.invoiceTotal - ticket.prepayDiscount, least: least };
+  invoice.setStoreDays(desk.place().store);
+  invoice.applyPrepay(true);
+  invoice.invoiceDone2();
+  return { price: invoice.getInvoiceAmountToPay(), least: least };
 }
+
+// Tickets, gift cards and card sales as they stand now: another counter may have been at them since. True when the
+// tickets are as they were shown.
+exports.refresh = function (session) {
+  session.reloadInvoices();
+  var sums = [session.getTotal(), session.getAmountPrepaid(), session.getPrepayDiscount()].join();
+  var isSame = Session.tillSums === sums;
+  Session.tillSums = sums;
+  Session.tillAhead = {};
+  if (session.isPrepay()) exports.numbers().forEach(function (number) {
+    Session.tillAhead[number] = paidAhead(session.pickupInvoices.Item(number), number);
+  });
+  Session.tables = "";
+  return isSame;
+};
+
+// Each ticket of the visit: what it costs without and with the discount of who pays ahead, and what is open or too much.
+exports.balances = function (session) {
+  return exports.numbers().map(function (number) {
+    var ticket = session.pickupInvoices.Item(number), ahead = Session.tillAhead[number];
+    var total = text.cents(ticket.invoiceTotal - ticket.prepayDiscount);
+    var price = ahead ? text.cents(ahead.price) : total;
+    var balance = text.cents(price - ticket.amountPaid);
+    return { number: number, invoice: ticket.InvoiceNumber, total: total, price: price, paid: ticket.amountPaid, least: ahead ? ahead.least : 0,
+             owed: Math.max(balance, 0), credit: Math.max(-balance, 0) };
+  });
+};
+
+function sum(list, name) { return text.cents(list.reduce(function (all, one) { return all + one[name]; }, 0)); }
+
+// All sums of the screen. Change comes out of cash and checks of this visit alone; what any other tender has too much has
+// to be taken off, and what was paid too much on an earlier day is a credit.
+exports.sums = function (session) {
+  var all = exports.balances(session);
+  var owed = sum(all, "owed"), tendered = exports.tendered(session), over = text.cents(tendered - owed);
+  var change = Math.min(Math.max(over, 0), exports.tendered(session, "Cash") + exports.tendered(session, "Check"));
+  return {
+    total: sum(all, "total"), discount: text.cents(sum(all, "total") - sum(all, "price")), paid: sum(all, "paid"), least: sum(all, "least"), tendered: tendered,
+    due: Math.max(-over, 0), change: text.cents(change), excess: text.cents(Math.max(over, 0) - change), credit: session.isPrepay() ? 0 : sum(all, "credit")
+  };
+};
+exports.due = function (session) { return exports.sums(session).due; };
+exports.change = function (session) { return exports.sums(session).change; };
+
+// What was tendered in this visit, by all or by one kind of tender.
+exports.tendered = function (session, type) {
+  return text.cents(total(session, function (field) { return !type || field("paymentType") === type; }));
+};
+
+function total(session, test) {
+  return text.rows(session.payments.Clone(), function (field) { return test(field) ? field("amountPaid") : 0; }).reduce(function (all, one) { return all + one; }, 0);
+}
+
+// ---- tenders
 
 // What is wrong with a gift card, or nothing.
 function giftCardTrouble(session, number, amount) {
@@ -146,6 +180,14 @@ exports.tenderTrouble = function (session, type, amount, reference) {
   return type === "GiftCard" ? giftCardTrouble(session, reference, amount) : "";
 };
 
+// What the clerk is asked before a tender is taken: a slip of the finger in the amount, money back for a check.
+exports.tenderQuestion = function (session, type, amount) {
+  var due = exports.due(session);
+  if (type === "Cash" && amount > 10 * Math.max(due, 1)) return "Cash of " + text.money(amount) + " for " + text.money(due) + "?";
+  if (type === "Check" && amount > due) return "A check of " + text.money(amount) + " for " + text.money(due) + ": give " + text.money(amount - due) + " back in cash?";
+  return "";
+};
+
 exports.takeSale = function (session, sale) {
   session.addPayment(sale.amount, "Credit Card", sale.number, sale.expiration, sale.brand, sale.amount, sale.code, sale.transaction);
 };
@@ -154,81 +196,106 @@ exports.unusedSales = function (session) {
   return cards.unused(session.custSeqNumber, text.rows(session.payments.Clone(), function (field) { return field("transactionNo"); }));
 };
 
-// ---- the screen's parts
-
-function amounts(session) {
-  var discount = session.getPrepayDiscount();
-  return [["Total", session.getTotal()]].concat(discount ? [["Prepay discount", -discount - Session.tillExcess]] : []).concat(
-    [["Paid", session.getAmountPaid()], ["Change", exports.change(session)], ["Due", exports.due(session)]]);
-}
-
-function tenderRows(session) {
-  return text.rows(session.payments.Clone(), function (field) {
-    return "<tr><th scope=\"row\">" + text.encoded(field("paymentType")) + "</th><td>" + text.encoded(field("checkCardNo")) + "</td><td class=\"money\">" + text.money(field("amountPaid")) +
-           "</td><td><button class=\"quiet\" data-off=\"" + field("paymentNumber") + "\">Take off</button></td></tr>";
-  }).join("");
-}
-
-// The tickets of the customer: those of the session with their lines, the others to be added.
-function ticketParts(session) {
-  var chosen = exports.numbers();
-  var words = session.isPrepay() ? ["Not now", "Pay for it"] : ["Leave it here", "Collect"];
-  return customers.openTickets(session.custSeqNumber).map(function (ticket) {
-    var within = chosen.indexOf(ticket.number) >= 0;
-    var racks = Database.query("select dbo.pivotTicketRackLocationBrief(" + ticket.number + ", ', ') as rack").Fields("rack").Value;
-    return "<section class=\"paper\"><h2>" + text.encoded(ticket.invoice) + "</h2><p>" + (racks ? "Rack " + text.encoded(racks) : "<strong>Not on the rack</strong>") + " &middot; due " +
-           text.day(ticket.due) + (ticket.state ? " <strong>" + ticket.state + "</strong>" : "") + " &middot; " + ticket.pieces + (ticket.pieces === 1 ? " piece" : " pieces") + " &middot; " +
-           text.money(ticket.total - ticket.paid) + " to pay</p>" + (within ? lines(session, ticket) : "") + "<button data-ticket=\"" + ticket.number +
-           "\" data-within=\"" + (within ? 1 : "") + "\"" + (ticket.isBag && !within ? " disabled" : "") + ">" + (ticket.isBag && !within ? "Not itemised yet" : words[within ? 0 : 1]) + "</button></section>";
-  }).join("");
-}
-
-// The garments of a ticket: what was said about them, a day of their own, and whether they have gone out already.
-function lines(session, ticket) {
-  var rows = session.displayRst.Clone(), children = session.displayRst.Clone();
-  rows.Filter = "ticketNumber=" + ticket.number;
-  var list = text.rows(rows, function (field) {
-    var kind = field("itemType");
-    if (kind !== "IT" && kind !== "DE" && kind !== "AC") return "";
-    var due = field("dueDate"), own = due && ticket.due && text.day(due) !== text.day(ticket.due) ? text.day(due) : "";
-    children.Filter = "ticketNumber=" + ticket.number + " and parentLineNumber=" + field("lineNumber");
-    var hanging = text.rows(children, function (child) { return child("itemName"); });
-    var small = hanging.concat([field("heatSeal"), field("notes"), field("promptResponse"), own, field("pickedUp") ? "handed out" : ""]).filter(function (one) { return one; });
-    return "<li>" + field("quantity") + " " + text.encoded(field("itemName") || field("deptName")) + " <span class=\"small\">" + text.encoded(small.join(", ")) + "</span></li>";
-  }).join("");
-  return "<ul>" + list + "</ul>";
-}
-
-function saleParts(session) {
-  if (cards.waiting(session.custSeqNumber))
-    return "<p class=\"notice\" data-waiting>The card terminal is at work&hellip; <button class=\"quiet\" data-give-up>Do not wait</button></p>";
-  var other = cards.isThere() ? cards.busyWith() : 0;
-  return (other ? "<p class=\"notice\">The card terminal waits for the sale of another customer. <button class=\"quiet\" data-give-up>Do not wait</button></p>" : "") + exports.unusedSales(session).map(function (one) {
-    return "<p>Approved on a card: " + text.money(one.rest) + " <button class=\"quiet\" data-sale=\"" + text.encoded(one.transaction) + "\">Use it</button></p>";
-  }).join("");
-}
-
-// Reads every ticket of the visit, so it is asked for when it is looked at.
-exports.coupons = function (session) {
-  return text.rows(session.getDisplayCouponRst(), function (field) {
-    return "<button data-coupon=\"" + field("discountId") + "\">" + text.encoded(field("discountName")) + "</button>";
-  }).join("") || "<p class=\"notice\">No coupon fits.</p>";
+// The ledger shares tenders out in their order and books none beyond what is open: those that give change come last, so
+// that what the drawer holds of each is what the ledger says.
+exports.inOrder = function (session) {
+  session.payments.Filter = 0;
+  session.payments.Sort = "paymentType desc, paymentNumber";
 };
 
-exports.canPay = function (session) {
-  if (!exports.numbers().length || cards.waiting(session.custSeqNumber)) return false;
-  return session.isPrepay() ? session.payments.RecordCount > 0 : exports.due(session) <= 0;
+// ---- coupons, saved on the tickets at once
+
+function couponWork(session, number, work) {
+  var place = desk.place(), employee = desk.employee();
+  var invoice = tickets.made();
+  invoice.getExistingDetails(number);
+  invoice.setStoreDays(place.store);
+  work(invoice);
+  var setup = Database.query("select oneDiscountPerInvoice from miscsetup where storeid = " + place.store);
+  invoice.invoiceDone(!setup.EOF && setup.Fields(0).Value, Database.query("Select taxCode, description, taxPercent FROM Tax Where storeID = '" + place.store + "'"));
+  invoice.saveInvoice("edit", employee.id, place.terminal, "0", employee.name, place.storeName, true);
+}
+
+function couponLines(id) { return "itemType='CU' and lineItemId=" + id; }
+
+function hasCoupon(number, id) {
+  return !Database.query("select lineItemNumber from TicketLineItem where ticketLineType = 'CU' and lineItemId = " + id + " and ticketNumber = " + number).EOF;
+}
+
+// The tickets of the visit that a coupon is on.
+exports.ticketsOfCoupon = function (id) {
+  return exports.numbers().filter(function (number) { return hasCoupon(number, id); });
 };
 
-exports.parts = function (session) {
-  return {
-    tickets: ticketParts(session) || "<p class=\"notice\">Nothing is in the shop.</p>",
-    tenders: tenderRows(session),
-    sales: saleParts(session),
-    amounts: amounts(session).map(function (row) {
-      return "<div class=\"total\"><div class=\"value\">" + text.money(row[1]) + "</div><div class=\"name\">" + row[0] + "</div></div>";
-    }).join(""),
-    due: exports.due(session),
-    canPay: exports.canPay(session)
-  };
+exports.couponName = function (id) {
+  var found = Database.query("select isnull(discountName, '') from Discount where discountID = " + id);
+  return found.EOF ? "" : found.Fields(0).Value;
+};
+
+exports.addCoupon = function (session, id) {
+  var employee = desk.employee(), place = desk.place();
+  var one = Database.query("select oneDiscountPerInvoice from miscsetup where storeid = " + place.store);
+  session.addCoupon(id, !one.EOF && one.Fields(0).Value, employee.id, place.terminal, employee.name, place.storeName);
+};
+
+exports.takeCouponOff = function (session, id, numbers) {
+  numbers.filter(function (number) { return hasCoupon(number, id); }).forEach(function (number) {
+    couponWork(session, number, function (invoice) {
+      for (var line; (line = tickets.lineOf(invoice, couponLines(id))) > 0; invoice.lineItems.Filter = 0) invoice.removeCoupon(line);
+    });
+  });
+};
+
+// ---- paying
+
+// The ledger's last row, by which a visit knows what it booked itself.
+exports.ledgerEnd = function () { return Database.query("select isnull(max(paymentId), 0) from Payment").Fields(0).Value; };
+
+// What this visit has in the ledger: {amount, isOut} with isOut when its tickets have been handed out.
+exports.booked = function (session) {
+  var list = exports.numbers().concat(0).join(",");
+  var sum = Database.query("select isnull(sum(paymentAmount), 0) from Payment where paymentId > " + (Session.tillLedger || 0) + " and terminalId = " + desk.place().terminal +
+                           " and paymentAction in ('Pickup', 'Pre pay') and ticketNumber in (" + list + ")").Fields(0).Value;
+  var inside = Database.query("select count(*) from Ticket where ticketStatus <> 'FI' and ticketNumber in (" + list + ")").Fields(0).Value;
+  return { amount: text.cents(sum), isOut: exports.numbers().length > 0 && inside === 0 };
+};
+
+// True when the tenders of the visit stand in the ledger.
+exports.isBooked = function (session) {
+  var booked = exports.booked(session);
+  return session.isPrepay() ? booked.amount > 0 : booked.isOut;
+};
+
+
+// What keeps the tenders from being booked, or nothing.
+exports.payTrouble = function (session) {
+  var open = customers.openTickets(session.custSeqNumber).map(function (ticket) { return ticket.number; });
+  if (exports.numbers().some(function (number) { return open.indexOf(number) < 0; })) return "A ticket is no longer here: leave it out.";
+  if (!exports.refresh(session)) return "The tickets have changed meanwhile: look again.";
+  return exports.whyNot(session) || text.rows(session.payments.Clone(), function (field) {
+    if (field("paymentType") === "GiftCard") return giftCardTrouble(session, field("checkCardNo"), 0);
+    if (field("paymentType") !== "Credit Card") return "";
+    return cards.restOf(field("transactionNo")) + 0.001 < field("amountPaid") ? "The card sale of " + text.money(field("amountPaid")) + " has been used meanwhile: take it off." : "";
+  }).filter(function (one) { return one; })[0] || "";
+};
+
+// Why Pay is off, in words; nothing when it is on.
+exports.whyNot = function (session) {
+  var sums = exports.sums(session);
+  if (!exports.numbers().length) return "No ticket is chosen.";
+  if (cards.waiting(session.custSeqNumber)) return "The card terminal is still at work.";
+  if (sums.credit > 0) return text.money(sums.credit) + " was paid too much earlier: settle that first.";
+  if (sums.excess > 0) return "The tenders are " + text.money(sums.excess) + " more than what is due, and no change is given on them: take one off.";
+  if (session.isPrepay()) return session.payments.RecordCount > 0 ? "" : "Nothing is tendered yet.";
+  return sums.due > 0 ? text.money(sums.due) + " is still due." : "";
+};
+
+// What the clerk is asked before tickets go out or less than the price list demands is paid ahead.
+exports.payQuestions = function (session) {
+  var now = Server.now(), today = new Date(now.getFullYear(), now.getMonth(), now.getDate(), 23, 59, 59);
+  var sums = exports.sums(session), chosen = exports.numbers();
+  if (session.isPrepay()) return sums.paid + sums.tendered - sums.change < sums.least - 0.001 ? ["At least " + text.money(sums.least) + " is to be paid ahead. Take less?"] : [];
+  return customers.openTickets(session.custSeqNumber).filter(function (ticket) { return chosen.indexOf(ticket.number) >= 0 && ticket.state !== "ready"; }).map(function (ticket) {
+    return ticket.invoice + (ticket.due && ticket.due > today ? " is not due before " + text.day(ticket.due) : " is not on the rack") + ". Hand it out?";
+  });
 };

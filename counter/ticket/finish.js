@@ -4,5 +4,16 @@ var finishing = Server.include("shared/finishing.js");
 
 var invoice = Request.method === "POST" ? tickets.meant(Request.form.work) : null;
 if (!invoice) return Response.redirect("/ticket");
-if (!Session.finished && !finishing.obstacles(invoice).length) finishing.finish(invoice);
+Session.finishTrouble = "";
+if (!Session.finished && !finishing.obstacles(invoice).length) {
+  // A ticket that cannot be finished is still there to be changed.
+  try {
+    finishing.finish(invoice);
+  } catch (error) {
+    print("finishing failed: " + (error.description || error.message));
+    Session.finished = false;
+    Session.finishTrouble = "The ticket could not be finished: " + (error.description || error.message) + ". It is as it was, change it or try again.";
+    finishing.undoHalf(invoice);
+  }
+}
 Response.redirect("/finish");

@@ -41,6 +41,17 @@ export class Host {
     return execFileSync(program, ["run", "--db", this.connection, join(process.env.ONDREL_TESTS, "query.js"), sql], { encoding: "utf8" }).trim();
   }
 
+  // A statement straight on the file, for what no counter does. False where there is no tool for that.
+  execute(sql) {
+    try {
+      execFileSync("sqlite3", [join(this.folder, "shop.db"), sql]);
+      return true;
+    } catch (error) {
+      if (error.code === "ENOENT") return false;
+      throw error;
+    }
+  }
+
   // What the host has left in its log and journals.
   files() {
     const journals = join(this.folder, "shop.db.sessions");

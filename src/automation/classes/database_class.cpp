@@ -9,6 +9,8 @@ const ClassTable& databaseClass() {
       property("connectionString", &DatabaseAccess::connectionString),
       method("execute", &DatabaseAccess::execute, {{"sql"}}),
       method("query", &DatabaseAccess::query, {{"sql"}}),
+      method("begin", &DatabaseAccess::begin),
+      method("commit", &DatabaseAccess::commit),
       method("trace", &DatabaseAccess::trace),
   });
   // clang-format on

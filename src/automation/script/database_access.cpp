@@ -31,4 +31,14 @@ RecordsetRef DatabaseAccess::query(std::string_view sql) {
   return queryDatabase(apartment_, sql);
 }
 
+void DatabaseAccess::begin() {
+  const ConnectionStringScope scope(apartment_, connectionString_);
+  openTransaction(apartment_);
+}
+
+void DatabaseAccess::commit() {
+  const ConnectionStringScope scope(apartment_, connectionString_);
+  commitTransaction(apartment_);
+}
+
 }  // namespace ondrel

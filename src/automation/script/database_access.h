@@ -21,6 +21,9 @@ class DatabaseAccess : public Object {
   // Runs a statement that gives no rows.
   void execute(std::string_view sql);
   RecordsetRef query(std::string_view sql);
+  // What is executed between the two stands or falls together; without the commit nothing of it stands.
+  void begin();
+  void commit();
   // The statements sent since the last call.
   std::vector<std::string> trace() { return apartment_.trace.take(); }
 
