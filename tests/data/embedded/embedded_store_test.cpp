@@ -81,8 +81,10 @@ TEST(EmbeddedStore, StoresAreApartAndStartFresh) {
 TEST(EmbeddedStore, CheckNamesWhatIsMissing) {
   EmbeddedStore store;
   const auto connection = store.connect();
-  for (const char* change : {"drop table TAX", "drop table employee",
-                             "create table employee (employeeid int, storeId int, active bit)"})
+  for (
+      const char* change :
+      {"drop table TAX", "drop table employee",
+       "create table employee (employeeid int, storeId int, active bit, rights varchar(64), pinHash varchar(255))"})
     connection->execute(change);
   EXPECT_THAT(checkDatabase(*connection),
               ElementsAre("Table employee has no column employeename", "Table Tax is missing"));
