@@ -3,12 +3,15 @@ var layout = Server.include("shared/layout.js");
 var html = Server.include("shared/html.js");
 var desk = Server.include("shared/desk.js");
 var text = Server.include("shared/text.js");
+var shop = Server.include("shared/shop.js");
 var people = Server.include("shared/people.js");
 var customers = Server.include("shared/customers.js");
 var h = html.tag;
 
 if (!desk.staffed()) return;
 var customer = customers.byId(Request.query.id);
+var merged = customer ? shop.value("select mergedInto from Customer where customerSequenceNumber = " + customer.id) : null;
+if (merged) return Response.redirect("/customer?id=" + merged);
 if (!customer) return layout.notice("Customer", "There is no such customer.", "/", "Find a customer");
 
 function button(path, label, values, options) { return html.raw(layout.button(path, label, values, options)); }
@@ -24,7 +27,8 @@ var columns = [["Invoice", ""], ["Pieces", ""], ["Ready", ""], ["Rack", ""], ["T
 
 layout.page(customer.name, html.all(people.head(customer.id), customer.address ? h("p", { "class": "notice" }, customer.address) : "",
   h("div", { "class": "choices" }, button("/ticket/start", "New ticket", { customer: customer.id }, { kind: isReady ? "" : "main" }), button("/quick/start", "Quick drop-off", { customer: customer.id }),
-    button("/pickup/start", "Pickup", { customer: customer.id }, { kind: isReady ? "main" : "" }), button("/pickup/start", "Pay ahead", { customer: customer.id, action: "prepay" })),
+    button("/pickup/start", "Pickup", { customer: customer.id }, { kind: isReady ? "main" : "" }), button("/pickup/start", "Pay ahead", { customer: customer.id, action: "prepay" }),
+    h("a", { "class": "button", href: "/customers/edit?id=" + customer.id }, "Change")),
   h("h2", null, "In the shop"),
   rows.length ? h("table", null, h("thead", null, h("tr", null, columns.map(function (one) { return h("th", { scope: "col", "class": one[1] || false }, one[0]); }), h("td", null))), h("tbody", null, rows))
               : h("p", { "class": "notice" }, "Nothing is in the shop.")), { isHeaded: true });

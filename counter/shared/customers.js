@@ -17,7 +17,7 @@ function customer(field) {
 exports.most = 30;
 
 function found(condition) {
-  return text.rows(Database.query("select top " + exports.most + " " + columns + " from Customer c where " + condition +
+  return text.rows(Database.query("select top " + exports.most + " " + columns + " from Customer c where c.mergedInto is null and " + condition +
                                   " order by c.lastName, c.firstName"), customer);
 }
 
@@ -63,7 +63,7 @@ function ticketsCalled(digits) {
 }
 
 exports.byId = function (id) {
-  return found("c.customerSequenceNumber = " + text.whole(id))[0] || null;
+  return text.rows(Database.query("select " + columns + " from Customer c where c.customerSequenceNumber = " + text.whole(id)), customer)[0] || null;
 };
 
 // The tickets that are still in this shop, the next due first. A bag has been counted and not itemised.

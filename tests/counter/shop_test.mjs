@@ -1,0 +1,94 @@
+// A shop's day without a browser: strangers, racks, the drawer, the set-up.
+import { test, before, after, beforeEach } from "node:test";
+import assert from "node:assert/strict";
+import { Host } from "./counter_host.mjs";
+import { Clerk } from "./clerk.mjs";
+
+const bag = 301;
+let host, clerk;
+
+before(async () => {
+  host = new Host();
+  await host.start();
+});
+after(async () => {
+  await host.stop();
+  host.remove();
+});
+beforeEach(async () => {
+  clerk = new Clerk(host);
+  await clerk.begin();
+});
+
+// Sends a form of the page with what is filled in, and the fields that stand in it.
+async function fill(path, values) { return clerk.press(path, values); }
+
+test("a stranger is on a ticket after one form", async () => {
+  await clerk.open("/?q=Anna Novak 802-555-0777");
+  assert.match(clerk.html, /href="\/customers\/new\?q=Anna%20Novak%20802-555-0777"/);
+  await clerk.open("/customers/new?q=anna%20novak%20802-555-0777");
+  assert.match(clerk.html, /name="firstName" value="Anna"/);
+  assert.match(clerk.html, /name="lastName" value="Novak"/);
+  await fill("/customers/save", { firstName: "Anna", lastName: "Novák", phone: "802-555-0777", email: "anna@example.org", notifyBy: "email", then: "ticket" });
+  assert.equal(clerk.path, "/ticket");
+  await clerk.click("item", { id: bag, quantity: 1 });
+  const [ticket] = await clerk.save();
+  assert.equal(host.query(`select c.customername + ' ' + c.MainAreaCode + c.MainPhone + ' ' + c.notifyBy from Customer c inner join Ticket t on t.customerSequenceNumber = c.customerSequenceNumber where t.ticketNumber = ${ticket}`), "Anna Novák 8025550777 email");
+});
+
+test("who is likely known already is asked about, and a second press enters nobody twice", async () => {
+  const form = { firstName: "Martha", lastName: "Fenwyck", phone: "(802) 555 0101", then: "customer" };  // the phone of Marta Fenwick
+  await clerk.open("/customers/new");
+  await fill("/customers/save", form);
+  assert.match(clerk.words(), /Is it one of these\? Marta Fenwick/);
+  assert.equal(host.query("select count(*) from Customer where lastName = 'Fenwyck'"), "0");
+  const asked = clerk.html;
+  await fill("/customers/save", form);
+  assert.match(clerk.path, /customer\?id=\d+/);
+  clerk.html = asked;
+  await fill("/customers/save", form);
+  assert.equal(host.query("select count(*) from Customer where lastName = 'Fenwyck'"), "1");
+});
+
+test("a form that cannot stand says why and keeps what was typed", async () => {
+  for (const [field, value, said] of [["lastName", "", "A name is missing"], ["phone", "12", "seven digits"], ["email", "nobody", "no e-mail address"], ["notifyBy", "text", "a phone number is needed"]]) {
+    await clerk.open("/customers/new");
+    await fill("/customers/save", { firstName: "", lastName: "O'Brien & <Sons>", phone: "", email: "", then: "customer", [field]: value });
+    assert.match(clerk.words(), new RegExp(said), field);
+    if (field !== "lastName") assert.match(clerk.html, /value="O&#39;Brien &amp; Sons"|value="O'Brien &amp; Sons"/);
+  }
+});
+
+test("two clerks change a customer: the second is told", async () => {
+  const other = new Clerk(host);
+  await other.begin(3, 5);
+  await clerk.open("/customers/edit?id=10");
+  await other.open("/customers/edit?id=10");
+  const form = { firstName: "Ivan", lastName: "Kettle", phone: "8025550110" };
+  await clerk.press("/customers/save", { ...form, notes: "Side door", then: "customer" });
+  await other.press("/customers/save", { ...form, notes: "Lost", then: "customer" });
+  assert.match(other.words(), /Somebody has changed this customer meanwhile/);
+  assert.match(other.html, /value="Lost"/);
+  assert.equal(host.query("select notes from Customer where customerSequenceNumber = 10"), "Side door");
+});
+
+test("a route's days, preferences and marks are kept where the library looks for them", async () => {
+  await clerk.open("/customers/edit?id=7");
+  assert.match(clerk.html, /<option value="3" selected>both<\/option>/);
+  await clerk.press("/customers/save", { firstName: "Nora", lastName: "Whitlow", phone: "8025550107", route: 2, deliverFri: 1, preference1: "Heavy", taxExempt: 1, then: "customer" });
+  assert.equal(host.query("select deliverFri * 10 + deliverTue from customerdelivery where active = 1 and customersequencenumber = 7"), "10");
+  assert.equal(host.query("select value from customerpreference where ticketnumber is null and customersequencenumber = 7"), "Heavy");
+  assert.equal(host.query("select convert(int, taxExempt) * 10 + convert(int, vipEligible) from Customer where customerSequenceNumber = 7"), "10");
+});
+
+test("a customer who was entered twice becomes one, with tickets and money", async () => {
+  const tickets = Number(host.query("select count(*) from Ticket where customerSequenceNumber in (2, 3)"));
+  await clerk.open("/customers/merge?id=3&q=tarrant");
+  await clerk.press("/customers/merge", {}, "name=\"from\" value=\"2\"");
+  assert.equal(clerk.path, "/customer?id=3");
+  assert.equal(Number(host.query("select count(*) from Ticket where customerSequenceNumber = 3")), tickets);
+  await clerk.open("/customer?id=2");
+  assert.equal(clerk.path, "/customer?id=3");
+  await clerk.open("/?q=tarrant");
+  assert.match(clerk.words(), /Nobody found/);
+});
