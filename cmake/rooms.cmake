@@ -2,11 +2,12 @@
 # it names and of those below them, through a folder of links made per room: an include that points
 # at another room does not compile.
 #
-#   ondrel_room(NAME FOLDER [EXCEPT SUBFOLDER...] [USES ROOM...] [LINKS LIBRARY...])
+#   ondrel_room(NAME FOLDER [EXCEPT SUBFOLDER...] [USES ROOM...] [LINKS LIBRARY...] [ALONE FILE...])
 #
-# FOLDER is the path below src/, which is also how its headers are included: "data/apartment.h".
+# FOLDER is the path below src/, which is also how its headers are included: "data/apartment.h". The files
+# of ALONE are compiled by themselves, see batches.cmake.
 function(ondrel_room NAME FOLDER)
-  cmake_parse_arguments(ROOM "" "" "EXCEPT;USES;LINKS" ${ARGN})
+  cmake_parse_arguments(ROOM "" "" "EXCEPT;USES;LINKS;ALONE" ${ARGN})
   set(HERE ${PROJECT_SOURCE_DIR}/src/${FOLDER})
   file(GLOB_RECURSE SOURCES CONFIGURE_DEPENDS ${HERE}/*.cpp)
   foreach(SUBFOLDER ${ROOM_EXCEPT})
@@ -30,6 +31,7 @@ function(ondrel_room NAME FOLDER)
 
   if(SOURCES)
     add_library(ondrel_${NAME} STATIC ${SOURCES})
+    ondrel_batches(ondrel_${NAME} ALONE ${ROOM_ALONE})
     target_include_directories(ondrel_${NAME} PUBLIC $<BUILD_INTERFACE:${LINKS}>)
     target_link_libraries(ondrel_${NAME} PUBLIC ${ROOM_LINKS})
     foreach(USED ${ROOM_USES})

@@ -43,14 +43,14 @@ int check(const std::string& connectionString) {
   return findings.empty() ? 0 : 1;
 }
 
-struct Action {
+struct DatabaseAction {
   const char* name;
   const char* description;
   int (*run)(const std::string& connectionString);
 };
 
 // clang-format off
-constexpr Action kActions[] = {
+constexpr DatabaseAction kDatabaseActions[] = {
     {"create", "Make the database with the tables of a store",   create},
     {"sample", "Load the sample store into an empty database",   loadSample},
     {"check",  "Say what the database lacks; status 1 if it does", check},
@@ -64,7 +64,7 @@ void addDatabaseCommand(CLI::App& app, int& exitCode) {
   database->require_subcommand(1);
   addStoreFileCommands(*database);
   const auto connectionString = std::make_shared<std::string>();
-  for (const Action& action : kActions) {
+  for (const DatabaseAction& action : kDatabaseActions) {
     CLI::App* command = database->add_subcommand(action.name, action.description);
     command
         ->add_option("CONNECTION", *connectionString,

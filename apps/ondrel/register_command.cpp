@@ -47,14 +47,14 @@ void callExport(const std::string& library, const char* name) {
   if (status < 0) failSettings();
 }
 
-struct Action {
+struct RegisterAction {
   const char* name;
   const char* description;
   const char* function;
 };
 
 // clang-format off
-constexpr Action kActions[] = {
+constexpr RegisterAction kRegisterActions[] = {
     {"register",   "Enter the names and ids of the component's classes in the settings", "DllRegisterServer"},
     {"unregister", "Remove them from the settings",                                      "DllUnregisterServer"},
 };
@@ -64,7 +64,7 @@ constexpr Action kActions[] = {
 
 void addRegisterCommands(CLI::App& app) {
   const auto library = std::make_shared<std::string>();
-  for (const Action& action : kActions) {
+  for (const RegisterAction& action : kRegisterActions) {
     CLI::App* command = app.add_subcommand(action.name, action.description);
     command->add_option("LIBRARY", *library, "The component's file; without it the one of this program");
     command->callback([&action, library] {

@@ -13,8 +13,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::string_view kRequest = ".xcr";
-constexpr std::string_view kAnswer = ".xca";
+constexpr std::string_view kXmlRequest = ".xcr";
+constexpr std::string_view kXmlAnswer = ".xca";
 constexpr milliseconds kRound{5000};
 constexpr milliseconds kFirstWait{2000};
 constexpr int kLooks = 30;
@@ -49,7 +49,7 @@ std::string CreditCardProcessing::BeginTransaction(const Variant& RequestString)
     const Files& files = apartment_->files;
     const std::string newId = newTransactionGuid();
     const std::string base = directory_ + newId;
-    const std::string request = base + std::string(kRequest);
+    const std::string request = base + std::string(kXmlRequest);
     if (!waitUntilGone(*apartment_, request)) return;
     files.remove(base);
     writeThenRename(files, RequestString.toText(), base, request);
@@ -59,12 +59,12 @@ std::string CreditCardProcessing::BeginTransaction(const Variant& RequestString)
 }
 
 bool CreditCardProcessing::IsTransactionFinished(const Variant& transactionId) const {
-  return apartment_->files.exists(directory_ + transactionId.joined() + std::string(kAnswer));
+  return apartment_->files.exists(directory_ + transactionId.joined() + std::string(kXmlAnswer));
 }
 
 std::string CreditCardProcessing::GetTransactionResults(const Variant& transactionId) {
   if (!IsTransactionFinished(transactionId)) return "";
-  const std::string path = directory_ + transactionId.joined() + std::string(kAnswer);
+  const std::string path = directory_ + transactionId.joined() + std::string(kXmlAnswer);
   const auto never = [](std::string_view) { return false; };
   int looks = 0;
   const auto waitForNextLook = [&] {

@@ -19,9 +19,9 @@
 namespace ondrel {
 namespace {
 
-constexpr size_t kMostBytes = size_t{8} << 20;
+constexpr size_t kMostJournalBytes = size_t{8} << 20;
 constexpr size_t kGrownBytes = size_t{256} << 10;
-constexpr mode_t kOwnerOnly = 0600;
+constexpr mode_t kJournalMode = 0600;
 
 using Fields = std::vector<std::string>;
 
@@ -252,7 +252,7 @@ Journal::~Journal() {
 
 void Journal::open(int flags) {
   if (path_.empty()) return;
-  file_ = ::open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | flags, kOwnerOnly);
+  file_ = ::open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | flags, kJournalMode);
   hasFailed_ = file_ < 0;
 }
 
@@ -275,7 +275,7 @@ void Journal::write(const Fields& fields, bool toDisk) {
   if (file_ < 0 || isGivenUp_ || hasFailed_) return;
   const std::string line = lineOf(fields);
   bytes_ += line.size();
-  const bool isWritten = bytes_ <= kMostBytes &&
+  const bool isWritten = bytes_ <= kMostJournalBytes &&
                          ::write(file_, line.data(), line.size()) == static_cast<ssize_t>(line.size()) &&
                          (!toDisk || ::fdatasync(file_) == 0);
   hasFailed_ = !isWritten;

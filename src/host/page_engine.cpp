@@ -13,7 +13,7 @@
 namespace ondrel {
 namespace {
 
-constexpr const char* kSource = "Host";
+constexpr const char* kEngineSource = "Host";
 constexpr size_t kLongestPrint = 2000;
 constexpr size_t kLongestKept = 64 << 10;
 // For those who want to work alone.
@@ -54,19 +54,20 @@ void checkHeader(const std::string& name, const std::string& value) {
   const std::string lower = toLower(name);
   for (const std::string_view reserved : kHostHeaders)
     if (lower == reserved)
-      throw Error(ErrorNumber::InvalidCall, kSource, "This header is the host's: " + name);
+      throw Error(ErrorNumber::InvalidCall, kEngineSource, "This header is the host's: " + name);
   for (const char c : name)
     if (!isLetter(c) && !isDigit(c) && c != '-')
-      throw Error(ErrorNumber::InvalidCall, kSource, "Invalid name of a header");
+      throw Error(ErrorNumber::InvalidCall, kEngineSource, "Invalid name of a header");
   for (const char c : value)
     if (static_cast<unsigned char>(c) < ' ')
-      throw Error(ErrorNumber::InvalidCall, kSource, "Invalid value of the header " + name);
+      throw Error(ErrorNumber::InvalidCall, kEngineSource, "Invalid value of the header " + name);
 }
 
 // A page sends the browser to pages only.
 void checkTarget(std::string_view path) {
   const bool isLocal = path.starts_with('/') && !path.starts_with("//") && !path.starts_with("/\\");
-  if (!isLocal) throw Error(ErrorNumber::InvalidCall, kSource, "A redirection needs a path of this host");
+  if (!isLocal)
+    throw Error(ErrorNumber::InvalidCall, kEngineSource, "A redirection needs a path of this host");
 }
 
 void takeHeader(PageAnswer& answer, const std::string& name, const std::string& value) {
@@ -101,7 +102,7 @@ PageEngine::PageEngine(std::shared_ptr<const PageContext> context, PageOwner& ow
                  Variant(std::make_shared<DatabaseAccess>(*apartment_, context_->connectionString)));
   defineFunctions();
   const ScriptOutcome outcome = engine_.run(kPageScript, "host");
-  if (outcome.failure) throw Error(ErrorNumber::InvalidCall, kSource, outcome.failure->text());
+  if (outcome.failure) throw Error(ErrorNumber::InvalidCall, kEngineSource, outcome.failure->text());
 }
 
 void PageEngine::defineFunctions() {
@@ -152,7 +153,7 @@ void PageEngine::defineFunctions() {
   action("keep", [this](Arguments json) {
     std::string text = json[0].toText();
     if (text.size() > kLongestKept)
-      throw Error(ErrorNumber::InvalidCall, kSource, "Session.kept holds more than 64 KB");
+      throw Error(ErrorNumber::InvalidCall, kEngineSource, "Session.kept holds more than 64 KB");
     kept_ = text.empty() ? "{}" : std::move(text);
   });
   action("record", [this](Arguments result) { owner_.record(result[0].toText()); });
@@ -179,14 +180,14 @@ bool PageEngine::haveFilesChanged() {
 std::string PageEngine::source(std::string_view name) const {
   if (const auto file = context_->files->script(name)) return PageFiles::textOf(*file);
   if (name == kSignInPage) return std::string(kSignInScript);
-  throw Error(ErrorNumber::FileNotFound, kSource, "There is no script " + std::string(name));
+  throw Error(ErrorNumber::FileNotFound, kEngineSource, "There is no script " + std::string(name));
 }
 
 // What stands before the text stands on its first line, so that positions are those of the file.
 void PageEngine::compile(const std::string& name) {
   const std::string known = version(name);
   const ScriptOutcome outcome = engine_.run("__take(function (exports) {" + source(name) + "\n});", name);
-  if (outcome.failure) throw Error(ErrorNumber::InvalidCall, kSource, outcome.failure->text());
+  if (outcome.failure) throw Error(ErrorNumber::InvalidCall, kEngineSource, outcome.failure->text());
   versions_[name] = known;
 }
 
@@ -223,7 +224,7 @@ void PageEngine::workAlone() {
   if (alone_.owns_lock()) return;
   alone_ = std::unique_lock(*context_->alone, kLongestQueue);
   if (!alone_.owns_lock())
-    throw Error(ErrorNumber::InvalidCall, kSource, "Another page has worked alone for too long");
+    throw Error(ErrorNumber::InvalidCall, kEngineSource, "Another page has worked alone for too long");
 }
 
 // A transaction that outlived its request would hold the database's lock until the next click.
@@ -236,7 +237,7 @@ void PageEngine::dropTransaction() {
 void PageEngine::setKept(std::string_view json) {
   const ScriptOutcome outcome =
       engine_.run("__keep(decodeURIComponent('" + percentEncoded(json) + "'))", "host");
-  if (outcome.failure) throw Error(ErrorNumber::InvalidCall, kSource, outcome.failure->text());
+  if (outcome.failure) throw Error(ErrorNumber::InvalidCall, kEngineSource, outcome.failure->text());
   kept_ = json;
 }
 

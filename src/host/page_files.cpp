@@ -14,7 +14,7 @@
 namespace ondrel {
 namespace {
 
-constexpr size_t kLongestPath = 200;
+constexpr size_t kLongestName = 200;
 constexpr std::string_view kScriptEnding = ".js";
 constexpr std::string_view kAssets = "assets/";
 constexpr std::string_view kShared = "shared/";
@@ -45,7 +45,7 @@ bool isNameCharacter(char c, bool withDots) {
 
 // Words of name characters between single slashes; none is empty or begins with a dot.
 bool isName(std::string_view name, bool withDots) {
-  if (name.empty() || name.size() > kLongestPath || name.back() == '/') return false;
+  if (name.empty() || name.size() > kLongestName || name.back() == '/') return false;
   char before = '/';
   for (const char c : name) {
     if (c == '/' ? before == '/' : !isNameCharacter(c, withDots) || (c == '.' && before == '/')) return false;

@@ -8,7 +8,7 @@
 namespace ondrel {
 namespace {
 
-constexpr const char* kSource = "Host";
+constexpr const char* kSessionSource = "Host";
 
 }  // namespace
 
@@ -90,8 +90,9 @@ void PageSession::endWork() {
 }
 
 std::string PageSession::signIn(const std::string& clerkId, const std::string& pin) {
-  if (!context_->clerks) throw Error(ErrorNumber::InvalidCall, kSource, "This host knows no clerks");
-  if (replayed_) throw Error(ErrorNumber::InvalidCall, kSource, "Nobody signs in while work is brought back");
+  if (!context_->clerks) throw Error(ErrorNumber::InvalidCall, kSessionSource, "This host knows no clerks");
+  if (replayed_)
+    throw Error(ErrorNumber::InvalidCall, kSessionSource, "Nobody signs in while work is brought back");
   Clerk clerk;
   const Clerks::Verdict verdict = context_->clerks->check(request_->address, clerkId, pin, clerk);
   if (verdict != Clerks::Verdict::Right) return verdict == Clerks::Verdict::Wait ? "wait" : "wrong";
@@ -110,7 +111,7 @@ std::string PageSession::signIn(const std::string& clerkId, const std::string& p
 // commits nothing without one.
 void PageSession::beforeCommit() {
   journal_->committing(request_ && !request_->number.empty());
-  if (isGivenUp_) throw Error(ErrorNumber::InvalidCall, kSource, "The session has ended");
+  if (isGivenUp_) throw Error(ErrorNumber::InvalidCall, kSessionSource, "The session has ended");
 }
 
 void PageSession::settleDoubt() {
@@ -121,7 +122,7 @@ void PageSession::settleDoubt() {
 std::optional<std::string> PageSession::recall() {
   if (!replayed_) return std::nullopt;
   if (nextRecord_ >= replayed_->records.size())
-    throw Error(ErrorNumber::InvalidCall, kSource, "This piece of work was not recorded");
+    throw Error(ErrorNumber::InvalidCall, kSessionSource, "This piece of work was not recorded");
   return replayed_->records[nextRecord_++];
 }
 

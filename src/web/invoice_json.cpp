@@ -11,7 +11,7 @@
 namespace ondrel {
 namespace {
 
-constexpr size_t kExpectedLineSize = 192;
+constexpr size_t kExpectedJsonSize = 192;
 
 // Writes JSON to one text that grows. Every value is a text, numbers too; Null is the empty text.
 class JsonWriter {
@@ -107,7 +107,7 @@ Variant toJSON(Invoice& invoice) {
   invoice.lineItems->clearFilter();
   const ChildLines children(*invoice.lineItems);
   const RecordsetRef lines = invoice.lineItems->clone();  // in table order, whatever the last panel sorted by
-  JsonWriter json(kExpectedLineSize * static_cast<size_t>(lines->recordCount()));
+  JsonWriter json(kExpectedJsonSize * static_cast<size_t>(lines->recordCount()));
   json.raw('{').field("id", invoice.ticketNo).raw(", ").field("invoice", invoice.invoiceNo).raw(", ");
   json.field("datecreated", invoice.createdDate.text()).raw(", \"departments\": [");
   std::string_view betweenDepartments;
@@ -137,7 +137,7 @@ Variant toJSON(Invoice& invoice) {
 Variant jsonItem(Invoice& invoice, const Variant& lineNumber) {
   Variant result;
   if (!lineNumber.joined().empty() && findLine(*invoice.lineItems, lineNumber)) {
-    JsonWriter json(kExpectedLineSize);
+    JsonWriter json(kExpectedJsonSize);
     writeLineHead(json, *invoice.lineItems);
     json.field("baseprice", invoice.lineItems->number(col::lineItemTotal)).raw(',');
     json.field("heatseal", invoice.lineItems->text(col::heatSeal)).raw(',');

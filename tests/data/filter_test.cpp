@@ -12,7 +12,7 @@ namespace {
 using testing::HasSubstr;
 
 // clang-format off
-constexpr std::array<ColumnSpec, 8> kColumns = {{
+constexpr std::array<ColumnSpec, 8> kFilterColumns = {{
     {"lineNumber", FieldType::Long},
     {"deptId",     FieldType::Long,    0, true},
     {"unitPrice",  FieldType::Double,  0, true},
@@ -48,7 +48,7 @@ class FilterTest : public testing::Test {
     return lines;
   }
 
-  RecordsetRef rs_ = Recordset::create(kColumns);
+  RecordsetRef rs_ = Recordset::create(kFilterColumns);
 };
 
 // What the comparison with SQLite does not draw; the other forms are there.

@@ -10,11 +10,11 @@
 namespace ondrel {
 namespace {
 
-const Variant kNull = Variant::null();
+const Variant kNothing = Variant::null();
 
 TEST(TextForms, JsonEscapesTheBackslashFirstAndKeepsNull) {
   EXPECT_EQ(jsonEscape("a\\b\"c\r\nd\\\"").text(), "a\\\\b\\\"c\\r\\nd\\\\\\\"");
-  EXPECT_TRUE(jsonEscape(kNull).isNull());
+  EXPECT_TRUE(jsonEscape(kNothing).isNull());
 }
 
 TEST(TextForms, ScriptEscapeLosesTheQuote) {
@@ -26,14 +26,14 @@ TEST(TextForms, HtmlEncodesByWindows1252Code) {
   EXPECT_EQ(htmlEncode("\xC3\x88\xE2\x82\xAC\t"), "&#200;&#128;&#9;");
   EXPECT_EQ(htmlEncode("\xC5\x81\xC3\xB3<\xE6\xBC\xA2?"), "\xC5\x81&#243;&lt;\xE6\xBC\xA2?")
       << "no code page has both";
-  EXPECT_EQ(htmlEncode(kNull), "");
+  EXPECT_EQ(htmlEncode(kNothing), "");
 }
 
 TEST(TextForms, SqlTexts) {
-  EXPECT_EQ(sqlString("O'Brien") + sqlString("") + sqlString(" ") + sqlString(kNull),
+  EXPECT_EQ(sqlString("O'Brien") + sqlString("") + sqlString(" ") + sqlString(kNothing),
             "'O''Brien'NULL' 'NULL");
-  EXPECT_EQ(sqlQuotedOrNull(kNull) + sqlQuotedOrNull(""), "null''");
-  EXPECT_EQ(sqlNumber(1.5) + sqlNumber(kNull), "1.5NULL");
+  EXPECT_EQ(sqlQuotedOrNull(kNothing) + sqlQuotedOrNull(""), "null''");
+  EXPECT_EQ(sqlNumber(1.5) + sqlNumber(kNothing), "1.5NULL");
   EXPECT_EQ(escapeSql("O'Brien"), "O''Brien");
 }
 
@@ -79,7 +79,8 @@ TEST(Rounding, StatementTextRoundsDecimals) {
 
 TEST(Quantities, TextThatIsNoNumberCountsAsOne) {
   EXPECT_EQ(integerOrOne("3"), 3);
-  for (const Variant& quantity : {Variant("many"), Variant(""), kNull}) EXPECT_EQ(integerOrOne(quantity), 1);
+  for (const Variant& quantity : {Variant("many"), Variant(""), kNothing})
+    EXPECT_EQ(integerOrOne(quantity), 1);
 }
 
 }  // namespace

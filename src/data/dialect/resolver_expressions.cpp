@@ -32,10 +32,6 @@ Conversion columnConversion(SqlType type) {
   }
 }
 
-bool isLiteral(const Expression& expression) {
-  return expression.kind == ExpressionKind::Number || expression.kind == ExpressionKind::Text;
-}
-
 // True when any value of the expression is a value of the column as it stands. A sum of money can have
 // more decimals than money has.
 bool fitsColumn(const Expression& value, const ColumnType& to) {
@@ -88,7 +84,7 @@ ResolvedType ruleType(const FunctionRow& row, const std::vector<Expression*>& op
 }  // namespace
 
 void convertForColumn(Expression& expression, const ColumnType& target) {
-  if (isLiteral(expression) || !fitsColumn(expression, target))
+  if (expression.isLiteral() || !fitsColumn(expression, target))
     expression.conversion = {columnConversion(target.type), target};
 }
 

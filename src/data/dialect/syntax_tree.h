@@ -75,6 +75,8 @@ struct Expression {
   const Source* source = nullptr;  // of a column
   int column = -1;
   int function = -1;  // row in the table of functions
+
+  bool isLiteral() const { return kind == ExpressionKind::Number || kind == ExpressionKind::Text; }
 };
 
 struct SelectItem {

@@ -247,7 +247,7 @@ void addDays(const FunctionCall& call) {
 }
 
 // clang-format off
-constexpr RegisteredFunction kFunctions[] = {
+constexpr RegisteredFunction kDateFunctions[] = {
     {"getdate",  0, getDate},
     {"datediff", 3, dateDiff},
     {"dateadd",  3, dateAdd},
@@ -260,7 +260,7 @@ constexpr RegisteredFunction kFunctions[] = {
 }  // namespace
 
 std::span<const RegisteredFunction> dateFunctions() {
-  return kFunctions;
+  return kDateFunctions;
 }
 
 std::string styledDate(Date moment, int style, bool dayOnly) {

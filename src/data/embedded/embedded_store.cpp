@@ -20,7 +20,7 @@
 namespace ondrel {
 namespace {
 
-constexpr std::string_view kMemoryPrefix = ":memory:";
+constexpr std::string_view kNamePrefix = ":memory:";
 
 DatabaseRef newMemoryDatabase(const std::string& name, std::string_view image,
                               std::shared_ptr<const Schema> schema) {
@@ -33,7 +33,7 @@ DatabaseRef newMemoryDatabase(const std::string& name, std::string_view image,
 
 std::string unusedName() {
   static std::atomic<int> counter{0};
-  return fmt::format("{}store-{}", kMemoryPrefix, ++counter);
+  return fmt::format("{}store-{}", kNamePrefix, ++counter);
 }
 
 // The images that new stores are copies of, and the databases of stores that are gone: their sessions have

@@ -17,10 +17,6 @@ bool isOr(const Expression& expression) {
   return expression.kind == ExpressionKind::Binary && sameWord(expression.token.text, "or");
 }
 
-bool isLiteral(const Expression& expression) {
-  return expression.kind == ExpressionKind::Number || expression.kind == ExpressionKind::Text;
-}
-
 bool isAtomic(const Expression& expression) {
   switch (expression.kind) {
     case ExpressionKind::Column:
@@ -46,7 +42,7 @@ bool isTextExpression(const Expression& expression) {
 
 void Emitter::value(const Expression& expression) {
   const ValueConversion& conversion = expression.conversion;
-  if (isLiteral(expression)) {
+  if (expression.isLiteral()) {
     result_.parameters.push_back({expression.literal, conversion});
     put("?");
   } else if (conversion.kind == Conversion::None) {

@@ -86,7 +86,7 @@ void ticketRackLocations(const FunctionCall& call) {
 }
 
 // clang-format off
-constexpr RegisteredFunction kFunctions[] = {
+constexpr RegisteredFunction kStoreFunctions[] = {
     {"getCustomerCouponUses",        2, customerCouponUses,  0},
     {"getCustomerVisits",            3, customerVisits,      0},
     {"formatPhone",                  2, formatPhone},
@@ -97,7 +97,7 @@ constexpr RegisteredFunction kFunctions[] = {
 }  // namespace
 
 std::span<const RegisteredFunction> storeFunctions() {
-  return kFunctions;
+  return kStoreFunctions;
 }
 
 }  // namespace ondrel

@@ -123,7 +123,7 @@ void like(const FunctionCall& call) {
 }
 
 // clang-format off
-constexpr RegisteredFunction kFunctions[] = {
+constexpr RegisteredFunction kTextFunctions[] = {
     {"len",          1, length},
     {"substring_of", 3, substring},
     {"left_of",      2, leftPart},
@@ -140,7 +140,7 @@ constexpr RegisteredFunction kFunctions[] = {
 }  // namespace
 
 std::span<const RegisteredFunction> textFunctions() {
-  return kFunctions;
+  return kTextFunctions;
 }
 
 }  // namespace ondrel

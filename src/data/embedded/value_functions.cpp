@@ -103,7 +103,7 @@ void newId(const FunctionCall& call) {
 }
 
 // clang-format off
-constexpr RegisteredFunction kFunctions[] = {
+constexpr RegisteredFunction kValueFunctions[] = {
     {"to_column",     5, toColumn},
     {"convert_text",  5, convertText},
     {"divisor",       1, divisor},
@@ -119,7 +119,7 @@ constexpr RegisteredFunction kFunctions[] = {
 }  // namespace
 
 std::span<const RegisteredFunction> valueFunctions() {
-  return kFunctions;
+  return kValueFunctions;
 }
 
 }  // namespace ondrel

@@ -12,7 +12,7 @@ namespace {
 
 using enum LineColumn;
 
-constexpr std::string_view kGoods =
+constexpr std::string_view kSavedGoods =
     "itemType='IT' OR itemType='UP' OR itemType='CO' OR itemType='PA' OR itemType='AC'";
 
 std::string money(double amount) {
@@ -64,13 +64,13 @@ std::string Invoice::sumsAndNames(const SaveRequest& request) {
   const double coupons = sumLines("itemType='CU' OR itemType='LY'", lineTotalOf);
   const double promotions = sumLines("itemType='PR' OR itemType='RE' OR itemType='VI'",
                                      [](const Recordset& line) { return cents(lineTotalOf(line)); });
-  const double goods = sumLines(kGoods, [](const Recordset& line) {
+  const double goods = sumLines(kSavedGoods, [](const Recordset& line) {
     return lineTotalOf(line) + line.number(totalTax) + line.number(totalSurcharge);
   });
   const double accessories = sumLines(
       "itemType='AC'", [](const Recordset& line) { return line.number(taxableAmt) + line.number(totalTax); });
   return fmt::format("{},{},{},0,{},{},{},'{}','{}',0", money(vipQualifyingAmount()), money(coupons),
-                     money(promotions), money(cents(goods)), money(sumLines(kGoods, priceChangeOf)),
+                     money(promotions), money(cents(goods)), money(sumLines(kSavedGoods, priceChangeOf)),
                      money(accessories), escapeSqlValue(request.employeeName),
                      escapeSqlValue(request.storeName));
 }

@@ -12,17 +12,17 @@ namespace ondrel {
 namespace {
 
 constexpr int kNotStarted = 127, kSignalled = 128;
-constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kWordBlanks = " \t";
 
 }  // namespace
 
 std::vector<std::string> commandWords(std::string_view line) {
   std::vector<std::string> words;
-  for (size_t k = 0; (k = line.find_first_not_of(kBlanks, k)) != std::string_view::npos;) {
+  for (size_t k = 0; (k = line.find_first_not_of(kWordBlanks, k)) != std::string_view::npos;) {
     const bool isQuoted = line[k] == '"' || line[k] == '\'';
     const size_t from = isQuoted ? k + 1 : k;
     const size_t end =
-        std::min(isQuoted ? line.find(line[k], from) : line.find_first_of(kBlanks, from), line.size());
+        std::min(isQuoted ? line.find(line[k], from) : line.find_first_of(kWordBlanks, from), line.size());
     words.emplace_back(line.substr(from, end - from));
     k = std::min(end + (isQuoted ? 1 : 0), line.size());
   }

@@ -13,7 +13,7 @@ namespace {
 constexpr const char* kLettersKey = "Software\\Ondrel Corporation\\OVS\\Letters";
 constexpr size_t kLargestFile = size_t{64} << 20;
 
-[[noreturn]] void fail(ErrorNumber number, const std::string& description) {
+[[noreturn]] void failMerge(ErrorNumber number, const std::string& description) {
   throw Error(number, "MailMerge", description);
 }
 
@@ -23,9 +23,9 @@ std::string_view nameOf(std::string_view path) {
 
 std::string readWhole(const Files& files, std::string_view path, const std::string& kind) {
   std::optional<std::string> text = files.read(path, kLargestFile + 1);
-  if (!text) fail(ErrorNumber::FileNotFound, kind + " not found: " + std::string(nameOf(path)));
+  if (!text) failMerge(ErrorNumber::FileNotFound, kind + " not found: " + std::string(nameOf(path)));
   if (text->size() > kLargestFile)
-    fail(ErrorNumber::InvalidFileFormat, kind + " is too large: " + std::string(nameOf(path)));
+    failMerge(ErrorNumber::InvalidFileFormat, kind + " is too large: " + std::string(nameOf(path)));
   return std::move(*text);
 }
 
@@ -35,7 +35,7 @@ auto parsed(std::string_view path, Parse parse) {
   try {
     return parse();
   } catch (const Error& error) {
-    fail(error.code(), std::string(nameOf(path)) + ": " + error.description());
+    failMerge(error.code(), std::string(nameOf(path)) + ": " + error.description());
   }
 }
 
@@ -54,13 +54,14 @@ void MailMerge::openDataSource(std::string_view path) {
   const std::string text = textOfBytes(readWhole(files_, path, "Data source"));
   const MergeSource source = parsed(path, [&] { return parseMergeSource(text); });
   if (source.rows.empty())
-    fail(ErrorNumber::InvalidFileFormat, "Data source " + std::string(nameOf(path)) + " has no addressees");
+    failMerge(ErrorNumber::InvalidFileFormat,
+              "Data source " + std::string(nameOf(path)) + " has no addressees");
   std::vector<size_t> places;
   for (const std::string& field : template_->fields()) {
     places.push_back(source.find(field));
     if (places.back() == std::string_view::npos)
-      fail(ErrorNumber::ItemNotFound, "Field '" + field + "' of letter template " + templateName_ +
-                                          " is not in data source " + std::string(nameOf(path)));
+      failMerge(ErrorNumber::ItemNotFound, "Field '" + field + "' of letter template " + templateName_ +
+                                               " is not in data source " + std::string(nameOf(path)));
   }
   letters_.clear();
   for (const std::vector<std::string>& row : source.rows) {
@@ -94,8 +95,9 @@ void MailMerge::print() const {
     std::vector<std::string> words = command;
     words.push_back(files_.hostPath(document));
     if (const int status = runCommand(words); status != 0)
-      fail(ErrorNumber::PrinterError, "Printer error: the print command ended with status " +
-                                          std::to_string(status) + " at letter " + std::to_string(number));
+      failMerge(ErrorNumber::PrinterError, "Printer error: the print command ended with status " +
+                                               std::to_string(status) + " at letter " +
+                                               std::to_string(number));
     files_.remove(document);
   }
 }

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-[[noreturn]] void fail(size_t line, const std::string& reason) {
+[[noreturn]] void failSource(size_t line, const std::string& reason) {
   throw Error(ErrorNumber::InvalidFileFormat, "MailMerge",
               "Data source, line " + std::to_string(line) + ": " + reason);
 }
@@ -35,12 +35,12 @@ class SourceReader {
       if (source.fields.empty())
         source.fields = std::move(values);
       else if (values.size() != source.fields.size())
-        fail(line, std::to_string(values.size()) + " values where there are " +
-                       std::to_string(source.fields.size()) + " fields");
+        failSource(line, std::to_string(values.size()) + " values where there are " +
+                             std::to_string(source.fields.size()) + " fields");
       else
         source.rows.push_back(std::move(values));
     }
-    if (source.fields.empty()) fail(1, "no names of fields");
+    if (source.fields.empty()) failSource(1, "no names of fields");
     return source;
   }
 
@@ -51,7 +51,7 @@ class SourceReader {
       rest_.remove_prefix(1);
       values.push_back(value());
     }
-    if (!takeLineEnd() && !rest_.empty()) fail(line_, "text behind a closing quote");
+    if (!takeLineEnd() && !rest_.empty()) failSource(line_, "text behind a closing quote");
     return values;
   }
 
@@ -67,7 +67,7 @@ class SourceReader {
     do {
       rest_.remove_prefix(1);
       const size_t end = rest_.find('"');
-      if (end == std::string_view::npos) fail(line, "a quote is not closed");
+      if (end == std::string_view::npos) failSource(line, "a quote is not closed");
       if (isDoubled_) result += '"';
       result += take(end);
       rest_.remove_prefix(1);

@@ -10,7 +10,7 @@
 namespace ondrel {
 namespace {
 
-[[noreturn]] void fail(size_t position, std::string_view reason) {
+[[noreturn]] void failRtf(size_t position, std::string_view reason) {
   throw Error(ErrorNumber::InvalidFileFormat, "MailMerge",
               "Letter template, position " + std::to_string(position + 1) + ": " + std::string(reason));
 }
@@ -20,11 +20,11 @@ class Scanner {
   explicit Scanner(std::string_view text) : text_(text) {}
 
   std::vector<RtfToken> scan() {
-    if (!text_.starts_with("{\\rtf")) fail(0, "no RTF document");
+    if (!text_.starts_with("{\\rtf")) failRtf(0, "no RTF document");
     do {
       next();
     } while (!open_.empty() && position_ < text_.size());
-    if (!open_.empty()) fail(text_.size(), "a brace is not closed");
+    if (!open_.empty()) failRtf(text_.size(), "a brace is not closed");
     return std::move(tokens_);
   }
 
@@ -48,7 +48,7 @@ class Scanner {
   }
 
   void control() {
-    if (position_ == text_.size()) fail(start_, "the text ends in a control word");
+    if (position_ == text_.size()) failRtf(start_, "the text ends in a control word");
     if (isLetter(text_[position_])) return word();
     const size_t sign = position_++;
     if (text_[sign] == '\'') return hex();
@@ -61,11 +61,11 @@ class Scanner {
     const std::string_view name = text_.substr(letters, position_ - letters);
     int value = 0;
     const auto [end, failure] = std::from_chars(text_.data() + position_, text_.data() + text_.size(), value);
-    if (failure == std::errc::result_out_of_range) fail(start_, "a number is too large");
+    if (failure == std::errc::result_out_of_range) failRtf(start_, "a number is too large");
     if (failure == std::errc()) position_ = static_cast<size_t>(end - text_.data());
     if (position_ < text_.size() && text_[position_] == ' ') ++position_;
     if (name == "bin" && value > 0) {
-      if (text_.size() - position_ < static_cast<size_t>(value)) fail(start_, "binary data is cut off");
+      if (text_.size() - position_ < static_cast<size_t>(value)) failRtf(start_, "binary data is cut off");
       position_ += static_cast<size_t>(value);
     }
     add(RtfToken::Kind::Word, name, value);
@@ -76,7 +76,7 @@ class Scanner {
     const char* const first = text_.data() + position_;
     const char* const last = text_.data() + std::min(position_ + 2, text_.size());
     if (std::from_chars(first, last, code, 16).ptr != first + 2 || code < 0)
-      fail(start_, "two hex digits were expected");
+      failRtf(start_, "two hex digits were expected");
     position_ += 2;
     add(RtfToken::Kind::Hex, {}, code);
   }

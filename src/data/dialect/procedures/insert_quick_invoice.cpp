@@ -3,19 +3,19 @@
 namespace ondrel {
 namespace {
 
-constexpr int kStore = 0, kInvoiceNumber = 1, kCustomer = 5;
+constexpr int kQuickStore = 0, kQuickNumber = 1, kQuickCustomer = 5;
 
 // What the arguments mean, by position from 0.
 // clang-format off
-constexpr HeaderColumn kColumns[] = {
+constexpr HeaderColumn kQuickColumns[] = {
     // column of Ticket         argument
-    {"storeId",                 kStore},
+    {"storeId",                 kQuickStore},
     // invoiceNumber            1, drawn when it is Null
     {"priceListId",              2},
     {"createdByEmployeeId",      3},
     {"lastModifiedByEmployeeId", 3},
     {"dueDate",                  4},
-    {"customerSequenceNumber",  kCustomer},
+    {"customerSequenceNumber",  kQuickCustomer},
     {"starchPreferenceName",     6},
     {"finishPreferenceName",     7},
     {"onHold",                   8},
@@ -31,8 +31,8 @@ constexpr HeaderColumn kColumns[] = {
 
 // A ticket of pieces that nobody has looked at yet: uncounted, active, without money.
 RecordsetRef insertQuickInvoice(ProcedureCall& call) {
-  return writeNewTicket(call, {kStore, kInvoiceNumber, kCustomer, kColumns, ", invoiceType, ticketStatus",
-                               ", 'Q', 'AC'", "NULL", "NULL"});
+  return writeNewTicket(call, {kQuickStore, kQuickNumber, kQuickCustomer, kQuickColumns,
+                               ", invoiceType, ticketStatus", ", 'Q', 'AC'", "NULL", "NULL"});
 }
 
 }  // namespace ondrel

@@ -7,17 +7,18 @@ namespace ondrel {
 namespace {
 
 // Arguments that do not go into a column as they are.
-constexpr int kTicket = 0, kRoute = 1, kCustomer = 4, kPickupName = 13, kPickupPlace = 14;
+constexpr int kTicket = 0, kRoute = 1, kChangedCustomer = 4, kChangedPickupName = 13,
+              kChangedPickupPlace = 14;
 
 // What the arguments mean, by position from 0.
 // clang-format off
-constexpr HeaderColumn kColumns[] = {
+constexpr HeaderColumn kChangedColumns[] = {
     // column of Ticket         argument
     // ticketNumber             0: the ticket to change
     // routeNumber              1: a text, NULL for none
     {"lastModifiedByEmployeeId", 2},
     {"dueDate",                  3},
-    {"customerSequenceNumber",  kCustomer},
+    {"customerSequenceNumber",  kChangedCustomer},
     {"starchPreferenceName",     5},
     {"finishPreferenceName",     6},
     {"onHold",                   7},
@@ -61,7 +62,7 @@ OtherPickup otherPickupOf(ProcedureCall& call, std::int32_t ticket) {
     return call.isNull(argument) && !known->eof() ? sqlQuotedOrNull(known->value(column))
                                                   : call.sql(argument);
   };
-  return {given(kPickupName, "name"), given(kPickupPlace, "place")};
+  return {given(kChangedPickupName, "name"), given(kChangedPickupPlace, "place")};
 }
 
 }  // namespace
@@ -74,12 +75,12 @@ RecordsetRef updateTicket(ProcedureCall& call) {
     throw Error(ErrorNumber::StatementFailed, "UpdateTicket", fmt::format("There is no ticket {}", ticket));
   const std::string now = call.now().text();
   std::string changes = fmt::format("lastModifiedDate = '{}', routeNumber = {}", now, routeOf(call));
-  for (const HeaderColumn& column : kColumns)
+  for (const HeaderColumn& column : kChangedColumns)
     changes += fmt::format(", {} = {}", column.name, call.sql(column.argument));
   call.execute(fmt::format("update Ticket set {} where ticketNumber = {}", changes, ticket));
   const OtherPickup other = otherPickupOf(call, ticket);
   call.execute(fmt::format("delete from TicketCustomer where ticketNumber = {}", ticket));
-  copyCustomer(call, ticket, call.sql(kCustomer), other.name, other.place);
+  copyCustomer(call, ticket, call.sql(kChangedCustomer), other.name, other.place);
   return call.query(fmt::format(
       "select ticketNumber as TicketNumber, lastModifiedDate as LogDate from Ticket where ticketNumber = {}",
       ticket));
