@@ -202,7 +202,7 @@ double round2(double value, int digits) {
 Variant roundDB(const Variant& value, int digits) {
   constexpr int kMostDigits = 1000;  // beyond those that any double has
   if (!value.isNumeric()) return value;
-  if (digits > kMostDigits)
+  if (digits > kMostDigits || digits < -kMostDigits)
     throw Error(ErrorNumber::InvalidCall, "roundDB", "Invalid procedure call or argument");
   return fixedText(value.toDouble(), digits);
 }

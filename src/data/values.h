@@ -64,7 +64,7 @@ double roundTo(double value, double step);
 Variant round2(Variant& value, int digits);
 double round2(double value, int digits);
 // The text of a number in a statement. A value that is no number comes back unchanged. Error 5 for more than 1000
-// digits.
+// digits before or behind the point.
 Variant roundDB(const Variant& value, int digits);
 
 }  // namespace ondrel

@@ -439,7 +439,7 @@ class Invoice : public Object {
                                const Variant& roundOff);
   std::int32_t addToLines(Recordset& row, const Variant& groupSimilarItems, const Variant& quantity,
                           const Variant& multiplier, const Variant& roundOff);
-  std::int32_t mergeIntoLine(Recordset& row, const Variant& quantity, double unitPrice);
+  std::int32_t mergeIntoLine(const Variant& quantity);
   // The one place where a garment's line is born.
   void addPriceRowLine(Recordset& row, const Variant& quantityText, const Variant& multiplier,
                        const Variant& roundOff);

@@ -75,6 +75,8 @@ TEST(Rounding, StatementTextRoundsDecimals) {
   EXPECT_EQ(roundDB(1.005, 2).toText(), "1.01");
   EXPECT_EQ(roundDB("7.1", 2).toText(), "7.10");
   EXPECT_EQ(roundDB("abc", 2).toText(), "abc");
+  for (const int digits : {1'001, 2'147'483'647, -2'147'483'647 - 1})
+    EXPECT_THROW(roundDB(1.5, digits), Error) << digits << " places would not fit into a statement";
 }
 
 TEST(Quantities, TextThatIsNoNumberCountsAsOne) {

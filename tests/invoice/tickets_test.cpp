@@ -10,6 +10,24 @@ using ::testing::ElementsAre;
 
 class Tickets : public TicketTest {};
 
+// 2.50 times 0.14 and 3.38 are 0.35 and 8.45, which a rounding to cents leaves a bit above the number that the
+// database keeps.
+TEST_F(Tickets, AGarmentJoinsTheSavedOneOfItsPrice) {
+  const auto invoice = invoiceOf(10);
+  for (const double share : {0.14, 3.38, 0.14}) invoice->addItem(201, 1, 1, share, 0.01);
+  invoice->invoiceDone2();
+  save(*invoice, "add");
+  const auto again = loaded(invoice->ticketNo);
+  again->addItem(201, 1, 1, 3.38, 0.01);
+  again->addItem(201, 1, 2, 0.14, 0.01);
+  again->addItem(201, 1, 1, 0.15, 0.01);  // 0.38, another price
+  std::vector<std::string> garments;
+  again->lineItems->setFilter("itemType='IT'");
+  for (const auto each = again->lineItems; !each->eof(); each->moveNext())
+    garments.push_back(each->text(quantity) + " for " + each->text(lineItemTotal));
+  EXPECT_THAT(garments, ElementsAre("4 for 1.4", "2 for 16.9", "1 for 0.38"));
+}
+
 // Two pants with a stain, a suit with a seal, three garment bags off the shelf.
 TEST_F(Tickets, OfACounterMorning) {
   const auto invoice = invoiceOf(10);

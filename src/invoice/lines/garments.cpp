@@ -26,12 +26,6 @@ double unitPriceOf(const Recordset& row, const Variant& multiplier, const Varian
   return roundTo((row.value("price") * multiplier).toDouble(), roundOff.toDouble());
 }
 
-// Price and item of a garment, the price to the last bit: a price of fewer digits would miss its own line.
-std::string similarLineFilter(const Recordset& row, double price) {
-  return fmt::format("lineItemId={} And itemType='IT' And unitPrice={}", row.integer("priceListItemId"),
-                     price);
-}
-
 }  // namespace
 
 Variant Invoice::addItem(const Variant& priceListItemId, const Variant& merging, const Variant& pieces,
@@ -83,8 +77,7 @@ std::int32_t Invoice::addToLines(Recordset& row, const Variant& merging, const V
                                  const Variant& multiplier, const Variant& roundOff) {
   if (asksForLinePerPiece(merging)) return addLinePerPiece(row, pieces, multiplier, roundOff);
   if (asksForMerging(merging)) {
-    const double price = unitPriceOf(row, multiplier, roundOff);
-    if (findSimilarLine(row, price)) return mergeIntoLine(row, pieces, price);
+    if (findSimilarLine(row, unitPriceOf(row, multiplier, roundOff))) return mergeIntoLine(pieces);
     lineItems->clearFilter();
   }
   const std::int32_t line = currentLineNumber;
@@ -104,21 +97,27 @@ std::int32_t Invoice::addLinePerPiece(Recordset& row, const Variant& pieces, con
   return firstLine;
 }
 
-// Leaves the filter on the lines found. A line with an overridden price is never similar, so a garment priced
-// by hand stays on a line of its own.
+// Leaves the filter on the lines of the item and the first one of that price current. Prices are compared by
+// the digits they show: a rounded price carries a binary tail, which it loses when the ticket is saved. A line
+// with an overridden price is never similar, so a garment priced by hand stays on a line of its own.
 bool Invoice::findSimilarLine(Recordset& row, double price) {
-  lineItems->setFilter(similarLineFilter(row, price));
+  lineItems->setFilter(fmt::format("lineItemId={} And itemType='IT'", row.integer("priceListItemId")));
+  const auto isSimilar = [&] {
+    const Variant other = lineItems->value(unitPrice);
+    return !other.isNull() && shownValue(other.toDouble()) == shownValue(price);
+  };
+  while (!lineItems->eof() && !isSimilar()) lineItems->moveNext();
   return !lineItems->eof();
 }
 
-std::int32_t Invoice::mergeIntoLine(Recordset& row, const Variant& pieces, double price) {
+// Of the current line, whose number is the result.
+std::int32_t Invoice::mergeIntoLine(const Variant& pieces) {
   const Variant added = pieces.isNumeric() ? pieces : Variant(1);
   // The log tells the line's amount as it stood before.
   if (!isQuickInvoice())
     lines_.log("A", added, lineItems->value(deptName), lineItems->value(itemName),
                lineItems->value(lineItemTotal));
 
-  lineItems->setFilter(similarLineFilter(row, price));
   lineItems->setValue(quantity, lineItems->value(quantity) + added.toDouble());
   const double total = ondrel::round2(lineItems->number(unitPrice) * lineItems->integer(quantity), 2);
   lineItems->setValue(lineItemTotal, total);
