@@ -572,6 +572,7 @@ create table Ticket (
 create index TicketByCustomer on Ticket (customerSequenceNumber, ticketStatus);
 create index TicketByInvoice on Ticket (invoiceNumber);
 create index TicketByCreated on Ticket (createdDate);
+create index TicketByPromise on Ticket (storeId, ticketStatus, dueDate);
 
 -- The customer as he was when the ticket was written, and the name and place of somebody who collects. The
 -- whole name follows from its parts.
@@ -880,6 +881,14 @@ create table RackPlace (  -- own
   place varchar(20) not null,
   isSlot bit not null default 0,
   unique (storeId, place)
+);
+
+-- A piece of a ticket that was seen at assembly, by its tag or heat seal.
+create table PieceScan (  -- own
+  ticketNumber int not null,
+  code varchar(20) not null,
+  scanDate datetime,
+  unique (ticketNumber, code)
 );
 
 -- A message to a customer about a ticket; reason is ready, late or statement. Each is queued once.

@@ -23,7 +23,7 @@ function count(id) { return text.whole(shop.value("select count(*) from Ticket w
 function row(one) {
   var tickets = count(one.id);
   return h("tr", null, h("th", { scope: "row" }, one.name), h("td", null, one.phone), h("td", null, one.address), h("td", null, tickets + (tickets === 1 ? " ticket" : " tickets")),
-    h("td", { "class": "row-actions" }, html.raw(layout.button("/customers/merge", "Take over into " + person.fullName(into), { id: into.id, from: one.id }, { once: true, said: "Take over " + one.name + ", number " + one.id }))));
+    h("td", { "class": "row-actions" }, html.raw(layout.button("/customers/merge", "Take over", { id: into.id, from: one.id }, { once: true, said: "Take over " + one.name + ", number " + one.id }))));
 }
 var wanted = text.clean(Request.query.q, 60), others = wanted ? customers.search(wanted).customers : person.doubles(into).map(customers.byId);
 others = others.filter(function (one) { return one.id !== into.id; });

@@ -8,7 +8,9 @@
 #include "base/array.h"
 #include "base/text.h"
 #include "data/values.h"
+#include "host/outlets.h"
 #include "host/page_script.h"
+#include "host/secrets.h"
 
 namespace ondrel {
 namespace {
@@ -44,6 +46,18 @@ Variant arrayOf(const NamedTexts& texts) {
     array->items.emplace_back(value);
   }
   return Variant(ArrayRef(array));
+}
+
+// A text of a script whose letters are bytes, from 0 to 255.
+std::string bytesOf(std::string_view text) {
+  std::string bytes;
+  for (size_t k = 0; k < text.size(); ++k) {
+    const auto lead = static_cast<unsigned char>(text[k]);
+    const bool isPair = (lead & 0xFC) == 0xC0 && k + 1 < text.size();
+    if (lead >= 0x80 && !isPair) throw Error(ErrorNumber::InvalidCall, kSource, "What is delivered is bytes");
+    bytes += isPair ? static_cast<char>((lead & 3) << 6 | (text[++k] & 0x3F)) : text[k];
+  }
+  return bytes;
 }
 
 Variant arrayOf(std::vector<Variant> values) {
@@ -124,6 +138,8 @@ void PageEngine::defineFunctions() {
   });
   define("doubtful", [this](Arguments) { return Variant(owner_.isDoubtful()); });
   define("encode", [](Arguments text) { return Variant(htmlEncode(text[0])); });
+  define("hashPin", [](Arguments pin) { return Variant(hashPin(pin[0].toText())); });
+  define("isPin", [](Arguments given) { return Variant(isPinOf(given[0].toText(), given[1].toText())); });
   define("now", [this](Arguments) { return Variant(apartment_->clock->now()); });
   define("recall", [this](Arguments) {
     const auto known = owner_.recall();
@@ -149,6 +165,12 @@ void PageEngine::defineFunctions() {
     answer_.body = given[1].toText();
   });
   action("compile", [this](Arguments name) { compile(name[0].toText()); });
+  action("deliver", [this](Arguments given) {
+    const auto outlet = context_->settings.find(given[0].toText());
+    if (outlet == context_->settings.end())
+      throw Error(ErrorNumber::FileNotFound, kSource, "This counter has no " + given[0].toText());
+    deliver(outlet->second, bytesOf(given[1].toText()));
+  });
   action("header", [this](Arguments given) { takeHeader(answer_, given[0].toText(), given[1].toText()); });
   action("keep", [this](Arguments json) {
     std::string text = json[0].toText();

@@ -1,7 +1,7 @@
 (function (global) {
   "use strict";
   var host = {};
-  ["alone", "answer", "changed", "clerk", "compile", "doubtful", "encode", "header", "keep", "now", "recall", "record",
+  ["alone", "answer", "changed", "clerk", "compile", "deliver", "doubtful", "encode", "hashPin", "header", "isPin", "keep", "now", "recall", "record",
    "request", "room", "setting", "settleDoubt", "signIn", "signOut", "token", "workDone"].forEach(function (name) {
     host[name] = global["host_" + name];
     delete global["host_" + name];
@@ -133,6 +133,9 @@
     doubtful: function () { return host.doubtful(); },
     settleDoubt: function () { host.settleDoubt(); },
     now: function () { return host.now(); },
+    deliver: function (outlet, bytes) { host.deliver(String(outlet), String(bytes)); },
+    hashPin: function (pin) { return host.hashPin(String(pin)); },
+    isPin: function (pin, hash) { return host.isPin(String(pin), String(hash)); },
     setting: function (name) { return host.setting(String(name)); },
     signIn: function (clerk, pin) { return host.signIn(String(clerk), String(pin)); },
     signOut: function () { host.signOut(); },

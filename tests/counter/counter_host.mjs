@@ -21,7 +21,8 @@ export class Host {
   async start() {
     const port = this.address ? new URL(this.address).port : "0";
     this.process = spawn(program, ["serve", "--db", this.connection, "--listen", `127.0.0.1:${port}`, "--now", "2026-11-24 10:30",
-      "--pages", process.env.ONDREL_PAGES, "--log", join(this.folder, "host.log"), "--set", "cardFolder=C:/cards"],
+      "--pages", process.env.ONDREL_PAGES, "--log", join(this.folder, "host.log"), "--set", "cardFolder=C:/cards",
+      "--set", `messages=file:${join(this.folder, "messages")}`, "--set", `printer=file:${join(this.folder, "printer")}`],
       { env: { ...process.env, ONDREL_DRIVES: this.folder } });
     this.address = await new Promise((found, failed) => {
       this.process.stdout.on("data", (text) => { const line = /http:\/\/\S+/.exec(text); if (line) found(line[0].replace(/\/$/, "")); });
@@ -50,6 +51,11 @@ export class Host {
       if (error.code === "ENOENT") return false;
       throw error;
     }
+  }
+
+  // Statements that prepare a case.
+  execute(...statements) {
+    execFileSync(program, ["run", "--db", this.connection, join(process.env.ONDREL_TESTS, "execute.js"), ...statements]);
   }
 
   // What the host has left in its log and journals.

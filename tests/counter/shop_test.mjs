@@ -1,6 +1,8 @@
 // A shop's day without a browser: strangers, racks, the drawer, the set-up.
 import { test, before, after, beforeEach } from "node:test";
 import assert from "node:assert/strict";
+import { readFileSync } from "node:fs";
+import { join } from "node:path";
 import { Host } from "./counter_host.mjs";
 import { Clerk } from "./clerk.mjs";
 
@@ -91,4 +93,79 @@ test("a customer who was entered twice becomes one, with tickets and money", asy
   assert.equal(clerk.path, "/customer?id=3");
   await clerk.open("/?q=tarrant");
   assert.match(clerk.words(), /Nobody found/);
+});
+
+async function hang(ticket, place, more = {}) {
+  await clerk.open(`/rack?scan=${ticket}`);
+  await clerk.press("/rack/act", { place, ...more }, "value=\"put\"");
+}
+function places(ticket) { return host.query(`select racklocation from rackassignment where ticketnumber = ${ticket} order by racklocation`).split("\n").filter(Boolean); }
+
+async function newTicket(customer) {
+  await clerk.ticket(customer);
+  await clerk.click("item", { id: bag, quantity: 1 });
+  return (await clerk.save())[0];
+}
+
+test("a ticket hangs where it was scanned to, moves, hangs at two places, and comes off", async () => {
+  const ticket = await newTicket(9);
+  await hang(ticket, "a12");
+  assert.match(clerk.words(), /Hangs at A12: ready/);
+  assert.deepEqual(places(ticket), ["A12"]);
+  await clerk.open("/customer?id=9");
+  assert.match(clerk.html, /<strong>ready<\/strong>/);
+  await hang(ticket, "B3");
+  assert.deepEqual(places(ticket), ["B3"]);
+  await hang(ticket, "C4", { also: 1 });
+  assert.deepEqual(places(ticket), ["B3", "C4"]);
+  await clerk.open(`/rack?ticket=${ticket}`);
+  await clerk.press("/rack/act", {}, "value=\"off\"");
+  assert.deepEqual(places(ticket), []);
+  assert.equal(host.query(`select count(*) from ShopLog where kind in ('rack', 'off') and ticketNumber = ${ticket}`), "4");
+});
+
+test("what cannot hang says so and nothing changes", async () => {
+  for (const [ticket, said] of [[1001, "has been collected"], [1009, "not itemised yet"], [999999, "Nothing here is called 999999"]]) {
+    await clerk.open(`/rack?scan=${ticket}`);
+    assert.match(clerk.words(), new RegExp(said));
+    assert.ok(!clerk.html.includes('value="put"'), String(ticket));
+  }
+});
+
+test("a slot of the conveyor holds one ticket, a bar of the rack many; other places there are not", async () => {
+  host.execute("insert into RackPlace (storeId, place, isSlot) values (1, '14', 1)", "insert into RackPlace (storeId, place, isSlot) values (1, 'BAR', 0)");
+  const first = await newTicket(9), second = await newTicket(9);
+  await hang(first, "14");
+  await hang(second, "14");
+  assert.match(clerk.words(), /Slot 14 holds ticket \d+/);
+  await hang(second, "A1");
+  assert.match(clerk.words(), /The shop has no place A1/);
+  await hang(second, "BAR");
+  await hang(first, "BAR");
+  assert.deepEqual([places(first), places(second)], [["BAR"], ["BAR"]]);
+  host.execute("delete from RackPlace");
+});
+
+test("the customer is told once that it is ready, and the clerk sees what was said", async () => {
+  const ticket = await newTicket(10);
+  await clerk.open("/customers/edit?id=10");
+  await clerk.press("/customers/save", { firstName: "Ivan", lastName: "Kettle", phone: "8025550110", notifyBy: "text", then: "customer" });
+  await hang(ticket, "D1");
+  await hang(ticket, "D2");
+  assert.equal(host.query(`select count(*) from CustomerMessage where ticketNumber = ${ticket}`), "1");
+  const answer = await clerk.json("/rack/send", {});
+  assert.equal(answer.sent, 1);
+  assert.deepEqual(await clerk.json("/rack/send", {}), { sent: 0, left: 0 });
+  const messages = readFileSync(join(host.folder, "messages"), "utf8");
+  assert.equal(messages.split("To: 8025550110").length, 2);
+  assert.match(messages, /Fernhill Cleaners: your order \d+ is ready\./);
+  await clerk.open("/rack/tell");
+  assert.match(clerk.words(), /Ivan Kettle .*D2 Told Tue 11\/24\/2026/);
+});
+
+test("a heat seal finds its ticket, and at assembly it says what is missing", async () => {
+  await clerk.open("/rack?scan=AA00001");
+  assert.match(clerk.words(), /Ticket \d+, Ivan Kettle/);
+  await clerk.press("/rack/act", {}, "value=\"see\"");
+  assert.match(clerk.words(), /Piece AA00001 seen/);
 });
