@@ -11,7 +11,7 @@
 namespace ondrel {
 namespace {
 
-constexpr const char* kSource = "Host";
+constexpr const char* kJournalFolderSource = "Host";
 
 }  // namespace
 
@@ -19,7 +19,7 @@ FolderLock::FolderLock(const std::filesystem::path& folder)
     : file_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
   if (file_ >= 0 && ::flock(file_, LOCK_EX | LOCK_NB) == 0) return;
   if (file_ >= 0) ::close(file_);
-  throw Error(ErrorNumber::PathAccess, kSource,
+  throw Error(ErrorNumber::PathAccess, kJournalFolderSource,
               "The folder of journals is another host's: " + folder.string());
 }
 
@@ -34,7 +34,7 @@ std::unique_ptr<FolderLock> prepareJournals(const std::filesystem::path& folder,
   std::filesystem::create_directories(folder, error);
   std::filesystem::permissions(folder, std::filesystem::perms::owner_all, error);
   if (error)
-    throw Error(ErrorNumber::PathAccess, kSource,
+    throw Error(ErrorNumber::PathAccess, kJournalFolderSource,
                 "The folder of journals cannot be used: " + folder.string());
   auto lock = std::make_unique<FolderLock>(folder);
   const auto oldest = std::filesystem::file_time_type::clock::now() - idle;

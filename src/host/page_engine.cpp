@@ -54,7 +54,8 @@ std::string bytesOf(std::string_view text) {
   for (size_t k = 0; k < text.size(); ++k) {
     const auto lead = static_cast<unsigned char>(text[k]);
     const bool isPair = (lead & 0xFC) == 0xC0 && k + 1 < text.size();
-    if (lead >= 0x80 && !isPair) throw Error(ErrorNumber::InvalidCall, kSource, "What is delivered is bytes");
+    if (lead >= 0x80 && !isPair)
+      throw Error(ErrorNumber::InvalidCall, kEngineSource, "What is delivered is bytes");
     bytes += isPair ? static_cast<char>((lead & 3) << 6 | (text[++k] & 0x3F)) : text[k];
   }
   return bytes;
@@ -168,7 +169,7 @@ void PageEngine::defineFunctions() {
   action("deliver", [this](Arguments given) {
     const auto outlet = context_->settings.find(given[0].toText());
     if (outlet == context_->settings.end())
-      throw Error(ErrorNumber::FileNotFound, kSource, "This counter has no " + given[0].toText());
+      throw Error(ErrorNumber::FileNotFound, kEngineSource, "This counter has no " + given[0].toText());
     deliver(outlet->second, bytesOf(given[1].toText()));
   });
   action("header", [this](Arguments given) { takeHeader(answer_, given[0].toText(), given[1].toText()); });
