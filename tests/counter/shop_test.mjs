@@ -169,3 +169,30 @@ test("a heat seal finds its ticket, and at assembly it says what is missing", as
   await clerk.press("/rack/act", {}, "value=\"see\"");
   assert.match(clerk.words(), /Piece AA00001 seen/);
 });
+
+test("the board has each open ticket where it belongs, and looks again by itself", async () => {
+  const ticket = await newTicket(9);
+  host.execute(`update Ticket set dueDate = '20261123' where ticketNumber = ${ticket}`);
+  const invoice = host.query(`select invoiceNumber from Ticket where ticketNumber = ${ticket}`);
+  const shows = async (section) => (await clerk.open(`/board?part=1&show=${section}`)).includes(`>${invoice}</a>`);
+  assert.deepEqual([await shows("late"), await shows("today"), await shows("open"), await shows("ready")], [true, false, true, false]);
+  host.execute(`update Ticket set dueDate = '20261124' where ticketNumber = ${ticket}`);
+  assert.deepEqual([await shows("late"), await shows("today"), await shows("tomorrow")], [false, true, false]);
+  await hang(ticket, "A1");
+  assert.deepEqual([await shows("today"), await shows("open"), await shows("ready")], [false, false, true]);
+  await clerk.open("/board?part=1&show=ready&department=1");
+  assert.ok(!clerk.html.includes(`>${invoice}</a>`), "laundry is not dry cleaning");
+});
+
+test("a ticket is found by number, seal, day and name, also when it is collected, with all that happened to it", async () => {
+  const found = async (query) => [...(await clerk.open(`/history?${query}`)).matchAll(/ticket\?ticket=(\d+)/g)].map((one) => Number(one[1]));
+  assert.deepEqual(await found("q=5012"), [1012]);
+  assert.deepEqual(await found("q=AA00001"), [1011]);
+  assert.ok((await found("q=coyle")).includes(1005));
+  assert.ok((await found("day=2026-11-24")).includes(1007));
+  assert.ok(!(await found("day=2026-11-23")).includes(1007));
+  const ticket = await newTicket(9);
+  await hang(ticket, "A1");
+  await clerk.open(`/history/ticket?ticket=${ticket}`);
+  assert.match(clerk.words(), /written .* hung: A1 Pat O'Dell/);
+});
