@@ -919,19 +919,26 @@ create table DrawerPeriod (  -- own
   floatAmount money not null default 0,
   firstPaymentId int not null default 0,
   lastPaymentId int,
+  firstPickupId int not null default 0,
+  lastPickupId int,
+  firstRefundId int not null default 0,
+  lastRefundId int,
   closedDate datetime,
   closedBy int,
   countedAmount money,
   expectedAmount money,
+  countedChecks money,
   zNumber int,
   unique (storeId, zNumber)
 );
 create index DrawerPeriodByTerminal on DrawerPeriod (terminalId, closedDate);
 
--- Cash that went into a drawer or out of it without a sale. entryType is I in, O out.
+-- Cash that went into a drawer or out of it without a sale. entryType is I in, O out, X given back on a check. Without a
+-- period it was before the drawer was opened, and goes to the next one of its terminal.
 create table DrawerEntry (  -- own
   drawerEntryId int identity primary key,
   drawerPeriodId int,
+  terminalId int,
   entryType varchar(1),
   amount money not null default 0,
   reason varchar(128),

@@ -1,6 +1,7 @@
 // The money is taken and the clothes go out, together and once; or the money alone, when it is paid ahead.
 var till = Server.include("shared/till.js");
 var desk = Server.include("shared/desk.js");
+var drawer = Server.include("shared/drawer.js");
 var text = Server.include("shared/text.js");
 var layout = Server.include("shared/layout.js");
 var html = Server.include("shared/html.js");
@@ -40,12 +41,14 @@ till.inOrder(session);
 var isAhead = session.isPrepay(), numbers = till.numbers(), change = till.change(session);
 var done = { customer: session.custSeqNumber, tickets: numbers, change: change, drawer: session.openCashDrawer || change > 0, isAhead: isAhead };
 
+// Change beyond the cash of the visit is given on a check: the drawer has the whole check, and so much less cash.
+var cashGiven = till.tendered(session, "Cash");
 // Recorded: brought back after a restart, what failed has failed.
 var failure = Server.recorded(function () {
   try {
     if (isAhead) session.applyPayments(employee.id, desk.place().terminal, "'" + numbers.join(",") + "'");
     else session.applyPayments(employee.id, desk.place().terminal);
-    return "";
+    return drawer.handedBack(change - cashGiven), "";
   } catch (error) {
     print("paying failed: " + (error.description || error.message));
     return till.isBooked(session) ? "" : "It could not be booked. The tickets and what was tendered are as they were: press Pay again.";
