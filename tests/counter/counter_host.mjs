@@ -54,7 +54,7 @@ export class Host {
   }
 
   // Statements that prepare a case.
-  execute(...statements) {
+  prepare(...statements) {
     execFileSync(program, ["run", "--db", this.connection, join(process.env.ONDREL_TESTS, "execute.js"), ...statements]);
   }
 

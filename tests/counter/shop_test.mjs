@@ -133,7 +133,7 @@ test("what cannot hang says so and nothing changes", async () => {
 });
 
 test("a slot of the conveyor holds one ticket, a bar of the rack many; other places there are not", async () => {
-  host.execute("insert into RackPlace (storeId, place, isSlot) values (1, '14', 1)", "insert into RackPlace (storeId, place, isSlot) values (1, 'BAR', 0)");
+  host.prepare("insert into RackPlace (storeId, place, isSlot) values (1, '14', 1)", "insert into RackPlace (storeId, place, isSlot) values (1, 'BAR', 0)");
   const first = await newTicket(9), second = await newTicket(9);
   await hang(first, "14");
   await hang(second, "14");
@@ -143,7 +143,7 @@ test("a slot of the conveyor holds one ticket, a bar of the rack many; other pla
   await hang(second, "BAR");
   await hang(first, "BAR");
   assert.deepEqual([places(first), places(second)], [["BAR"], ["BAR"]]);
-  host.execute("delete from RackPlace");
+  host.prepare("delete from RackPlace");
 });
 
 test("the customer is told once that it is ready, and the clerk sees what was said", async () => {
@@ -172,11 +172,11 @@ test("a heat seal finds its ticket, and at assembly it says what is missing", as
 
 test("the board has each open ticket where it belongs, and looks again by itself", async () => {
   const ticket = await newTicket(9);
-  host.execute(`update Ticket set dueDate = '20261123' where ticketNumber = ${ticket}`);
+  host.prepare(`update Ticket set dueDate = '20261123' where ticketNumber = ${ticket}`);
   const invoice = host.query(`select invoiceNumber from Ticket where ticketNumber = ${ticket}`);
   const shows = async (section) => (await clerk.open(`/board?part=1&show=${section}`)).includes(`>${invoice}</a>`);
   assert.deepEqual([await shows("late"), await shows("today"), await shows("open"), await shows("ready")], [true, false, true, false]);
-  host.execute(`update Ticket set dueDate = '20261124' where ticketNumber = ${ticket}`);
+  host.prepare(`update Ticket set dueDate = '20261124' where ticketNumber = ${ticket}`);
   assert.deepEqual([await shows("late"), await shows("today"), await shows("tomorrow")], [false, true, false]);
   await hang(ticket, "A1");
   assert.deepEqual([await shows("today"), await shows("open"), await shows("ready")], [false, false, true]);
