@@ -37,7 +37,7 @@ exports.asked = function () {
 };
 
 exports.header = function (number) {
-  var found = Database.query("select t.ticketNumber, t.invoiceNumber, t.dueDate, t.pickupTime, t.netTotal, t.amountPaid, isnull(t.employeeName, '') as employeeName, e.employeename as writtenBy, s.name as storeName, t.dateout, c.customername, " +
+  var found = Database.query("select t.ticketNumber, t.invoiceNumber, t.dueDate, t.pickupTime, t.ticketStatus, t.netTotal, t.amountPaid, isnull(t.employeeName, '') as employeeName, e.employeename as writtenBy, s.name as storeName, t.dateout, c.customername, " +
                              "c.firstName, c.lastName, dbo.formatPhone(c.MainAreaCode, c.MainPhone) as phone from Ticket t " +
                              "left join TicketCustomer c on c.ticketNumber = t.ticketNumber left join Store s on s.storeId = t.storeId " +
                              "left join employee e on e.employeeid = t.createdByEmployeeId where t.ticketNumber = " + number);
@@ -45,7 +45,7 @@ exports.header = function (number) {
   return text.rows(found, function (field) {
     return {
       number: number, invoice: field("invoiceNumber"), due: field("dueDate"), time: field("pickupTime"), total: field("netTotal"), paid: field("amountPaid"),
-      employee: field("employeeName") || field("writtenBy"), store: field("storeName"), out: field("dateout"), phone: field("phone"),
+      employee: field("employeeName") || field("writtenBy"), store: field("storeName"), out: field("dateout"), isVoid: field("ticketStatus") === "VO", phone: field("phone"),
       customer: field("customername") || ((field("firstName") || "") + " " + (field("lastName") || ""))
     };
   })[0];

@@ -315,3 +315,54 @@ test("over random days, ledger, drawer and reports agree to the cent, and no pay
   assert.equal(host.query(`select sum(amount) from DrawerReport where section = 'clerk' and drawerPeriodId > ${firstPeriod}`), host.query(`select sum(paymentAmount) from Payment where ${within}`));
   assert.equal(host.query(`select count(*) from Ticket t where t.amountPaid <> (select isnull(sum(p.paymentAmount), 0) from Payment p where p.ticketNumber = t.ticketNumber) and t.ticketNumber > 1099`), "0");
 });
+
+// ---- void and money back
+
+async function give(ticket, values, act = "give") {
+  await clerk.open(`/history/back?ticket=${ticket}`);
+  await clerk.press("/history/back", values, `value="${act}"`);
+}
+const ledger = (ticket) => host.query(`select paymentType + ' ' + convert(varchar(20), sum(paymentAmount)) from Payment where ticketNumber = ${ticket} group by paymentType order by paymentType`);
+
+test("money goes back with a reason, no more than was paid, and the drawer gives it", async () => {
+  await openDrawer("50");
+  await sell(9, "Cash", 20);
+  const ticket = Number(host.query("select max(ticketNumber) from Ticket"));
+  await give(ticket, { amount: "25", reason: "Stain stayed", way: 0 });
+  assert.match(clerk.words(), /Cash takes back \$20\.00 at most/);
+  await give(ticket, { amount: "5.50", reason: "Stain stayed", way: 0 });
+  assert.match(clerk.words(), /given back \$5\.50 .*given back, Cash Pat O'Dell -\$5\.50/);
+  assert.equal(host.query(`select amountPaid from Ticket where ticketNumber = ${ticket}`), "14.5");
+  await clerk.open("/day");
+  assert.equal(line("Cash that should be there"), 64.5);
+  assert.match(clerk.words(), /Given back 1 -\$5\.50/);
+  await closeDrawer(64.5);
+});
+
+test("a void ticket gives back what was paid, leaves rack and stock, and stays in the books", async () => {
+  await clerk.ticket(9);
+  await clerk.click("item", { id: 150, quantity: 1 });  // a garment bag, sold
+  const stock = () => Number(host.query("select isnull(max(quantityOnHand), 0) from inventory where priceListItemId = 150"));
+  const before = stock(), [ticket] = await clerk.save();
+  await hang(ticket, "E5");
+  await give(ticket, { reason: "" }, "void");
+  assert.match(clerk.words(), /Say why/);
+  await give(ticket, { reason: "Written twice" }, "void");
+  assert.match(clerk.words(), /void .*void: Written twice Pat O'Dell/);
+  assert.deepEqual(places(ticket), []);
+  assert.equal(stock(), before);
+  await clerk.open("/customer?id=9");
+  assert.ok(!clerk.html.includes(`value="${ticket}"`), "not in the shop any more");
+  await clerk.open(`/rack?scan=${ticket}`);
+  assert.match(clerk.words(), /is void/);
+});
+
+test("who has no right is not let, once the shop has given rights", async () => {
+  const ticket = await newTicket(9);
+  host.prepare("update employee set rights = 'void refund' where employeeid = 1");
+  await give(ticket, { reason: "x" }, "void").catch(() => {});
+  assert.match(clerk.words(), /may not do this/);
+  await clerk.open("/day/count");
+  assert.equal(clerk.status, 403);
+  host.prepare("update employee set rights = '' where employeeid = 1");
+});
