@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 
 #include "automation/drivers.h"
@@ -18,8 +19,12 @@ std::unique_ptr<Connection> open(const std::string& connectionString) {
   return connection;
 }
 
-int create(const std::string& connectionString) {
+int create(const std::string& connectionString, bool ifMissing) {
   const auto path = connectionStringValue(connectionString, "Database");
+  if (ifMissing && path && std::filesystem::exists(*path)) {
+    std::puts("there already");
+    return 0;
+  }
   if (isEmbeddedConnectionString(connectionString) && path)
     createDatabaseFile(*path, StoreContents::Empty);
   else
@@ -28,13 +33,13 @@ int create(const std::string& connectionString) {
   return 0;
 }
 
-int loadSample(const std::string& connectionString) {
+int loadSample(const std::string& connectionString, bool) {
   loadSampleStore(*open(connectionString));
   std::puts("sample store loaded");
   return 0;
 }
 
-int check(const std::string& connectionString) {
+int check(const std::string& connectionString, bool) {
   const CheckedStore store =
       isEmbeddedConnectionString(connectionString) ? CheckedStore::Embedded : CheckedStore::Server;
   const std::vector<std::string> findings = checkDatabase(*open(connectionString), store);
@@ -46,7 +51,7 @@ int check(const std::string& connectionString) {
 struct DatabaseAction {
   const char* name;
   const char* description;
-  int (*run)(const std::string& connectionString);
+  int (*run)(const std::string& connectionString, bool ifMissing);
 };
 
 // clang-format off
@@ -64,13 +69,18 @@ void addDatabaseCommand(CLI::App& app, int& exitCode) {
   database->require_subcommand(1);
   addStoreFileCommands(*database);
   const auto connectionString = std::make_shared<std::string>();
+  const auto ifMissing = std::make_shared<bool>(false);
   for (const DatabaseAction& action : kDatabaseActions) {
     CLI::App* command = database->add_subcommand(action.name, action.description);
     command
         ->add_option("CONNECTION", *connectionString,
                      "Connection string: \"Driver=Embedded;Database=PATH\", or that of a SQL Server")
         ->required();
-    command->callback([&action, connectionString, &exitCode] { exitCode = action.run(*connectionString); });
+    if (action.run == create)
+      command->add_flag("--if-missing", *ifMissing, "Leave a database file that is there as it is");
+    command->callback([&action, connectionString, ifMissing, &exitCode] {
+      exitCode = action.run(*connectionString, *ifMissing);
+    });
   }
 }
 

@@ -21,6 +21,7 @@ int main(int argc, char** argv) {
   CLI::App app(
       "The counter components at work: scripts, the counter in a browser, and the database of a store.",
       "ondrel");
+  app.set_version_flag("--version", "ondrel " ONDREL_VERSION, "Print the version and exit");
   app.require_subcommand(1);
   int exitCode = 0;
   ondrel::addRunCommand(app, exitCode);

@@ -141,7 +141,7 @@ void addServeCommand(CLI::App& app, int& exitCode) {
   CLI::App* command = app.add_subcommand("serve", "Serve the counter to browsers");
   const auto arguments = std::make_shared<ServeArguments>();
   HostOptions& host = arguments->host;
-  host.pages = installedFolder(ONDREL_DATA_FOLDER "/counter", ONDREL_COUNTER_FOLDER);
+  host.pages = installedFolder(ONDREL_DATA_FOLDER "/counter", programFolder().parent_path() / "counter");
   command->add_option("--db", host.connectionString,
                       "Connection string; without it a private database with the sample store");
   command->add_option("--listen", arguments->listen, "ADDRESS:PORT; port 0 takes a free one")

@@ -184,13 +184,14 @@ static void makeFile(const std::string& path) {
                 fmt::format("Cannot make the database \"{}\": {}", path, reason));
 }
 
-void createDatabaseFile(const std::string& path, StoreContents contents) {
-  constexpr int kFileAlreadyExists = 58;
-  if (std::filesystem::exists(path))
-    throw Error(static_cast<ErrorNumber>(kFileAlreadyExists), kStoreSource,
-                fmt::format("The file \"{}\" exists already", path));
+namespace {
+
+void removeDatabaseFile(const std::string& path) {
   forgetDatabaseFile(path);
-  for (const char* leftOver : {"-wal", "-shm", "-journal"}) std::filesystem::remove(path + leftOver);
+  for (const char* end : {"", "-wal", "-shm", "-journal"}) std::filesystem::remove(path + end);
+}
+
+void fillDatabaseFile(const std::string& path, StoreContents contents) {
   makeFile(path);
   {
     Database database(DatabaseFile{path, nullptr});
@@ -202,6 +203,31 @@ void createDatabaseFile(const std::string& path, StoreContents contents) {
   createSchema(*connection);
   if (contents == StoreContents::Sample) loadSampleStore(*connection);
   connection->close();
+  forgetDatabaseFile(path);
+}
+
+}  // namespace
+
+// Made under another name and put in place whole: who is interrupted leaves no half of a database behind.
+void createDatabaseFile(const std::string& path, StoreContents contents) {
+  constexpr int kFileAlreadyExists = 58;
+  const auto exists = [&path] {
+    return Error(static_cast<ErrorNumber>(kFileAlreadyExists), kStoreSource,
+                 fmt::format("The file \"{}\" exists already", path));
+  };
+  if (std::filesystem::exists(path)) throw exists();
+  const std::string unfinished = path + ".new";
+  forgetDatabaseFile(path);
+  for (const char* leftOver : {"-wal", "-shm", "-journal"}) std::filesystem::remove(path + leftOver);
+  removeDatabaseFile(unfinished);
+  fillDatabaseFile(unfinished, contents);
+  std::error_code problem;
+  std::filesystem::create_hard_link(unfinished, path, problem);
+  removeDatabaseFile(unfinished);
+  if (problem == std::errc::file_exists) throw exists();
+  if (problem)
+    throw Error(ErrorNumber::ConnectionFailed, kStoreSource,
+                fmt::format("Cannot make the database \"{}\": {}", path, problem.message()));
 }
 
 // ---- scripts

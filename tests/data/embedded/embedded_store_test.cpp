@@ -249,7 +249,9 @@ INSTANTIATE_TEST_SUITE_P(Roads, Connections, testing::Values(Road::File, Road::M
 TEST(DatabaseFile, KeepsRowsAndSchema) {
   const TemporaryFolder folder;
   const std::string path = folder.path + "/kept.db";
+  std::ofstream(path + ".new") << "what an interrupted start left";
   createDatabaseFile(path, StoreContents::Sample);
+  EXPECT_FALSE(std::filesystem::exists(path + ".new"));
   EXPECT_THAT(descriptionOf([&] { createDatabaseFile(path, StoreContents::Empty); }),
               HasSubstr("exists already"));
   {
