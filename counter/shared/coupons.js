@@ -10,6 +10,30 @@ function nameOf(id) {
 
 function isOn(invoice, id) { return tickets.lineOf(invoice, "itemType='CU' and lineItemId=" + id) > 0; }
 
+// The offers of a ticket that is called up: its coupons, and what each discount took off when it was saved.
+exports.takeUp = function (invoice) {
+  var lines = invoice.lineItems.Clone();
+  lines.Filter = "itemType='CU'";
+  text.rows(lines, function (field) { Session.coupons[field("lineItemId")] = { name: field("itemName"), isOff: false }; });
+  Session.storedDiscounts = text.rows(Database.query(
+    "select l.lineItemName, sum(l.lineItemTotal) as amount, max(case d.discountSubType when 'FLAT' then 1 else 0 end) as isFlat from TicketLineItem l " +
+    "left join Discount d on d.discountID = l.lineItemID and d.discountType = l.ticketLineType " +
+    "where l.ticketLineType in ('VI', 'CU', 'PR', 'RE') and l.ticketNumber = " + invoice.ticketNo + " group by l.lineItemName"), function (field) {
+    return { name: field("lineItemName"), amount: text.cents(field("amount")), isFlat: field("isFlat") === 1 };
+  }).filter(function (one) { return one.amount; });
+};
+
+// What is said of stored discounts beside those of now, [{name, amount}]: a smaller one, and a flat one that was shared
+// with the other tickets of its order and would be given once more.
+exports.changes = function (discounts) {
+  var away = Object.keys(Session.coupons).filter(function (id) { return Session.coupons[id].isOff; }).map(function (id) { return Session.coupons[id].name; });
+  return (Session.storedDiscounts || []).filter(function (stored) { return away.indexOf(stored.name) < 0; }).map(function (stored) {
+    var same = discounts.filter(function (one) { return one.name === stored.name; })[0], now = same ? same.amount : 0;
+    var isTold = now < stored.amount - 0.001 || stored.isFlat && now > stored.amount + 0.001;
+    return isTold ? stored.name + " was " + text.money(stored.amount) + " on this ticket and is " + text.money(now) + " now." : "";
+  }).filter(function (one) { return one; });
+};
+
 // All its lines: finishing spreads a coupon over departments.
 exports.takeOff = function (invoice, id) {
   delete Session.coupons[id];
@@ -29,7 +53,10 @@ exports.press = function (invoice, id) {
 exports.keep = function (invoice) {
   Object.keys(Session.coupons).forEach(function (id) {
     if (!isOn(invoice, Number(id))) {
-      if (!invoice.isInvoiceEmpty() && (invoice.isFirstCoupon() || invoice.validateCouponAdd())) invoice.addCoupon(Number(id));
+      if (!invoice.isInvoiceEmpty() && (invoice.isFirstCoupon() || invoice.validateCouponAdd())) {
+        invoice.getQualifyingCoupons();
+        invoice.addCoupon(Number(id));
+      }
       invoice.lineItems.Filter = 0;
     }
     Session.coupons[id].isOff = !isOn(invoice, Number(id));

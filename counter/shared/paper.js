@@ -96,10 +96,7 @@ exports.notices = function (quote) {
     if (before[one.departmentId] && before[one.departmentId] !== day && !finishing.chosenDay(one.departmentId)) all.push(one.department + ": " + day + " in place of " + before[one.departmentId] + (one.reason ? ", " + one.reason : "") + ".");
     Session.shownDays[one.departmentId] = day;
   });
-  (Session.storedDiscounts || []).forEach(function (stored) {
-    var now = quote.discounts.filter(function (one) { return one.name === stored.name; })[0];
-    if (!now || now.amount < stored.amount - 0.001) all.push(stored.name + " was " + text.money(stored.amount) + " on this ticket and is " + text.money(now ? now.amount : 0) + " now.");
-  });
+  all = all.concat(coupons.changes(quote.discounts));
   return String(html.all(all.map(function (one) { return h("p", null, one); })));
 };
 

@@ -31,6 +31,7 @@ function take(invoice, action) {
   Session.days = {};
   Session.ticketDay = "";
   Session.coupons = {};
+  Session.storedDiscounts = [];
   Session.undo = null;
   Session.saved = null;
   Session.changed = action === "edit" ? exports.stored(invoice).changed : "";
@@ -63,13 +64,24 @@ exports.start = function (customerId) {
   return true;
 };
 
+// A saved ticket with all its lines. What could not be read whole must not be saved over what is stored: that would take
+// the rest of its lines away. An error then, and there is no invoice.
+exports.loaded = function (ticketNumber) {
+  var invoice = exports.made();
+  invoice.getExistingDetails(ticketNumber);
+  var stored = Database.query("select count(*) from TicketLineItem where ticketLineType in ('IT', 'AC', 'DE') and ticketNumber = " + ticketNumber);
+  var here = invoice.lineItems.Clone();
+  here.Filter = "itemType='IT' or itemType='AC' or itemType='DE'";
+  if (invoice.ticketNo !== ticketNumber || here.RecordCount !== stored.Fields(0).Value) throw new Error("ticket " + ticketNumber + " was not read whole");
+  return invoice;
+};
+
 // A saved ticket that is still in this shop called up again.
 exports.callUp = function (ticketNumber) {
   var known = Database.query("select ticketNumber from Ticket where ticketNumber = " + ticketNumber + " and storeId = " + desk.place().store +
                              " and ticketStatus <> 'FI' and ticketStatus <> 'VO'");
   if (known.EOF) return false;
-  var invoice = exports.made();
-  invoice.getExistingDetails(ticketNumber);
+  var invoice = exports.loaded(ticketNumber);
   if (!invoice.isEdittable) return false;
   take(invoice, "edit");
   invoice.getQualifyingCoupons();

@@ -88,8 +88,7 @@ exports.addTrouble = function (session, number) {
 // A ticket that is paid ahead is priced with its discount, which surcharges and taxes follow; the session only knows the
 // discount itself. What the price list demands to be paid ahead goes with it.
 function paidAhead(ticket, number) {
-  var invoice = tickets.made(), isEarned = ticket.prepayDiscount > 0;
-  invoice.getExistingDetails(number);
+  var invoice = tickets.loaded(number), isEarned = ticket.prepayDiscount > 0;
   var least = invoice.getMinimumPrepay();
   if (!isEarned || invoice.isPrepayEnabled()) return { price: ticket.invoiceTotal - ticket.prepayDiscount, least: least };
   invoice.setStoreDays(desk.place().store);
@@ -207,8 +206,7 @@ exports.inOrder = function (session) {
 
 function couponWork(session, number, work) {
   var place = desk.place(), employee = desk.employee();
-  var invoice = tickets.made();
-  invoice.getExistingDetails(number);
+  var invoice = tickets.loaded(number);
   invoice.setStoreDays(place.store);
   work(invoice);
   var setup = Database.query("select oneDiscountPerInvoice from miscsetup where storeid = " + place.store);
