@@ -1,12 +1,13 @@
 // From the ticket on the screen to the tickets that are saved, and back.
 var desk = Server.include("shared/desk.js");
 var text = Server.include("shared/text.js");
+var lines = Server.include("shared/lines.js");
 var tickets = Server.include("shared/tickets.js");
 
 function has(invoice, condition) {
-  var lines = invoice.lineItems.Clone();
-  lines.Filter = condition;
-  return lines.RecordCount > 0;
+  var found = invoice.lineItems.Clone();
+  found.Filter = condition;
+  return found.RecordCount > 0;
 }
 
 // The invoice with its parts, in the order in which they are saved.
@@ -26,9 +27,9 @@ var required = [
 ];
 exports.obstacles = function (invoice) {
   if (!invoice.lineItems.Clone().RecordCount && !invoice.isQuickInvoice()) return ["Nothing is on the ticket."];
-  var lines = invoice.lineItems.Clone(), all = [];
-  lines.Filter = "itemType='IT'";
-  text.rows(lines, function (field) { return { number: field("lineNumber"), name: field("itemName") }; }).forEach(function (line) {
+  var garments = invoice.lineItems.Clone(), all = [];
+  garments.Filter = "itemType='IT'";
+  text.rows(garments, function (field) { return { number: field("lineNumber"), name: field("itemName") }; }).forEach(function (line) {
     required.forEach(function (one) {
       if (invoice[one[1]](line.number) && !invoice[one[2]](line.number)) all.push(line.name + " needs a " + one[0] + ".");
     });
@@ -40,7 +41,7 @@ exports.obstacles = function (invoice) {
 // ---- what the way through a split loses
 
 // By price-list item, kind and name.
-var carried = ["VIPQualified", "requiresHeatSeal", "minimumPrepay", "peNotes"];
+var carried = ["VIPQualified", "requiresHeatSeal", "minimumPrepay", "peNotes", "oneShot"];
 function keyOf(field) { return [field("itemType"), field("lineItemId"), field("itemName")].join("|"); }
 
 function carriedOf(invoice) {
@@ -50,15 +51,24 @@ function carriedOf(invoice) {
 }
 
 function carry(invoice, marks) {
-  var lines = invoice.lineItems.Clone();
-  function field(name) { return lines.Fields(name).Value; }
-  for (; !lines.EOF; lines.MoveNext()) {
+  var rows = invoice.lineItems.Clone();
+  function field(name) { return rows.Fields(name).Value; }
+  for (; !rows.EOF; rows.MoveNext()) {
     var values = marks[keyOf(field)];
-    if (values) carried.forEach(function (column, at) { lines.Fields(column).Value = values[at]; });
+    if (values) carried.forEach(function (column, at) { rows.Fields(column).Value = values[at]; });
   }
 }
 
-// The day of each department. Those that route and workload move are moved back when the ticket is worked on again.
+// Of a new order, each ticket earns who has sent the customer a credit for its own garments: all of it may lie in the parts.
+var described = ["referralQualified", "createdByEmployeeId", "createdDate", "terminalID"];
+function describeParts(invoice, marks) {
+  exports.parts(invoice).forEach(function (part) {
+    carry(part, marks);
+    if (invoice.isAdd && part !== invoice) described.forEach(function (name) { part[name] = invoice[name]; });
+  });
+}
+
+// The day of each department.
 function daysOf(invoice) {
   var days = {};
   text.rows(invoice.lineItems.Clone(), function (field) {
@@ -133,16 +143,18 @@ exports.keepDays = function (invoice) {
 // | what a split loses  | noted, and given to the parts                                                              |
 // | split               | not of a bag, which was split when it was taken in: what comes out of it stays on its ticket |
 //
-// The result says what was and has moved: {leastAhead, paid, days, moved, carried, starch, finish}; `moved` has, by
-// department, {name, from, to, why}.
+// The result says what was and has moved: {leastAhead, paid, days, moved, starch, finish}; `moved` has, by department,
+// {name, from, to, why}.
 exports.apply = function (invoice) {
   describe(invoice);
   invoice.invoiceDone2();
-  var outcome = { leastAhead: invoice.getMinimumPrepay(), paid: invoice.amountPaid, days: daysOf(invoice), carried: carriedOf(invoice), moved: {}, starch: invoice.starchPref, finish: invoice.finishPref };
+  var outcome = { leastAhead: invoice.getMinimumPrepay(), paid: invoice.amountPaid, days: daysOf(invoice), moved: {},
+                  starch: invoice.starchPref, finish: invoice.finishPref };
   if (invoice.isAdd && !Session.ticketDay && !invoice.counterSaleOnly) adjustDays(invoice, outcome);
   if (!invoice.isQuickInvoice() && invoice.isSplitInvoice()) {
+    var marks = carriedOf(invoice);
     invoice.splitInvoice(tickets.saveAction(invoice));
-    exports.parts(invoice).forEach(function (part) { carry(part, outcome.carried); });
+    describeParts(invoice, marks);
   }
   return outcome;
 };
@@ -164,25 +176,44 @@ function adjustDays(invoice, outcome) {
   step(function () { invoice.adjustDueDatesForWorkload(); }, function (full) { return text.day(full) + " is full"; });
 }
 
+// ---- and back
+
+// A ticket as it was keyed in. What was paid on it goes to the parts of a split and does not come back from there by
+// itself; a charge that was shared out comes back in pieces, with numbers that other lines have.
+function kept(invoice) {
+  return { lines: lines.take(invoice.lineItems), log: lines.take(invoice.ticketLogItems), number: invoice.currentLineNumber, paid: invoice.amountPaid };
+}
+
+function restore(invoice, before) {
+  invoice.lineItems.Filter = 0;
+  invoice.cancelDoneOperation();
+  lines.put(invoice.lineItems, before.lines);
+  lines.put(invoice.ticketLogItems, before.log);
+  invoice.currentLineNumber = before.number;
+  invoice.amountPaid = before.paid;
+  invoice.counterSaleOnly = false;
+  invoice.calculateInvDueDate();
+  invoice.recalculatePrepay();
+}
+
+// A ticket that cannot be finished is as it was, and the error goes on.
 exports.finish = function (invoice) {
   if (!invoice.isAdd) invoice.amountPaid = tickets.stored(invoice).paid;
-  Session.finishing = exports.apply(invoice);
+  var before = kept(invoice);
+  try {
+    Session.finishing = exports.apply(invoice);
+  } catch (error) {
+    restore(invoice, before);
+    throw error;
+  }
+  Session.finishing.before = before;
   Session.finished = true;
 };
 
-// A finished ticket that is worked on again is as if nothing had been finished. What was paid on it went to the parts
-// of a split and does not come back from there by itself, nor do the taxes of the screen.
+// A finished ticket that is worked on again is as if nothing had been finished.
 exports.reopen = function () {
-  var invoice = Session.invoice, finishing = Session.finishing;
-  if (!invoice || !Session.finished) return;
-  invoice.cancelDoneOperation();
-  invoice.amountPaid = finishing.paid;
-  invoice.counterSaleOnly = false;
-  carry(invoice, finishing.carried);
-  Object.keys(finishing.moved).forEach(function (department) {
-    invoice.setDeptIdDueDate(Number(department), text.slashed(finishing.days[department]));
-  });
-  invoice.recalculatePrepay();
+  if (!Session.invoice || !Session.finished) return;
+  restore(Session.invoice, Session.finishing.before);
   Session.finished = false;
 };
 
@@ -203,11 +234,4 @@ exports.isMissingSeals = function (invoice) {
 exports.readyDay = function (invoice) {
   var days = text.rows(invoice.lineItems.Clone(), function (field) { return field("dueDate"); }).filter(function (day) { return day; });
   return invoice.counterSaleOnly || !days.length ? null : days.reduce(function (latest, day) { return day > latest ? day : latest; });
-};
-
-// Back from a finish that broke off in the middle: what it generated goes, what was keyed in stays.
-exports.undoHalf = function (invoice) {
-  invoice.lineItems.Filter = 0;
-  invoice.cancelDoneOperation();
-  invoice.recalculatePrepay();
 };

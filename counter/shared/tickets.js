@@ -64,6 +64,21 @@ exports.start = function (customerId) {
   return true;
 };
 
+// What is done to a garment once only, says the price list; a ticket does not keep that, and the garment's seal would
+// remember it as if it were for ever.
+function markOneShots(invoice) {
+  var extras = invoice.lineItems.Clone(), items = {};
+  text.rows(invoice.lineItems.Clone(), function (field) { items[field("lineNumber")] = field("lineItemId"); });
+  extras.Filter = "itemType='UP'";
+  if (extras.EOF) return;
+  var once = text.rows(Database.query("select priceListItemId as item, descriptorName as name from ItemDescriptorPrice where descriptorType = 'UP' and oneShot = 1"),
+                       function (field) { return field("item") + "|" + field("name"); });
+  for (; !extras.EOF; extras.MoveNext()) {
+    var name = items[extras.Fields("parentLineNumber").Value] + "|" + extras.Fields("itemName").Value;
+    if (once.indexOf(name) >= 0) extras.Fields("oneShot").Value = true;
+  }
+}
+
 // A saved ticket with all its lines. What could not be read whole must not be saved over what is stored: that would take
 // the rest of its lines away. An error then, and there is no invoice.
 exports.loaded = function (ticketNumber) {
@@ -73,6 +88,7 @@ exports.loaded = function (ticketNumber) {
   var here = invoice.lineItems.Clone();
   here.Filter = "itemType='IT' or itemType='AC' or itemType='DE'";
   if (invoice.ticketNo !== ticketNumber || here.RecordCount !== stored.Fields(0).Value) throw new Error("ticket " + ticketNumber + " was not read whole");
+  markOneShots(invoice);
   return invoice;
 };
 

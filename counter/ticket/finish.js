@@ -11,9 +11,7 @@ if (!Session.finished && !finishing.obstacles(invoice).length) {
     finishing.finish(invoice);
   } catch (error) {
     print("finishing failed: " + (error.description || error.message));
-    Session.finished = false;
     Session.finishTrouble = "The ticket could not be finished: " + (error.description || error.message) + ". It is as it was, change it or try again.";
-    finishing.undoHalf(invoice);
   }
 }
 Response.redirect("/finish");

@@ -80,3 +80,85 @@ test("a ticket that could not be read is not open, and stands as it was", async 
   assert.match(clerk.words(), /No ticket is being written/);
   assert.equal(host.query(`select count(*) from TicketLineItem where ticketNumber = ${ticket}`), "1");
 });
+
+// A ticket's lines as they stand in the books, by a column.
+function stored(tickets, condition, column = "count(*)") {
+  return host.query(`select ${column} from TicketLineItem where ${condition} and ticketNumber in (${tickets})`);
+}
+
+// 10 % of 16.00 and of 12.50, on top of the 4.00 that are built up: the step of 5.00 is reached once.
+test("of an order that is split wholly, who has sent the customer is credited for all of it", async () => {
+  const before = Number(host.query("select count(*) from MiscCharge where customerSequenceNumber = 10"));
+  await clerk.ticket(9);
+  await clerk.click("item", { id: pants, quantity: 2 });
+  await clerk.click("item", { id: shirt, quantity: 5 });
+  assert.equal((await clerk.save()).length, 2);
+  assert.equal(host.query("select amountToDate from customerreferral where customersequencenumber = 9"), "6.85");
+  assert.equal(Number(host.query("select count(*) from MiscCharge where customerSequenceNumber = 10")), before + 1);
+});
+
+test("back from a split the ticket is as it was keyed in, a charge is one line, and numbers are not used twice", async () => {
+  await clerk.ticket(1);
+  for (const id of [pants, shirt]) await clerk.click("item", { id, quantity: 14 });
+  const before = await clerk.click("charge", { name: "Alteration", value: "10", quantity: 1, department: 1 });
+  for (let time = 0; time < 2; time++) {
+    await clerk.open("/ticket");
+    await clerk.press("/ticket/finish");
+    assert.match(clerk.words(), /Finished: [2-9] tickets/);
+    await clerk.press("/ticket/reopen");
+  }
+  assert.equal(clerk.html.match(/>Alteration</g).length, 1);
+  assert.equal(total(clerk.html), total(before));
+  const more = await clerk.click("item", { id: bag });
+  const numbers = [...more.lines.matchAll(/lineid="(\d+)"/g)].map((one) => one[1]);
+  assert.equal(new Set(numbers).size, 4);
+  const tickets = await clerk.save();
+  assert.equal(stored(tickets, "ticketLineType = 'IT'", "sum(quantity)"), "29");
+  assert.equal(stored(tickets, "lineItemName = 'Alteration'", "sum(lineItemTotal)"), "10");
+});
+
+test("what is done once to a garment with a seal is not done again the next time, after an edit neither", async () => {
+  await clerk.ticket(1);
+  await clerk.click("seal", { value: "AA00071" });
+  const jacket = await clerk.click("item", { id: 102 });
+  await clerk.click("upcharge", { line: jacket.line, name: "Minor Repair", quantity: 1 });
+  await clerk.click("color", { line: jacket.line, name: "Navy" });
+  await clerk.click("item", { id: shirt });
+  const tickets = await clerk.save();
+  const ticket = tickets.find((one) => stored(one, "heatseal = 'AA00071'") === "1");
+  await callUp(ticket);
+  await clerk.click("notes", { line: jacket.line, value: "torn" });
+  await clerk.save();
+  assert.equal(host.query("select d.descriptorname from taggeditemdescriptor d inner join taggedpiece p on p.taggedItemID = d.taggeditemid where p.heatsealid = 'AA00071'"), "Navy");
+});
+
+// A ticket of 2 bags (40.00) paid ahead with 30.00, to which pants come that go on a ticket of their own.
+test("what was paid stays on the ticket that it was paid on when an edit splits it", async () => {
+  await clerk.ticket(17);
+  await clerk.click("item", { id: bag, quantity: 2 });
+  const [ticket] = await clerk.save();
+  await clerk.visit(17, "prepay");
+  await clerk.till("tender", { type: "Check", amount: "30", reference: "3" });
+  await clerk.open("/pickup");
+  await clerk.press("/pickup/pay");
+  await callUp(ticket);
+  await clerk.click("item", { id: 118 });
+  await clerk.click("item", { id: pants });
+  const tickets = await clerk.save();
+  assert.ok(tickets.length > 1);
+  const paid = tickets.map((one) => Number(host.query(`select amountPaid from Ticket where ticketNumber = ${one}`)));
+  assert.deepEqual(paid.filter(Boolean), [30]);
+  assert.equal(Number(host.query(`select amountPaid from Ticket where ticketNumber = ${ticket}`)), 30);
+});
+
+test("the counter gives no loyalty offer and moves no garments to a new ticket by hand", async () => {
+  await clerk.ticket(16);  // holds two loyalty offers
+  const answer = await clerk.click("item", { id: pants, quantity: 3 });
+  assert.match(answer.coupons, /10 Percent Off/);
+  assert.doesNotMatch(answer.coupons, /Loyal/);
+  for (const name of ["loyalty", "split"]) assert.match((await clerk.click(name, { line: 1, id: 31 })).problem, /no such click/);
+  await clerk.click("coupon", { id: 31 });
+  const tickets = await clerk.save();
+  assert.equal(stored(tickets, "ticketLineType in ('CU', 'LY')"), "0");
+  assert.equal(host.query("select noOfUses from loyaltyCustomerOffers where customerSequenceNumber = 16 and discountId = 31"), "2");
+});
