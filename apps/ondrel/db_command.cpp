@@ -34,7 +34,11 @@ int create(const std::string& connectionString, bool ifMissing) {
 }
 
 int loadSample(const std::string& connectionString, bool) {
-  loadSampleStore(*open(connectionString));
+  const auto connection = open(connectionString);
+  if (connection->query("select count(*) as stores from Store")->integer("stores") > 0)
+    throw Error(ErrorNumber::StatementFailed, "ondrel",
+                "The database holds a store already; the sample store goes into an empty one");
+  loadSampleStore(*connection);
   std::puts("sample store loaded");
   return 0;
 }

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <iostream>
 
 #include "base/error.h"
 #include "commands.h"
@@ -31,6 +32,14 @@ int main(int argc, char** argv) {
   ondrel::addRegisterCommands(app);
   try {
     app.parse(argc, argv);
+  } catch (const CLI::RequiredError& error) {
+    // An unknown sub-command is told as if there were none.
+    if (argc == 2 && argv[1][0] != '-' && app.get_subcommands().empty()) {
+      complain(std::string("There is no command ") + argv[1] + "\nRun with --help for more information.");
+      return kUsageExitCode;
+    }
+    app.exit(error);
+    return kUsageExitCode;
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : kUsageExitCode;
   } catch (const ondrel::Error& error) {
@@ -38,6 +47,11 @@ int main(int argc, char** argv) {
     return kFailureExitCode;
   } catch (const std::exception& exception) {
     complain(std::string("error: ") + exception.what());
+    return kFailureExitCode;
+  }
+  // Results that found no room, on a full disk say, are no success.
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0 || !std::cout.flush()) {
+    complain("error 61: The output cannot be written");
     return kFailureExitCode;
   }
   return exitCode;

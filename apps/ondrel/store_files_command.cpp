@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "automation/drivers.h"
+#include "base/error.h"
 #include "data/embedded/database_upgrade.h"
 #include "data/embedded/embedded_connection.h"
 #include "data/embedded/setup_transfer.h"
@@ -52,13 +53,13 @@ void exportTo(const Arguments& arguments) {
   const std::string text = exportedStore(*open(arguments), arguments.everything);
   std::ofstream file(arguments.file, std::ios::binary | std::ios::trunc);
   file << text << std::flush;
-  if (!file) throw CLI::FileError("Cannot write " + arguments.file);
+  if (!file) throw Error(ErrorNumber::PathAccess, "ondrel", "Cannot write " + arguments.file);
   std::puts("exported");
 }
 
 void importFrom(const Arguments& arguments) {
   std::ifstream file(arguments.file, std::ios::binary);
-  if (!file) throw CLI::FileError("Cannot read " + arguments.file);
+  if (!file) throw Error(ErrorNumber::FileNotFound, "ondrel", "Cannot read " + arguments.file);
   const std::string text{std::istreambuf_iterator<char>(file), {}};
   std::printf("%d rows\n", importStore(*open(arguments), text, arguments.replaces));
 }

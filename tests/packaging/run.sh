@@ -18,6 +18,7 @@ fail() {
 cmake --install "$build" --prefix "$folder/usr" > /dev/null
 awk '/^```c$/ { inside = 1; next } /^```$/ { inside = 0 } inside' "$here/../../docs/component.md" > "$folder/c_host.c"
 cmake -G Ninja -S "$here/consumer" -B "$folder/build" -DCMAKE_PREFIX_PATH="$folder/usr" -DC_HOST="$folder/c_host.c" \
+  -DEXAMPLES="$folder/usr/share/OndrelCorpComponents/examples" \
   -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_C_FLAGS="$flags" > "$folder/log" || { cat "$folder/log"; exit 1; }
 cmake --build "$folder/build" > "$folder/log" || { cat "$folder/log"; exit 1; }
 
@@ -26,6 +27,29 @@ cmake --build "$folder/build" > "$folder/log" || { cat "$folder/log"; exit 1; }
 grep -q "$library_folder" "$ONDREL_SETTINGS" || fail "the program registered another library"
 [[ $("$folder/build/c_host") == "0 characters" ]] || fail "the host in C"
 [[ $("$folder/build/cpp_host") == "4 shirts" ]] || fail "the host in C++"
+"$folder/build/two_counters" > "$folder/log" || fail "two counters in one program"
+[[ $(grep -cE '^Counter [12] wrote ticket [0-9]+ with [0-9]+ statements$' "$folder/log") == 2 ]] || fail "tickets of two counters"
+grep -q '^error 438 from ' "$folder/log" || fail "the error of two counters"
+
+# Python brings a C library of its own into the process, which a sanitizer would have to come before.
+if command -v python3 > /dev/null && [[ $flags != *sanitize* ]]; then
+  database="Driver=Embedded;Database=$folder/shop.db"
+  "$folder/usr/bin/ondrel" db create "$database" > /dev/null
+  "$folder/usr/bin/ondrel" db sample "$database" > /dev/null
+  python3 "$folder/usr/share/OndrelCorpComponents/examples/hosts/counter.py" "$library_folder/libOndrelCorpComponents.so.1" "$folder/shop.db" > "$folder/log" || fail "the host in Python"
+  [[ $(head -n 1 "$folder/log") == '4 shirts, $10.00' ]] || fail "the price of four shirts in Python"
+  grep -q '^error 13 from ' "$folder/log" || fail "the error in Python"
+fi
+
+# What the shared library shows is what it showed in the last version.
+shown=$(nm -D --defined-only "$library_folder/libOndrelCorpComponents.so.1" | awk '{ print $3 }' | sort | xargs)
+[[ $shown == "DllCanUnloadNow DllGetClassObject DllRegisterServer DllUnregisterServer" ]] || fail "other symbols are seen: $shown"
+if command -v abidiff > /dev/null; then
+  cc -g -shared -fPIC -I "$folder/usr/include" "$here/interface.c" -o "$folder/interface.so"
+  abidiff "$here/component.abi" "$folder/interface.so" > "$folder/log" || { cat "$folder/log"; fail "the interface differs from the last version"; }
+else
+  echo "packaging: abidiff is missing (package abigail-tools), the types of the interface are not compared"
+fi
 
 # Each header compiles by itself.
 headers=$folder/usr/include/OndrelCorpComponents

@@ -165,7 +165,7 @@ void EmbeddedStore::replaceProcedure(std::string_view name, int least, int most,
 
 // A file of the table engine without tables, which keeps a log of changes beside it, its owner's alone: customers and
 // cards stand in it.
-static void makeFile(const std::string& path) {
+static void makeFile(const std::string& path, const std::string& named) {
   constexpr mode_t kOwnerOnly = 0600;
   if (const int file = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kOwnerOnly); file >= 0)
     ::close(file);
@@ -181,7 +181,7 @@ static void makeFile(const std::string& path) {
   sqlite3_close_v2(handle);
   if (!logged)
     throw Error(ErrorNumber::ConnectionFailed, kStoreSource,
-                fmt::format("Cannot make the database \"{}\": {}", path, reason));
+                fmt::format("Cannot make the database \"{}\": {}", named, reason));
 }
 
 namespace {
@@ -191,8 +191,8 @@ void removeDatabaseFile(const std::string& path) {
   for (const char* end : {"", "-wal", "-shm", "-journal"}) std::filesystem::remove(path + end);
 }
 
-void fillDatabaseFile(const std::string& path, StoreContents contents) {
-  makeFile(path);
+void fillDatabaseFile(const std::string& path, const std::string& named, StoreContents contents) {
+  makeFile(path, named);
   {
     Database database(DatabaseFile{path, nullptr});
     database.setSchema(std::make_shared<Schema>());
@@ -220,7 +220,7 @@ void createDatabaseFile(const std::string& path, StoreContents contents) {
   forgetDatabaseFile(path);
   for (const char* leftOver : {"-wal", "-shm", "-journal"}) std::filesystem::remove(path + leftOver);
   removeDatabaseFile(unfinished);
-  fillDatabaseFile(unfinished, contents);
+  fillDatabaseFile(unfinished, path, contents);
   std::error_code problem;
   std::filesystem::create_hard_link(unfinished, path, problem);
   removeDatabaseFile(unfinished);
