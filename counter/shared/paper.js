@@ -1,6 +1,7 @@
 // The ticket on the entry screen: its lines by department, each with the day it is ready, and what it comes to.
 var html = Server.include("shared/html.js");
 var text = Server.include("shared/text.js");
+var tickets = Server.include("shared/tickets.js");
 var coupons = Server.include("shared/coupons.js");
 var finishing = Server.include("shared/finishing.js");
 var h = html.tag;
@@ -8,7 +9,7 @@ var h = html.tag;
 // The rows of the ticket, read once for all that is drawn of them.
 function rowsOf(invoice) {
   var names = ["lineNumber", "parentLineNumber", "deptId", "deptName", "itemType", "itemName", "quantity", "unitPrice", "originalUnitPrice", "lineItemTotal", "upchargeTotal", "colorTotal", "patternTotal",
-               "notes", "promptResponse", "heatSeal", "redo", "priceLater"];
+               "notes", "promptResponse", "heatSeal", "redo", "priceLater", "lineItemId"];
   return text.rows(invoice.lineItems.Clone(), function (field) {
     var row = {};
     names.forEach(function (name) { row[name] = field(name); });
@@ -35,7 +36,7 @@ function priceOf(row) {
 function lineOf(invoice, row, children, chosen) {
   var pieces = Math.max(row.quantity || 0, 1), isGarment = row.itemType === "IT", isBag = row.itemType === "DE";
   var needs = isGarment ? exports.missing(invoice, row.lineNumber) : [];
-  var was = row.redo || row.unitPrice < row.originalUnitPrice ? "was " + text.money(row.originalUnitPrice || 0) : "";
+  var before = tickets.priceBefore(row), was = before ? "was " + text.money(before) : "";
   var price = isBag ? "" : row.priceLater && !priceOf(row) ? "price later" : text.money(priceOf(row));
   return h("div", { "class": "lineitem it-" + row.itemType.toLowerCase() + (row.lineNumber === chosen ? " selected" : "") + (needs.length ? " lacking" : ""), lineid: row.lineNumber },
     h("div", { "class": "quantity" }, row.quantity), h("div", { "class": "name" }, (isBag ? "Counted: " : "") + (row.itemName || row.deptName), row.redo ? h("strong", { "class": "badge" }, "REDO") : "",

@@ -158,6 +158,14 @@ exports.fieldOf = function (invoice, number, column) { return exports.fieldWhere
 // The first line that a condition finds, or 0.
 exports.lineOf = function (invoice, condition) { return exports.fieldWhere(invoice, condition, "lineNumber") || 0; };
 
+// What a piece would have cost, when it costs less: a redo that came in as such has no price of its own. 0 for nothing.
+exports.priceBefore = function (row) {
+  if (!row.redo) return row.unitPrice < row.originalUnitPrice ? row.originalUnitPrice : 0;
+  if (row.originalUnitPrice || !row.lineItemId) return row.originalUnitPrice || 0;
+  var listed = Database.query("select isnull(price, 0) as price from PriceListItem where priceListItemId = " + row.lineItemId);
+  return listed.EOF ? 0 : listed.Fields("price").Value;
+};
+
 // The heads of saved tickets.
 exports.heads = function (numbers) {
   if (!numbers.length) return [];

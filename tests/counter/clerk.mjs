@@ -45,7 +45,11 @@ export class Clerk {
   click(name, values = {}) { return this.json("/ticket/act", { click: name, ...values }); }
   till(name, values = {}) { return this.json("/pickup/act", { click: name, ...values }); }
 
-  words() { return this.html.replace(/<[^>]*>/g, " ").replace(/\s+/g, " "); }
+  // What is read on the page.
+  words() {
+    const signs = { amp: "&", lt: "<", gt: ">", quot: '"' };
+    return this.html.replace(/<[^>]*>/g, " ").replace(/\s+/g, " ").replace(/&#(\d+);|&(\w+);/g, (all, code, name) => code ? String.fromCharCode(code) : signs[name] ?? all);
+  }
 
   async begin(terminal = 2, employee = 4) {
     await this.open("/");

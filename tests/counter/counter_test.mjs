@@ -85,6 +85,12 @@ async function accessible(where) {
   await page.setViewportSize({ width: 1280, height: 800 });
 }
 
+// The pages that a printer gets, in millimetres.
+async function paperOf() {
+  const printed = (await page.pdf({ preferCSSPageSize: true })).toString("latin1");
+  return [...printed.matchAll(/MediaBox \[0 0 ([\d.]+) ([\d.]+)\]/g)].map((one) => one.slice(1).map((points) => Math.round(points * 25.4 / 72)));
+}
+
 async function savedTickets() {
   await page.waitForURL(/saved/);
   return new URL(page.url()).searchParams.get("tickets").split("-");
@@ -118,6 +124,9 @@ test("the road of a ticket by mouse", async () => {
   assert.match(await page.locator("main").innerText(), /3 Shirt on Hanger/);
   await picture("receipt");
   await accessible("receipt");
+  assert.deepEqual((await paperOf()).map((one) => one[0]), [80, 80]);
+  await page.goto(`${host.address}/tags?paper=label&tickets=${tickets.join("-")}`);
+  assert.deepEqual(await paperOf(), Array(4).fill([57, 32]));
 });
 
 async function assertTotal(amount) {

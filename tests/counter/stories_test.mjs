@@ -162,3 +162,44 @@ test("the counter gives no loyalty offer and moves no garments to a new ticket b
   assert.equal(stored(tickets, "ticketLineType in ('CU', 'LY')"), "0");
   assert.equal(host.query("select noOfUses from loyaltyCustomerOffers where customerSequenceNumber = 16 and discountId = 31"), "2");
 });
+
+// Pants 2 x 8.00 with stains of 3.00, and a redo: 2 % of 16.00, 6 % of 22.32 and 2.5 % of 22.00.
+test("the receipt says all that was agreed, its sums add up, and a copy says so", async () => {
+  await clerk.ticket(15);
+  const { line } = await clerk.click("item", { id: pants, quantity: 2 });
+  await clerk.click("upcharge", { line, name: "Stain Treatment", quantity: 1 });
+  for (const [name, value] of [["color", "Navy"], ["brand", "Hartwell"]]) await clerk.click(name, { line, name: value });
+  await clerk.click("notes", { line, value: "button missing" });
+  await clerk.click("answer", { line, value: "crease wanted" });
+  await clerk.click("item", { id: 102, redo: true });
+  const tickets = await clerk.save();
+  await clerk.open(`/receipt?tickets=${tickets}`);
+  const words = clerk.words(), net = host.query(`select netTotal from Ticket where ticketNumber = ${tickets}`);
+  for (const one of ["Fernhill Cleaners", "12 Fernhill Road, Marbury, VT 05001", "802-555-0100", "Written Tue 11/24/2026 10:30, Pat O'Dell", "Navy", "Hartwell", "button missing", "crease wanted",
+    "Jacket REDO $0.00 was $9.00", "3 pieces", "Stain Treatment", "Environmental Fee", "State Sales Tax", "City Tax", `Total $${Number(net).toFixed(2)}`, `To pay $${Number(net).toFixed(2)}`])
+    assert.ok(words.includes(one), `${one}: ${words}`);
+  assert.match(words, /Ready (Mon|Tue|Wed) 1[12]\/\d+\/2026 5:00 PM/);
+  assert.match(clerk.html, /aria-label="Barcode \d+"/);
+  assert.doesNotMatch(words, /Copy/);
+  const amounts = [...clerk.html.matchAll(/<td class="money">(-?)\$([\d.]+)<\/td>/g)].map((one) => Number(one[1] + one[2]));
+  const total = amounts.indexOf(Number(net));
+  assert.equal(amounts.slice(0, total).reduce((sum, one) => sum + one, 0).toFixed(2), Number(net).toFixed(2));
+  await clerk.open(`/receipt?copy=1&tickets=${tickets}`);
+  assert.match(clerk.words(), /Copy/);
+});
+
+test("a tag for each piece without a seal, with whose it is, what it is and which of how many", async () => {
+  await clerk.ticket(15);
+  await clerk.click("seal", { value: "AA00081" });
+  await clerk.click("item", { id: 102 });
+  const { line } = await clerk.click("item", { id: 103 });  // two pieces
+  await clerk.click("color", { line, name: "Black" });
+  const tickets = await clerk.save();
+  for (const paper of ["strip", "label"]) {
+    await clerk.open(`/tags?paper=${paper}&tickets=${tickets}`);
+    assert.match(clerk.words(), /2 of 3 Zoë O'Hanlon Suit 2-Piece, Black (Mon|Tue|Wed) 1[12].*3 of 3/);
+    assert.doesNotMatch(clerk.words(), /1 of 3/);
+    const codes = host.query(`select tagNumber from TicketTag where ticketNumber = ${tickets}`).split("\n");
+    assert.deepEqual([...clerk.html.matchAll(/Barcode (\d+)/g)].map((one) => one[1]), codes);
+  }
+});
