@@ -19,7 +19,8 @@ var tickets = customers.openTickets(customer.id);
 var isReady = tickets.some(function (ticket) { return ticket.state === "ready"; });
 var rows = tickets.map(function (ticket) {
   return h("tr", { "class": ticket.state || false }, h("th", { scope: "row" }, ticket.invoice), h("td", null, ticket.pieces), h("td", null, text.day(ticket.due), " ", ticket.state ? h("strong", null, ticket.state) : ""),
-    h("td", null, ticket.rack), h("td", { "class": "money" }, text.money(ticket.total)), h("td", { "class": "money" }, text.money(ticket.total - ticket.paid)),
+    h("td", null, ticket.rack), h("td", { "class": "money" }, ticket.isBag ? "not yet known" : text.money(ticket.total)),
+    h("td", { "class": "money" }, ticket.isBag ? "" : text.money(ticket.total - ticket.paid)),
     h("td", { "class": "row-actions" }, button("/ticket/edit", ticket.isQuick ? "Itemise" : "Edit", { ticket: ticket.number }, { kind: "quiet", said: (ticket.isQuick ? "Itemise " : "Edit ") + ticket.invoice }),
       h("a", { "class": "button quiet", href: "/receipt?copy=1&ticket=" + ticket.number, "aria-label": "Receipt of " + ticket.invoice }, "Receipt")));
 });

@@ -4,8 +4,6 @@ var desk = Server.include("shared/desk.js");
 var drawer = Server.include("shared/drawer.js");
 var text = Server.include("shared/text.js");
 var layout = Server.include("shared/layout.js");
-var html = Server.include("shared/html.js");
-var h = html.tag;
 
 var session = Request.method === "POST" ? till.meant(Request.form.work) : null;
 if (!session) return Response.redirect(Session.pickup ? "/pickup" : "/");
@@ -28,9 +26,9 @@ var trouble = till.payTrouble(session);
 if (trouble) return back(trouble);
 var questions = till.payQuestions(session);
 if (questions.length && Request.form.sure !== questions.join(" ")) {
-  return layout.page("Before it is booked", h("section", { "class": "paper" }, h("ul", null, questions.map(function (one) { return h("li", null, one); })),
-    h("div", { "class": "row" }, html.raw(layout.button("/pickup/pay", "Yes, go on", Object.keys(given).reduce(function (all, name) { all[name] = given[name]; return all; }, { work: desk.numberOf("pickup"), sure: questions.join(" ") }), { kind: "main", once: true })),
-      h("a", { "class": "button", href: "/pickup" }, "Back to the till"))));
+  var again = layout.of("pickup");
+  Object.keys(given).forEach(function (name) { again[name] = given[name]; });
+  return layout.asked("Before it is booked", questions, "/pickup/pay", again, "/pickup", "Back to the till");
 }
 
 if (given.claimant) {

@@ -1,33 +1,31 @@
-// Saves the bag as one ticket, or one for each group of departments.
-var layout = Server.include("shared/layout.js");
+// Saves the bag. What is wrong, odd or could not be saved is said on the form, which keeps what was keyed in.
 var desk = Server.include("shared/desk.js");
-var text = Server.include("shared/text.js");
+var quicks = Server.include("shared/quick.js");
 var tickets = Server.include("shared/tickets.js");
 
 if (Request.method !== "POST" || !desk.isMeant("quick", Request.form.work)) return Response.redirect(Session.quick ? "/quick" : "/");
-var quick = Session.quick;
-var employee = desk.employee();
-if (!employee) return Response.redirect("/employee");
+if (!desk.employee()) return Response.redirect("/employee");
 
-var known = text.rows(Database.query("select departmentid from department where disabled = 0 and pricelistid = " + quick.priceListId), function (field) { return field("departmentid"); });
-var bags = Object.keys(Request.form).map(function (name) {
-  var department = /^pieces-(\d+)$/.exec(name);
-  return { department: department ? Number(department[1]) : 0, pieces: department ? Math.min(text.whole(Request.form[name]), 999) : 0 };
-}).filter(function (bag) { return bag.pieces > 0 && known.indexOf(bag.department) >= 0; });
-if (!bags.length) return layout.notice("Quick drop-off", "Nothing was counted.", "/quick", "Back");
+var customer = Session.quick.custSeqNumber, terms = tickets.termsOf(customer);
+var given = Session.quickGiven = quicks.given(Request.form, quicks.departments(Session.quick.priceListId));
+if (given.problem) return Response.redirect("/quick");
+if (given.question && Request.form.sure !== given.question) return Response.redirect("/quick");
+given.question = "";
 
-desk.tablesFor("quick", function () { quick.setStoreDays(desk.place().store); });
-// Taken out of the session first: after a failure nothing is counted or saved a second time.
+// Recorded: brought back after a restart, what failed has failed.
+Session.tables = "";
+var result = Server.recorded(function () { return quicks.save(customer, terms, given); });
+if (result.problem) print("saving failed: " + result.problem);
+given.bags = given.bags.filter(function (bag) { return result.saved.indexOf(bag.department) < 0; });
+if (given.bags.length) {
+  given.problem = result.numbers.length ? "A part of the bag is saved, the rest is not: press Take in again for what stands here."
+                                        : "The bag could not be saved. Nothing of it is lost: press Take in again.";
+  Session.quickSaved = (Session.quickSaved || []).concat(result.numbers);
+  return Response.redirect("/quick");
+}
+var numbers = (Session.quickSaved || []).concat(result.numbers);
 delete Session.quick;
-bags.forEach(function (bag) { quick.addLineItem(bag.pieces, bag.department); });
-var note = text.clean(Request.form.notes, 255);
-if (note) quick.attachNotes(1, note);
-
-quick.calculateInvDueDate();
-quick.adjustDueDatesForRoute(quick.custSeqNumber);
-if (quick.isSplitInvoice()) quick.splitInvoice();
-var place = desk.place();
-quick.saveInvoice("add", employee.id, place.terminal, "0", employee.name, place.storeName, true);
-var numbers = tickets.numbers(quick);
+delete Session.quickGiven;
+delete Session.quickSaved;
 desk.workDone();
-Response.redirect("/saved?tickets=" + numbers.join("-"));
+Response.redirect("/saved?tickets=" + numbers.join("-") + (result.problem ? "&but=1" : ""));

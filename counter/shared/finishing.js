@@ -38,6 +38,15 @@ exports.obstacles = function (invoice) {
   return all;
 };
 
+// What the clerk is asked first: a bag of which another number of pieces was counted than has been itemised.
+exports.questions = function (invoice) {
+  return Object.keys(Session.counted).map(function (department) {
+    var counted = Session.counted[department], itemised = invoice.getDepartmentPieceCount(Number(department));
+    if (counted === itemised) return "";
+    return tickets.fieldWhere(invoice, "itemType='DE' and deptId=" + department, "deptName") + ": " + counted + " counted, " + itemised + " itemised.";
+  }).filter(function (one) { return one; });
+};
+
 // ---- what the way through a split loses
 
 // By price-list item, kind and name.

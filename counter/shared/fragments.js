@@ -15,7 +15,7 @@ exports.paper = function (invoice, line) {
   return {
     lines: paper.lines(invoice, line, quote),
     sums: paper.sums(quote),
-    bar: paper.bar(quote),
+    bar: paper.bar(invoice, quote),
     offers: paper.offers(),
     notices: paper.notices(quote),
     preferences: invoice.htmlInvoicePreferences(),

@@ -59,6 +59,14 @@ exports.notice = function (title, words, path, label) {
   exports.page(title, html.all(h("p", { "class": "notice", role: "alert" }, words), h("p", null, h("a", { "class": "button main", href: path, autofocus: true }, label))));
 };
 
+// Questions before something is done: "yes" sends the form again, with the questions as what was answered.
+exports.asked = function (title, questions, path, values, back, label) {
+  var sent = { sure: questions.join(" ") };
+  Object.keys(values).forEach(function (name) { sent[name] = values[name]; });
+  exports.page(title, h("section", { "class": "paper" }, h("ul", null, questions.map(function (one) { return h("li", null, one); })),
+    h("div", { "class": "row" }, html.raw(exports.button(path, "Yes, go on", sent, { kind: "main", once: true })), h("a", { "class": "button", href: back }, label))));
+};
+
 // What is open has to be finished first: something new would push it aside.
 exports.unfinished = function (title, works) {
   exports.page(title, html.all(h("p", { "class": "notice" }, "Finish it or give it up first."), works.map(function (work) {

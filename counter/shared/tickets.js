@@ -32,6 +32,8 @@ function take(invoice, action) {
   Session.ticketDay = "";
   Session.coupons = {};
   Session.storedDiscounts = [];
+  Session.counted = {};
+  Session.shownDays = {};
   Session.undo = null;
   Session.saved = null;
   Session.changed = action === "edit" ? exports.stored(invoice).changed : "";
@@ -100,9 +102,19 @@ exports.callUp = function (ticketNumber) {
   var invoice = exports.loaded(ticketNumber);
   if (!invoice.isEdittable) return false;
   take(invoice, "edit");
+  Session.counted = countedIn(invoice);
   invoice.getQualifyingCoupons();
   return true;
 };
+
+// The pieces of a bag that nobody has itemised yet, by department: its line follows what is itemised from then on.
+function countedIn(invoice) {
+  var counted = {}, rows = invoice.lineItems.Clone();
+  if (exports.lineOf(invoice, "itemType='IT'")) return counted;
+  rows.Filter = "itemType='DE' and quantity>0";
+  text.rows(rows, function (field) { counted[field("deptId")] = (counted[field("deptId")] || 0) + field("quantity"); });
+  return counted;
+}
 
 // The ticket that the request is about, with the shop's tables as it needs them; null when another one is being
 // written by now.
@@ -169,7 +181,8 @@ exports.priceBefore = function (row) {
 // The heads of saved tickets.
 exports.heads = function (numbers) {
   if (!numbers.length) return [];
-  return text.rows(Database.query("select ticketNumber, invoiceNumber, dueDate, netTotal, customerSequenceNumber from Ticket where ticketNumber in (" + numbers.join(",") + ") order by ticketNumber"), function (field) {
-    return { number: field("ticketNumber"), invoice: field("invoiceNumber"), due: field("dueDate"), total: field("netTotal"), customer: field("customerSequenceNumber") };
+  return text.rows(Database.query("select ticketNumber, invoiceNumber, invoiceType, dueDate, netTotal, amountPaid, customerSequenceNumber from Ticket where ticketNumber in (" + numbers.join(",") + ") order by ticketNumber"), function (field) {
+    return { number: field("ticketNumber"), invoice: field("invoiceNumber"), due: field("dueDate"), total: field("netTotal"), paid: field("amountPaid"),
+             customer: field("customerSequenceNumber"), isBag: field("invoiceType") === "Q" && !field("netTotal") };
   });
 };

@@ -41,7 +41,8 @@ function ticketParts(session) {
     return h("section", { "class": "paper ticket" + (isIn ? " within" : "") },
              h("div", { "class": "rack" }, h("span", { "class": "name" }, ticket.rack ? "Rack" : ""), h("strong", null, ticket.rack || "Not on the rack")),
              h("div", null, h("h2", null, ticket.invoice),
-               h("p", null, h("strong", null, text.money(ticket.total - ticket.paid)), " to pay, due ", text.day(ticket.due), ", ", text.pieces(ticket.pieces), ticket.state ? h("strong", { "class": "state " + ticket.state }, " ", ticket.state) : ""),
+               h("p", null, ticket.isBag ? "price not yet known, due " : [h("strong", null, text.money(ticket.total - ticket.paid)), " to pay, due "], text.day(ticket.due), ", ", text.pieces(ticket.pieces),
+                 ticket.state ? h("strong", { "class": "state " + ticket.state }, " ", ticket.state) : ""),
                isIn ? lines(session, ticket) : ""),
              h("button", { "data-ticket": ticket.number, "data-within": isIn ? 1 : "", disabled: isShut, "aria-label": (isShut ? "Not itemised yet" : words[isIn ? 0 : 1]) + ", " + ticket.invoice }, isShut ? "Not itemised yet" : words[isIn ? 0 : 1]));
   }));
