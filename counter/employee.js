@@ -1,7 +1,9 @@
 // Who is at the counter.
 var layout = Server.include("shared/layout.js");
+var html = Server.include("shared/html.js");
 var desk = Server.include("shared/desk.js");
 var text = Server.include("shared/text.js");
+var h = html.tag;
 
 if (!desk.place()) return Response.redirect("/place");
 if (Request.method === "POST") {
@@ -9,11 +11,8 @@ if (Request.method === "POST") {
   if (chosen) Session.kept.employee = chosen;
   return Response.redirect(chosen ? "/" : "/employee");
 }
-var counter = "<p class=\"notice\">" + text.encoded(desk.place().storeName + ", " + desk.place().name) + " <a class=\"button quiet\" href=\"/place\">Another counter</a></p>";
-if (Request.clerk) {
-  layout.page("Signed in", "<p>" + text.encoded(Request.clerk.name) + "</p>" + counter + layout.button("/sign_out", "Sign out", {}));
-  return;
-}
-layout.page("Who is at the counter?", "<div class=\"choices\">" + desk.employees().map(function (one) {
-  return layout.button("/employee", one.name, { employee: one.id });
-}).join("") + "</div>" + counter);
+var place = h("p", { "class": "notice" }, desk.place().storeName + ", " + desk.place().name + " ", h("a", { "class": "button quiet", href: "/place" }, "Another counter"));
+if (Request.clerk) return layout.page("Signed in", html.all(h("p", null, Request.clerk.name), place, html.raw(layout.button("/sign_out", "Sign out", {}))));
+var people = desk.employees().map(function (one) { return html.raw(layout.button("/employee", one.name, { employee: one.id })); });
+layout.page("Who is at the counter?", html.all(
+  people.length ? h("div", { "class": "choices" }, people) : h("p", { "class": "problem" }, "Nobody is entered who works at this shop. Enter an employee of it, then load the page again."), place));

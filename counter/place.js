@@ -1,7 +1,9 @@
 // Which counter this is.
 var layout = Server.include("shared/layout.js");
+var html = Server.include("shared/html.js");
 var desk = Server.include("shared/desk.js");
 var text = Server.include("shared/text.js");
+var h = html.tag;
 
 if (desk.openWorks().length) return layout.unfinished("Something is still open at this counter", desk.openWorks());
 var places = desk.places();
@@ -12,6 +14,12 @@ if (Request.method === "POST") {
   delete Session.kept.employee;
   return Response.redirect(Request.clerk ? "/" : "/employee");
 }
-layout.page("Which counter is this?", "<div class=\"choices\">" + places.map(function (one) {
-  return layout.button("/place", one.storeName + ", " + one.name, { terminal: one.terminal });
-}).join("") + "</div>");
+if (!places.length) {
+  layout.page("No counter is set up", html.all(h("p", { "class": "notice" },
+    "This store has no shop with a terminal yet. Somebody with access to the database enters them, or loads the sample store to try:"),
+    h("p", null, h("kbd", null, "ondrel db sample CONNECTION")), h("p", null, h("a", { "class": "button main", href: "/place" }, "Look again"))));
+  return;
+}
+layout.page("Which counter is this?", h("div", { "class": "choices" }, places.map(function (one) {
+  return html.raw(layout.button("/place", one.storeName + ", " + one.name, { terminal: one.terminal }));
+})));

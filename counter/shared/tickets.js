@@ -9,8 +9,8 @@ exports.made = function () {
   return invoice;
 };
 
-// The customer's own price list where this shop has it, else the shop's first; the route, -1 for none; and the visits so
-// far. Null for an unknown customer.
+// The customer's own price list where this shop has it, else the shop's first, if any; the route, -1 for none; and the
+// visits so far. Null for an unknown customer.
 exports.termsOf = function (customerId) {
   var customer = Database.query("select isnull(defaultPriceListId, 0) as list, isnull(routenumber, -1) as route, isnull(visitCount, 0) as visits from Customer where customerSequenceNumber = " + customerId);
   if (customer.EOF) return null;
@@ -48,10 +48,11 @@ function groups() {
   return !setup.EOF && !!setup.Fields("groupSimilarItems").Value;
 }
 
-// A new ticket of a customer.
+// A new ticket of a customer; the result is what stands in the way, or nothing.
 exports.start = function (customerId) {
   var terms = exports.termsOf(customerId);
-  if (!terms) return false;
+  if (!terms) return "There is no such customer.";
+  if (!terms.list) return "This shop has no price list with departments yet.";
   var invoice = exports.made();
   invoice.initInvoice();
   invoice.isAdd = true;
@@ -63,7 +64,7 @@ exports.start = function (customerId) {
   take(invoice, "add");
   invoice.loadCustomerPreferences(customerId, "");
   invoice.getQualifyingCoupons();
-  return true;
+  return "";
 };
 
 // What is done to a garment once only, says the price list; a ticket does not keep that, and the garment's seal would

@@ -7,5 +7,6 @@ var desk = Server.include("shared/desk.js");
 if (Request.method !== "POST") return Response.redirect("/");
 if (!desk.staffed()) return;
 if (tickets.isWriting()) return layout.unfinished("A ticket is still being written", [desk.works[0]]);
-if (!tickets.start(text.whole(Request.form.customer))) return layout.notice("Ticket", "There is no such customer.", "/", "Find a customer");
+var trouble = tickets.start(text.whole(Request.form.customer));
+if (trouble) return layout.notice("Ticket", trouble, "/", "Find a customer");
 Response.redirect("/ticket");

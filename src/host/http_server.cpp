@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cerrno>
+#include <cstring>
 #include <optional>
 #include <thread>
 
@@ -215,7 +217,7 @@ class HttpServer::Listener : public httplib::Server {
     const int bound = port == 0 ? bind_to_any_port(address) : bind_to_port(address, port) ? port : -1;
     if (bound <= 0)
       throw Error(ErrorNumber::PathAccess, "Host",
-                  "Cannot listen at " + address + ":" + std::to_string(port));
+                  "Cannot listen at " + address + ":" + std::to_string(port) + ": " + std::strerror(errno));
     thread_ = std::thread([this] {
       listen_after_bind();
       hasEnded_ = true;

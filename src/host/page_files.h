@@ -51,4 +51,8 @@ std::string_view assetType(std::string_view name);
 // The page that asks for a clerk and a PIN; the host has one of its own where the folder has none.
 inline constexpr std::string_view kSignInPage = "sign_in.js";
 
+// The folder's page around what is refused or fails, with {{message}} for why. Without it the browser shows the bare
+// words.
+inline constexpr std::string_view kRefusedPage = "/assets/refused.html";
+
 }  // namespace ondrel

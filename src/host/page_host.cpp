@@ -8,6 +8,7 @@
 
 #include "base/error.h"
 #include "base/text.h"
+#include "data/values.h"
 #include "host/access.h"
 #include "host/clerks.h"
 #include "host/incoming.h"
@@ -78,6 +79,7 @@ class PageHost::Work {
 
   PageAnswer answer(const HttpRequest& request);
   PageAnswer route(const HttpRequest& request, LogEntry& entry, std::string& page);
+  void dressRefusal(PageAnswer& answer, const HttpRequest& request) const;
   std::optional<PageFile> pageOf(const std::string& path) const;
   PageAnswer health() const;
   PageAnswer metrics(const HttpRequest& request) const;
@@ -177,6 +179,7 @@ PageAnswer PageHost::Work::answer(const HttpRequest& request) {
   std::string page = "refused";
   PageAnswer answer =
       options_.isBehindTls ? route(asProxied(request), entry, page) : route(request, entry, page);
+  if (answer.status >= 400) dressRefusal(answer, request);
   addSecurityHeaders(answer);
   entry.status = answer.status;
   entry.bytes = answer.body.size();
@@ -197,6 +200,17 @@ PageAnswer PageHost::Work::route(const HttpRequest& request, LogEntry& entry, st
   if (!file) return plainAnswer(404, "There is no such page.");
   page = file->name;
   return inSession(incomingOf(request, *file), entry);
+}
+
+// Who looks at a page gets the bare text of a refusal within the folder's own page.
+void PageHost::Work::dressRefusal(PageAnswer& answer, const HttpRequest& request) const {
+  const bool isForReading = valueOf(request.headers, "accept").find("text/html") != std::string_view::npos;
+  if (!isForReading || !answer.contentType.starts_with("text/plain")) return;
+  const auto file = files_->asset(kRefusedPage);
+  if (!file) return;
+  const std::string_view words = std::string_view(answer.body).substr(0, answer.body.find('\n'));
+  answer.body = replaceAll(PageFiles::textOf(*file), "{{message}}", htmlEncode(words));
+  answer.contentType = "text/html; charset=utf-8";
 }
 
 std::optional<PageFile> PageHost::Work::pageOf(const std::string& path) const {

@@ -8,11 +8,13 @@ import { chromium } from "playwright-core";
 const program = process.env.ONDREL_PROGRAM;
 
 export class Host {
-  constructor() {
+  // `more`: other arguments of the host; `isEmpty`: a store without anything in it.
+  constructor({ more = [], isEmpty = false } = {}) {
+    this.more = more;
     this.folder = mkdtempSync(join(tmpdir(), "counter-"));
     this.connection = `Driver=Embedded;Database=${join(this.folder, "shop.db")}`;
     execFileSync(program, ["db", "create", this.connection]);
-    execFileSync(program, ["db", "sample", this.connection]);
+    if (!isEmpty) execFileSync(program, ["db", "sample", this.connection]);
     mkdirSync(join(this.folder, "c", "cards"), { recursive: true });
     this.cards = spawn(process.env.ONDREL_CARDS, [join(this.folder, "c", "cards"), "50"]);
   }
@@ -22,7 +24,7 @@ export class Host {
     const port = this.address ? new URL(this.address).port : "0";
     this.process = spawn(program, ["serve", "--db", this.connection, "--listen", `127.0.0.1:${port}`, "--now", "2026-11-24 10:30",
       "--pages", process.env.ONDREL_PAGES, "--log", join(this.folder, "host.log"), "--set", "cardFolder=C:/cards",
-      "--set", `messages=file:${join(this.folder, "messages")}`, "--set", `printer=file:${join(this.folder, "printer")}`],
+      "--set", `messages=file:${join(this.folder, "messages")}`, "--set", `printer=file:${join(this.folder, "printer")}`, ...this.more],
       { env: { ...process.env, ONDREL_DRIVES: this.folder } });
     this.address = await new Promise((found, failed) => {
       this.process.stdout.on("data", (text) => { const line = /http:\/\/\S+/.exec(text); if (line) found(line[0].replace(/\/$/, "")); });

@@ -132,6 +132,19 @@ TEST_F(PageHostTest, FailuresTellTheLogAndNotTheBrowser) {
                     Not(HasSubstr("4111111111111111"))));
 }
 
+TEST_F(PageHostTest, WhoReadsARefusalGetsTheFoldersPageAroundIt) {
+  page("assets/refused.html", "<h1>{{message}}</h1>");
+  page(
+      "bad.js",
+      "Response.status = 404; Response.header('Content-Type', 'text/plain'); Response.write('no <such> thing');");
+  start();
+  Browser browser(port);
+  const httplib::Headers reading = {{"Accept", "text/html,*/*"}};
+  EXPECT_EQ(browser.client->Get("/nowhere", reading)->body, "<h1>There is no such page.</h1>");
+  EXPECT_EQ(browser.client->Get("/bad", reading)->body, "<h1>no &lt;such&gt; thing</h1>");
+  EXPECT_EQ(browser.get("/nowhere").body, "There is no such page.\n");
+}
+
 // After an error of the database a transaction stays open, what is written then joins it, and its lock would
 // stop everybody else.
 TEST_F(PageHostTest, OpenTransactionDoesNotOutliveItsRequest) {
