@@ -52,8 +52,10 @@
   // What is drawn anew must not take the tools away.
   function saveTools() { document.querySelector(".side").insertBefore(place("line-tools"), place("entry")); }
 
-  function click(name, values) {
+  // `first` is done when the turn comes, with the presses before it answered.
+  function click(name, values, first) {
     return counterDesk.inTurn(function () {
+      if (first) first();
       return counterDesk.press("/ticket/act", function () {
         return Object.assign({ click: name, line: at.line, work: desk.work, group: at.group, list: at.department, filter: place("brand").value }, typeof values === "function" ? values() : values);
       }).then(function (answer) {
@@ -78,8 +80,9 @@
   // The bar's own class of the chosen button says nothing here: it is on all of them.
   function groupOf(button) { return (/\bsel-(\w*)/.exec(button.className) || [])[1] || "pr"; }
 
-  function turn(group) {
+  function turn(group, first) {
     return counterDesk.inTurn(function () {
+      if (first) first();
       at.group = group;
       at.isPrompted = false;
       return panel();
@@ -181,27 +184,25 @@
     [".department[departmentid]", function (one) {
       choose(one, ".departments", "selected");
       at.department = one.getAttribute("departmentid");
-      counterDesk.inTurn(function () {
+      turn("it", function () {
         at.line = 0;
         saveTools();
         choose(null, "#lines", "selected");
         offerTools();
-      }, failed);
-      turn("it");
+      });
     }],
     [".id-group-button", function (one) { turn(groupOf(one)); }],
     [".li-it", function (one) {
       var values = taken();
       values.id = one.id.substr(2);
-      counterDesk.inTurn(function () { at.group = next("it", one); }, failed);
-      click("item", values);
+      click("item", values, function () { at.group = next("it", one); });
     }],
     [".pli", function (one) {
       var group = one.id.substr(0, 2), on = one.classList.contains("plisel");
-      counterDesk.inTurn(function () { if (!on) at.group = next(group, one); }, failed);
       // Upcharges are counted for each piece, up to what the price list takes.
       var count = group === "up" ? Math.min(Number(taken().quantity) || 1, Number(one.getAttribute("maxquantity")) || 1) : 1;
-      click(descriptors[group], { id: one.id.substr(2), name: nameOn(one), on: on, quantity: count });
+      click(descriptors[group], { id: one.id.substr(2), name: nameOn(one), on: on, quantity: count },
+            function () { if (!on) at.group = next(group, one); });
     }],
     ["#lines .lineitem", function (one) {
       counterDesk.inTurn(function () {
@@ -278,7 +279,6 @@
   document.querySelectorAll(".pref_list:empty").forEach(function (one) {
     var field = document.createElement("input");
     field.setAttribute("aria-label", one.getAttribute("pref_name"));
-    field.maxLength = 64;
     field.addEventListener("change", function () { click("preference", { name: one.getAttribute("pref_name"), value: field.value }); });
     one.appendChild(field);
   });

@@ -33,9 +33,14 @@ function couponOff(c) {
   till.refresh(session);
 }
 
+// What is looked at before a press is done is recorded with it: when the host ends right behind a payment, tickets are out
+// and nothing is due any more, and the visit has to come back as it was all the same.
+function looked(look) { return Server.recorded(function () { return look() || ""; }); }
+
 function tender(c) {
   var amount = text.amount(c.amount), type = String(c.type), reference = till.referenceOf(type, c.reference);
-  var trouble = till.tenderTrouble(session, type, amount, reference), question = trouble ? "" : till.tenderQuestion(session, type, amount);
+  var trouble = looked(function () { return till.tenderTrouble(session, type, amount, reference); });
+  var question = trouble ? "" : looked(function () { return till.tenderQuestion(session, type, amount); });
   if (question && !c.sure) return { ask: question };
   if (!trouble) session.addPayment(amount, type, reference);
   return trouble;
@@ -55,7 +60,7 @@ function settleCredit(c) {
 
 var clicks = {
   add: function (c) {
-    var trouble = till.addTrouble(session, text.whole(c.ticket));
+    var trouble = looked(function () { return till.addTrouble(session, text.whole(c.ticket)); });
     if (!trouble) till.add(text.whole(c.ticket));
     return trouble;
   },
@@ -80,11 +85,13 @@ var clicks = {
   },
   // A sale that was approved before is used as far as something is due.
   sale: function (c) {
-    var chosen = till.unusedSales(session).filter(function (one) { return one.transaction === c.transaction; })[0];
-    if (!chosen) return "This sale is used up.";
-    var amount = Math.min(chosen.rest, till.due(session));
-    if (amount <= 0) return "Nothing is due.";
-    till.takeSale(session, { amount: amount, number: "", expiration: "", brand: "", code: chosen.code, transaction: chosen.transaction });
+    var sale = looked(function () {
+      var chosen = till.unusedSales(session).filter(function (one) { return one.transaction === c.transaction; })[0];
+      return chosen ? { code: chosen.code, transaction: chosen.transaction, amount: Math.min(chosen.rest, till.due(session)) } : "";
+    });
+    if (!sale) return "This sale is used up.";
+    if (sale.amount <= 0) return "Nothing is due.";
+    till.takeSale(session, { amount: sale.amount, number: "", expiration: "", brand: "", code: sale.code, transaction: sale.transaction });
   },
   coupon: coupon,
   couponOff: couponOff

@@ -66,7 +66,7 @@ function checkName(kind, name) {
 function descriptor(kind) {
   return summed(function (invoice, c) {
     if (fieldOf(invoice, line(c), "itemType") !== "IT") throw new Error("Choose a garment first.");
-    checkName(kind, words(c.name, 64));
+    checkName(kind, whole(c.name, 64));
     if (c.on) invoice.removeDescriptor(line(c), words(c.name, 64), kind);
     else if (priced[kind] && isPriced(invoice, c, kind)) invoice[priced[kind]](line(c), words(c.name, 64), invoice.getLineQuantity(line(c)), true);
     else invoice.addDescriptor(line(c), words(c.name, 64), kind, 1);
@@ -79,7 +79,7 @@ var fieldOf = tickets.fieldOf, lineOf = tickets.lineOf;
 // A scanned seal finds its garment on the ticket, brings back the one that it was pressed into, or waits for the garment
 // that is described next. The library takes a seal as a scanner reads it, so nothing else is let through.
 function scanned(invoice, c) {
-  var seal = words(c.value, 40);
+  var seal = whole(c.value, 20);
   if (!/^[A-Za-z0-9-]+$/.test(seal)) throw new Error("This is not a heat seal.");
   var here = lineOf(invoice, "heatSeal='" + seal + "'");
   if (here > 0) return here;
@@ -194,7 +194,7 @@ function describe(invoice, c) {
 
 // The books take a preference as it stands: one of its options, or plain words where it has none.
 function preference(invoice, c) {
-  var value = words(c.value, 64), known = Database.query("select isnull(options, '') as options from customerpreferencetype where name = " + text.quoted(words(c.name, 64)));
+  var value = whole(c.value, 64), known = Database.query("select isnull(options, '') as options from customerpreferencetype where name = " + text.quoted(words(c.name, 64)));
   if (known.EOF) throw new Error("There is no such preference.");
   var options = known.Fields("options").Value;
   if (options ? options.split("|").indexOf(value) < 0 : !/^[\w .,:\/-]*$/.test(value)) throw new Error("Only letters, digits and . , : / - are taken here.");

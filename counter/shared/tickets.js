@@ -67,8 +67,9 @@ exports.start = function (customerId) {
   return "";
 };
 
-// What is done to a garment once only, says the price list; a ticket does not keep that, and the garment's seal would
-// remember it as if it were for ever.
+// ---- what the price list knows and a ticket does not keep
+
+// What is done to a garment once only: its seal would remember it as if it were for ever.
 function markOneShots(invoice) {
   var extras = invoice.lineItems.Clone(), items = {};
   text.rows(invoice.lineItems.Clone(), function (field) { items[field("lineNumber")] = field("lineItemId"); });
@@ -82,6 +83,18 @@ function markOneShots(invoice) {
   }
 }
 
+// What a garment's item demands to be paid ahead, of a piece.
+function markLeastAhead(invoice) {
+  var percents = {}, garments = invoice.lineItems.Clone();
+  text.rows(Database.query("select p.priceListItemId as item, p.prepayPercent as least from PriceListItem p inner join TicketLineItem l on l.lineItemID = p.priceListItemId and l.ticketLineType = 'IT' " +
+                           "where p.prepayPercent > 0 and l.ticketNumber = " + invoice.ticketNo), function (field) { percents[field("item")] = field("least"); });
+  garments.Filter = "itemType='IT' and redo=0";
+  for (; !garments.EOF; garments.MoveNext()) {
+    var percent = percents[garments.Fields("lineItemId").Value];
+    if (percent) garments.Fields("minimumPrepay").Value = text.cents(percent / 100 * garments.Fields("originalUnitPrice").Value);
+  }
+}
+
 // A saved ticket with all its lines. What could not be read whole must not be saved over what is stored: that would take
 // the rest of its lines away. An error then, and there is no invoice.
 exports.loaded = function (ticketNumber) {
@@ -92,6 +105,7 @@ exports.loaded = function (ticketNumber) {
   here.Filter = "itemType='IT' or itemType='AC' or itemType='DE'";
   if (invoice.ticketNo !== ticketNumber || here.RecordCount !== stored.Fields(0).Value) throw new Error("ticket " + ticketNumber + " was not read whole");
   markOneShots(invoice);
+  markLeastAhead(invoice);
   return invoice;
 };
 

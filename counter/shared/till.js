@@ -159,9 +159,11 @@ function giftCardTrouble(session, number, amount) {
   return left < -0.001 || amount > left + 0.001 ? "The gift card has " + text.money(left) + " left." : "";
 }
 
+var referenceSize = 50;
+
 // A reference as the books take it: a gift card by its number alone, however many zeros stand before it.
 exports.referenceOf = function (type, value) {
-  var reference = String(value || "").replace(/^\s+|\s+$/g, "").substr(0, 50);
+  var reference = String(value || "").replace(/^\s+|\s+$/g, "");
   return type === "GiftCard" ? String(text.whole(reference)) : reference;
 };
 
@@ -172,6 +174,7 @@ exports.tenderTrouble = function (session, type, amount, reference) {
   if (!exports.numbers().length) return "No ticket is chosen.";
   if (!amount) return "This is not an amount.";
   if (known[1] && !reference) return known[1] + " is missing.";
+  if (reference.length > referenceSize) return known[1] + " takes " + referenceSize + " letters at most.";
   // It goes into the books as it stands.
   if (!/^[\w .#\/-]*$/.test(reference)) return known[1] + " takes letters and digits only.";
   if (reference.replace(/\D/g, "").length > 12) return "This looks like the number of a payment card.";

@@ -67,9 +67,9 @@ export class Host {
   }
 
   // As if the host had ended between the commit of a numbered call and its answer, in every session.
-  interruptCommit() {
+  interruptCommit(page = "ticket/save") {
     const journals = join(this.folder, "shop.db.sessions");
-    for (const name of readdirSync(journals)) appendFileSync(join(journals, name), "call\t46350.4\tticket/save.js\t/ticket/save\tn-1\t\t\t\t\ncommitting\n");
+    for (const name of readdirSync(journals)) appendFileSync(join(journals, name), `call\t46350.4\t${page}.js\t/${page}\tn-1\t\t\t\t\ncommitting\n`);
   }
 
   remove() {

@@ -184,6 +184,55 @@ async function scan(seal) {
   await Promise.all([page.waitForResponse(/ticket\/act/), page.keyboard.press("Enter")]);
 }
 
+// Keys at given moments, as a slow scanner or a machine under load has them: the page looks at the moment of the event.
+async function slowly(keys, gap) {
+  await page.evaluate(([all, between]) => {
+    let at = performance.now() + 5000 * (window.scans = (window.scans || 0) + 1);
+    for (const key of [...all, "Enter"]) {
+      const event = new KeyboardEvent("keydown", { key, bubbles: true, cancelable: true });
+      Object.defineProperty(event, "timeStamp", { value: at += between });
+      document.activeElement.dispatchEvent(event);
+    }
+  }, [keys, gap]);
+}
+
+test("a scanner's speed is learnt, and nothing of a scan presses a button or stays in a field", async () => {
+  await newTicket("fenwick");
+  await page.getByRole("button", { name: "Charge", exact: true }).click();
+  await page.locator("#description").focus();
+  await slowly("AA00041", 140);  // not known yet: typed by hand
+  await Promise.all([page.waitForResponse(/ticket\/act/), slowly("AA00042", 95)]);
+  await Promise.all([page.waitForResponse(/ticket\/act/), slowly("AA00043", 140)]);
+  await page.reload();
+  await page.locator("#count").focus();
+  await Promise.all([page.waitForResponse(/ticket\/act/), slowly("AA00044", 140)]);
+  await page.locator("#seals", { hasText: "AA00044" }).waitFor();
+  assert.deepEqual((await page.locator("#seals").innerText()).match(/AA\d+/g), ["AA00042", "AA00043", "AA00044"]);
+  assert.equal(await page.locator("#count").inputValue(), "1");
+  await page.getByRole("button", { name: "Give up" }).click();
+});
+
+test("without a connection presses wait in their order, and each is done once when it is back", async () => {
+  await newTicket("fenwick");
+  await Promise.all([page.waitForResponse(/ticket\/panel/), department("Laundry")]);
+  await onPanel("Towel").waitFor();
+  await context.setOffline(true);
+  await onPanel("Bed Sheet").click();
+  await onPanel("Towel").click();
+  await page.locator("#line-state", { hasText: "No connection, 2 presses wait" }).waitFor();
+  await context.setOffline(false);
+  await assertTotal("$5.25");  // 4.00 + 1.25
+  assert.equal(await page.locator("#line-state").isVisible(), false);
+  // An answer that is lost on its way: the press has been done, and is not done again.
+  await page.route(/ticket\/act/, async (route) => {
+    await route.fetch();
+    await route.abort();
+  }, { times: 1 });
+  await onPanel("Towel").click();
+  await assertTotal("$6.50");
+  await page.getByRole("button", { name: "Give up" }).click();
+});
+
 async function click(place) {
   await Promise.all([page.waitForResponse(/ticket\/act/), place.click()]);
   await page.waitForLoadState("networkidle");
