@@ -5,21 +5,28 @@ var desk = Server.include("shared/desk.js");
 var text = Server.include("shared/text.js");
 var h = html.tag;
 
-if (desk.openWorks().length) return layout.unfinished("Something is still open at this counter", desk.openWorks());
+if (desk.openWorks().length)
+  return layout.unfinished("Something is still open at this counter", desk.openWorks());
 var places = desk.places();
 if (Request.method === "POST") {
-  var chosen = places.filter(function (one) { return one.terminal === text.whole(Request.form.terminal); })[0];
+  var chosen = places.filter(function(one) { return one.terminal === text.whole(Request.form.terminal); })[0];
   if (!chosen) return Response.redirect("/place");
   Session.kept.place = chosen;
   delete Session.kept.employee;
   return Response.redirect(Request.clerk ? "/" : "/employee");
 }
 if (!places.length) {
-  layout.page("No counter is set up", html.all(h("p", { "class": "notice" },
-    "This store has no shop with a terminal yet. Somebody with access to the database enters them, or loads the sample store to try:"),
-    h("p", null, h("kbd", null, "ondrel db sample CONNECTION")), h("p", null, h("a", { "class": "button main", href: "/place" }, "Look again"))));
+  layout.page(
+    "No counter is set up",
+    html.all(
+      h("p", { "class": "notice" },
+        "This store has no shop with a terminal yet. Somebody with access to the database enters them, " +
+          "or loads the sample store to try:"),
+      h("p", null, h("kbd", null, "ondrel db sample CONNECTION")),
+      h("p", null, h("a", { "class": "button main", href: "/place" }, "Look again"))));
   return;
 }
-layout.page("Which counter is this?", h("div", { "class": "choices" }, places.map(function (one) {
-  return html.raw(layout.button("/place", one.storeName + ", " + one.name, { terminal: one.terminal }));
-})));
+layout.page(
+  "Which counter is this?", h("div", { "class": "choices" }, places.map(function(one) {
+    return html.raw(layout.button("/place", one.storeName + ", " + one.name, { terminal: one.terminal }));
+  })));

@@ -1,4 +1,5 @@
-// The card at the till. GET looks whether the card program has answered and changes nothing; POST asks it for a sale.
+// The card at the till. GET looks whether the card program has answered and changes nothing; POST asks it for
+// a sale.
 var till = Server.include("shared/till.js");
 var cards = Server.include("shared/cards.js");
 var text = Server.include("shared/text.js");
@@ -15,7 +16,8 @@ var amount = text.amount(c.amount);
 var problem = "";
 if (!till.isCardTaken()) problem = "This counter takes no cards.";
 else if (!amount) problem = "This is not an amount.";
-else if (amount > till.due(session)) problem = "No change is given on a card: take " + text.money(till.due(session)) + " at most.";
+else if (amount > till.due(session))
+  problem = "No change is given on a card: take " + text.money(till.due(session)) + " at most.";
 else problem = cards.ask(session.custSeqNumber, c, amount);
 
 var answer = Server.include("shared/till_screen.js").parts(session);

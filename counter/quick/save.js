@@ -3,7 +3,8 @@ var desk = Server.include("shared/desk.js");
 var quicks = Server.include("shared/quick.js");
 var tickets = Server.include("shared/tickets.js");
 
-if (Request.method !== "POST" || !desk.isMeant("quick", Request.form.work)) return Response.redirect(Session.quick ? "/quick" : "/");
+if (Request.method !== "POST" || !desk.isMeant("quick", Request.form.work))
+  return Response.redirect(Session.quick ? "/quick" : "/");
 if (!desk.employee()) return Response.redirect("/employee");
 
 var customer = Session.quick.custSeqNumber, terms = tickets.termsOf(customer);
@@ -14,12 +15,13 @@ given.question = "";
 
 // Recorded: brought back after a restart, what failed has failed.
 Session.tables = "";
-var result = Server.recorded(function () { return quicks.save(customer, terms, given); });
+var result = Server.recorded(function() { return quicks.save(customer, terms, given); });
 if (result.problem) print("saving failed: " + result.problem);
-given.bags = given.bags.filter(function (bag) { return result.saved.indexOf(bag.department) < 0; });
+given.bags = given.bags.filter(function(bag) { return result.saved.indexOf(bag.department) < 0; });
 if (given.bags.length) {
-  given.problem = result.numbers.length ? "A part of the bag is saved, the rest is not: press Take in again for what stands here."
-                                        : "The bag could not be saved. Nothing of it is lost: press Take in again.";
+  given.problem = result.numbers.length ?
+    "A part of the bag is saved, the rest is not: press Take in again for what stands here." :
+    "The bag could not be saved. Nothing of it is lost: press Take in again.";
   Session.quickSaved = (Session.quickSaved || []).concat(result.numbers);
   return Response.redirect("/quick");
 }

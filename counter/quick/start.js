@@ -11,7 +11,9 @@ if (Session.quick) return layout.unfinished("A bag is still being taken in", [de
 var customerId = text.whole(Request.form.customer);
 var terms = tickets.termsOf(customerId);
 if (!terms) return layout.notice("Quick drop-off", "There is no such customer.", "/", "Find a customer");
-if (!terms.list) return layout.notice("Quick drop-off", "This shop has no price list with departments yet.", "/", "Find a customer");
+if (!terms.list)
+  return layout.notice(
+    "Quick drop-off", "This shop has no price list with departments yet.", "/", "Find a customer");
 
 Session.quick = quicks.made(customerId, terms);
 Session.quickGiven = null;

@@ -14,17 +14,23 @@ var line = text.whole(asked.line);
 function dayOf(department) {
   var lines = invoice.lineItems.Clone(), latest = null;
   if (department) lines.Filter = "deptId=" + department;
-  text.rows(lines, function (field) { if (field("dueDate") && !(latest > field("dueDate"))) latest = field("dueDate"); });
+  text.rows(lines, function(field) {
+    if (field("dueDate") && !(latest > field("dueDate"))) latest = field("dueDate");
+  });
   return latest;
 }
 
 if (asked.due !== undefined) {
   var department = text.whole(asked.due);
-  return Response.json({ due: month.of(invoice, department, dayOf(department), Math.max(-24, Math.min(24, text.whole(asked.page)))) });
+  return Response.json({
+    due: month.of(invoice, department, dayOf(department), Math.max(-24, Math.min(24, text.whole(asked.page))))
+  });
 }
 if (asked.preview) return Response.json({ preview: fragments.preview(invoice, text.whole(asked.preview)) });
 Response.json({
-  panel: fragments.panel(invoice, String(asked.group || "it"), asked.department ? text.whole(asked.department) : "", line, text.clean(asked.filter, 40).replace(/["&]/g, "")),
+  panel: fragments.panel(
+    invoice, String(asked.group || "it"), asked.department ? text.whole(asked.department) : "", line,
+    text.clean(asked.filter, 40).replace(/["&]/g, "")),
   groups: fragments.groups(invoice, line, String(asked.group || "it")),
   similar: asked.similar ? invoice.htmlSimilarInvoices() : ""
 });

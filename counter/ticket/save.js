@@ -1,5 +1,5 @@
-// Saves the finished tickets. The request's number makes a second press do nothing more; what could not be saved stays
-// where it is, to be saved again.
+// Saves the finished tickets. The request's number makes a second press do nothing more; what could not be
+// saved stays where it is, to be saved again.
 var tickets = Server.include("shared/tickets.js");
 var finishing = Server.include("shared/finishing.js");
 var saving = Server.include("shared/saving.js");
@@ -17,12 +17,16 @@ if (conflict) {
   return layout.notice("Save", conflict, "/ticket", "Back to the ticket");
 }
 // Recorded: brought back after a restart, what failed has failed, and is not taken for saved.
-var result = Server.recorded(function () { return saving.save(invoice); });
+var result = Server.recorded(function() { return saving.save(invoice); });
 if (result.problem) print("saving failed: " + result.problem);
 if (!result.isDone) {
   Session.saved = result.numbers.length ? result.saved : null;
-  return layout.notice("Not saved", result.numbers.length ? result.numbers.length + " of the tickets were saved, the others were not. Press Save again for those."
-                                                          : "The ticket could not be saved. Nothing of it is lost: press Save again.", "/finish", "Back to Save");
+  return layout.notice(
+    "Not saved",
+    result.numbers.length ?
+      result.numbers.length + " of the tickets were saved, the others were not. Press Save again for those." :
+      "The ticket could not be saved. Nothing of it is lost: press Save again.",
+    "/finish", "Back to Save");
 }
 delete Session.invoice;
 Session.finished = false;
