@@ -175,7 +175,7 @@ class LoadClerk {
       json("/ticket/act", fmt::format(R"({{"click":"item","id":{},"quantity":1}})", items[between(0, 5)]));
     json("/ticket/act", fmt::format(R"({{"click":"notes","line":1,"value":"{}"}})", order.mark));
     form("/ticket/finish", "");
-    look("/finish");
+    look("/finished");
   }
 
   // The tickets that an order has become; the answer sends the browser to where it is told.

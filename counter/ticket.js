@@ -12,7 +12,7 @@ var h = html.tag;
 if (!desk.staffed()) return;
 var invoice = tickets.meant();
 if (!invoice) return layout.notice("Ticket", "No ticket is being written.", "/", "Find a customer");
-if (Session.finished) return Response.redirect("/finish");
+if (Session.finished) return Response.redirect("/finished");
 
 var department = text.whole(Request.query.department) || invoice.getFirstDeptId() || "";
 var paper = fragments.paper(invoice, 0);
@@ -104,4 +104,4 @@ layout.page(
     sheet("similar", "Similar tickets", html.all(part("similar"), part("preview"))),
     h("div", { "class": "away" },
       html.raw(layout.button("/ticket/drop", "Give up", layout.of("invoice"), { kind: "quiet" })))),
-  { scripts: ["desk.js", "ticket.js"], isHeaded: true });
+  { scripts: ["desk.js", "scanner.js", "typed.js", "entry.js"], isHeaded: true });

@@ -21,4 +21,4 @@ if (!Session.finished && !finishing.obstacles(invoice).length) {
       ". It is as it was, change it or try again.";
   }
 }
-Response.redirect("/finish");
+Response.redirect("/finished");

@@ -26,7 +26,7 @@ if (!result.isDone) {
     result.numbers.length ?
       result.numbers.length + " of the tickets were saved, the others were not. Press Save again for those." :
       "The ticket could not be saved. Nothing of it is lost: press Save again.",
-    "/finish", "Back to Save");
+    "/finished", "Back to Save");
 }
 delete Session.invoice;
 Session.finished = false;

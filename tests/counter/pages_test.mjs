@@ -170,7 +170,7 @@ test("a save that fails loses nothing, and is done when it is tried again", asyn
   host.execute("drop trigger full_disk");
   assert.match(clerk.words(), /could not be saved\. Nothing of it is lost/);
   assert.equal(host.query("select count(*) from Ticket"), before);
-  await clerk.open("/finish");
+  await clerk.open("/finished");
   await clerk.press("/ticket/save");
   const [ticket] = /tickets=(\d+)/.exec(clerk.path).slice(1);
   assert.equal(host.query(`select netTotal from Ticket where ticketNumber = ${ticket}`), "8");
@@ -187,7 +187,7 @@ test("of a split order what is saved is saved once, the rest is saved when it is
   await clerk.press("/ticket/save");
   host.execute("drop trigger no_pants");
   assert.match(clerk.words(), /1 of the tickets were saved/);
-  await clerk.open("/finish");
+  await clerk.open("/finished");
   await clerk.press("/ticket/save");
   const tickets = /tickets=([\d-]+)/.exec(clerk.path)[1].split("-");
   assert.equal(tickets.length, 2);

@@ -2,7 +2,8 @@
 (function() {
 "use strict";
 var desk = document.querySelector(".desk").dataset;
-var items = JSON.parse(desk.items), scanner = JSON.parse(desk.scanner);
+var items = JSON.parse(desk.items), scanner = counterScanner, meant = counterTyped.meant,
+    nameOn = counterTyped.nameOn;
 var at = { group: "it", department: desk.department, line: 0, isPrompted: false };
 function place(id) { return document.getElementById(id); }
 
@@ -199,7 +200,6 @@ function taken() {
   place("as-redo").checked = false;
   return values;
 }
-function nameOn(button) { return button.querySelector("span").textContent.trim(); }
 
 var presses = [
   ["[data-close]", function(one) { one.closest("dialog").close(); }],
@@ -378,50 +378,20 @@ place("brand").addEventListener("input", function() {
 
 // ---- what is typed: "5 shirts", "navy", a seal
 
-function plain(words) { return words.normalize("NFD").replace(/[\u0300-\u036f]/g, "").toLowerCase(); }
-// Every word begins a word of the name.
-function fits(name, words) {
-  var own = plain(name).split(/[\s-]+/);
-  return words.every(function(word) { return own.some(function(one) { return one.indexOf(word) === 0; }); });
-}
-function isSeal(typed) {
-  return typed.length >= scanner.minimum && /\d/.test(typed) && /^[A-Za-z0-9-]+$/.test(typed);
-}
-function bare(typed) {
-  return scanner.prefix && typed.indexOf(scanner.prefix) === 0 ? typed.substr(scanner.prefix.length) : typed;
-}
-
-// What is on the screen goes before the whole price list.
-function meant(typed) {
-  var split = /^(\d{1,3})\s*[x\u00d7*]?\s*(.*)$/.exec(typed),
-      words = plain(split ? split[2] : typed).split(/\s+/).filter(Boolean);
-  var found = { count: split ? split[1] : "", words: words };
-  if (!words.length) return found;
-  var buttons = Array.from(document.querySelectorAll("#panel .pli"));
-  // A name that begins so goes before one that only has such a word.
-  [function(name) { return plain(name).indexOf(words[0]) === 0; }, function() { return true; }].forEach(
-    function(isFirst) {
-      if (found.shown || found.item) return;
-      found.shown = buttons.find(function(one) { return isFirst(nameOn(one)) && fits(nameOn(one), words); });
-      found.item = items.find(function(one) { return isFirst(one[1]) && fits(one[1], words); });
-    });
-  return found;
-}
-
 function hint() {
-  var typed = place("say").value.trim(), found = typed && !isSeal(typed) ? meant(typed) : {};
+  var typed = place("say").value.trim(), found = typed && !scanner.isSeal(typed) ? meant(typed, items) : {};
   place("found").textContent = found.shown ? nameOn(found.shown) : found.item ? found.item[1] : "";
 }
 place("say").addEventListener("input", hint);
 
 place("say-form").addEventListener("submit", function(event) {
   event.preventDefault();
-  var typed = bare(place("say").value.trim());
+  var typed = scanner.bare(place("say").value.trim());
   place("say").value = "";
   place("found").textContent = "";
   if (!typed) return;
-  if (isSeal(typed)) return click("seal", { value: typed });
-  var found = meant(typed);
+  if (scanner.isSeal(typed)) return click("seal", { value: typed });
+  var found = meant(typed, items);
   if (found.count) place("count").value = found.count;
   if (!found.words.length) return;
   if (found.shown) return found.shown.click();
@@ -435,59 +405,11 @@ place("say-form").addEventListener("submit", function(event) {
 
 // ---- a scanner, or keys that are for no field
 
-// Typed where there is no field, anything goes into the one for it: no key of it presses a button.
-function isField(one) {
-  return one && /^(INPUT|SELECT|TEXTAREA)$/.test(one.tagName) && !/^(checkbox|radio|button)$/.test(one.type);
-}
-document.addEventListener("keydown", function(event) {
-  if (
-    event.key.length !== 1 || event.key === " " || event.ctrlKey || event.metaKey || event.altKey ||
-    event.key === "?" || document.querySelector("dialog[open]") || isField(document.activeElement))
-    return;
-  place("say").focus({ preventScroll: true });
-}, true);
-
-// Typed by a scanner into another field, it is known by its prefix or by its speed, which is learnt from each
-// scan: the slowest gap of those before, with something to spare.
-var gaps = [], run = "", last = 0, field, before;
-function slowest() { return Math.max(Number(localStorage.getItem("scannerGap")) || 0, 100); }
-function isScan() {
-  if (scanner.prefix) return run.indexOf(scanner.prefix) === 0;
-  return isSeal(run) && gaps.every(function(gap) { return gap <= slowest(); });
-}
-function learn() {
-  var gap = Math.max.apply(null, gaps);
-  if (gap > 0 && gap < 200) localStorage.setItem("scannerGap", String(Math.max(slowest(), gap * 1.5)));
-}
-document.addEventListener("keydown", function(event) {
-  if (event.key.length !== 1 && event.key !== scanner.suffix) return;
-  var now = event.timeStamp;
-  if (now - last > Math.max(slowest(), 250) || document.activeElement !== field) {
-    run = "";
-    gaps = [];
-    field = document.activeElement;
-    before = field && field.value;
-  } else if (run) gaps.push(now - last);
-  last = now;
-  if (event.key.length === 1) {
-    run += event.key;
-    return;
-  }
-  var isOwn = field === place("say"), isKnown = run.length >= scanner.minimum && isScan();
-  if (isKnown) learn();
-  if (isKnown && !isOwn && isField(field)) {
-    event.preventDefault();
-    event.stopPropagation();
-    field.value = before;
-    // What was half keyed in goes out before the seal draws the form anew.
-    if (place("panel").contains(field)) field.dispatchEvent(new Event("change", { bubbles: true }));
-    click("seal", { value: bare(run) });
-  } else if (isOwn && event.key !== "Enter") {
-    event.preventDefault();
-    place("say-form").requestSubmit();
-  }
-  run = "";
-}, true);
+scanner.listen(place("say"), place("say-form"), function(seal, field) {
+  // What was half keyed in goes out before the seal draws the form anew.
+  if (place("panel").contains(field)) field.dispatchEvent(new Event("change", { bubbles: true }));
+  click("seal", { value: seal });
+});
 
 // ---- keys
 
