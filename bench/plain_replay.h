@@ -26,8 +26,8 @@ class PlainReplay {
     if (sqlite3_open(":memory:", &handle) != SQLITE_OK) throw std::runtime_error("no memory database");
     database_.reset(handle);
     run("pragma journal_mode = memory");
-    for (const std::string_view statement : splitScript(schemaText())) run(tableText(statement));
-    for (const std::string_view sample : sampleTexts()) run(sample);
+    for (const std::string_view statement : sql::splitScript(sql::schemaText())) run(tableText(statement));
+    for (const std::string_view sample : sql::sampleTexts()) run(sample);
   }
   ~PlainReplay() {
     for (const auto& [shape, statement] : prepared_) sqlite3_finalize(statement);
@@ -79,7 +79,7 @@ class PlainReplay {
   // Tables as they stand; only a computed column has to be put in the engine's words.
   static std::string tableText(std::string_view statement) {
     if (statement.find(" as convert(") == std::string_view::npos) return std::string(statement);
-    return replaceAll(readSchemaStatement(statement).sql, " collate store", "");
+    return replaceAll(sql::readSchemaStatement(statement).sql, " collate store", "");
   }
 
   void run(std::string_view script) {

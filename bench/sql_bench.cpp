@@ -14,12 +14,13 @@
 #include "data/embedded/embedded_store.h"
 #include "data/embedded/functions.h"
 #include "data/embedded/schema_reader.h"
-#include "data/embedded/translation.h"
+#include "data/embedded/sqlite_emitter.h"
 #include "data/query_database.h"
 
 namespace {
 
 using namespace ondrel;
+using namespace ondrel::sql;
 
 constexpr const char* kInsertColumns =
     "INSERT INTO TicketLineItem(ticketNumber, lineItemNumber,  createdByEmployeeID, lastModifiedByEmployeeID,  "
@@ -95,7 +96,7 @@ const Schema& storeSchema() {
 
 void readOneRowBare(benchmark::State& state) {
   const Store& store = Store::instance();
-  sqlite3_stmt* statement = store.prepare(translate(readText(1), storeSchema()).sql);
+  sqlite3_stmt* statement = store.prepare(translateForSqlite(readText(1), storeSchema()).sql);
   int ticket = 0;
   for (auto _ : state) {
     sqlite3_bind_int64(statement, 1, 500000 + ++ticket % 1000);
@@ -149,7 +150,7 @@ constexpr int kLines = 100;  // of one transaction
 
 void insertLinesBare(benchmark::State& state) {
   const Store& store = Store::instance();
-  const Translation translation = translate(insertText(1), storeSchema());
+  const Translation translation = translateForSqlite(insertText(1), storeSchema());
   sqlite3_stmt* statement = store.prepare(translation.sql);
   StatementShape shape;
   std::string buffer;
@@ -227,7 +228,7 @@ std::string firstShape(const benchmark::State& state) {
 
 void prepareBare(benchmark::State& state) {
   const Store& store = Store::instance();
-  const std::string sql = translate(firstShape(state), storeSchema()).sql;
+  const std::string sql = translateForSqlite(firstShape(state), storeSchema()).sql;
   for (auto _ : state) sqlite3_finalize(store.prepare(sql));
 }
 BENCHMARK(prepareBare)->DenseRange(0, 2);
@@ -235,7 +236,7 @@ BENCHMARK(prepareBare)->DenseRange(0, 2);
 void prepareFirstShape(benchmark::State& state) {
   const Store& store = Store::instance();
   const std::string text = firstShape(state);
-  for (auto _ : state) sqlite3_finalize(store.prepare(translate(text, storeSchema()).sql));
+  for (auto _ : state) sqlite3_finalize(store.prepare(translateForSqlite(text, storeSchema()).sql));
 }
 BENCHMARK(prepareFirstShape)->DenseRange(0, 2);
 

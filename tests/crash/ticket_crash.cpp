@@ -32,6 +32,9 @@
 #include "invoice/invoice.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 constexpr int kLongestRun = 60;  // milliseconds that a child may live

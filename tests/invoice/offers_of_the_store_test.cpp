@@ -2,6 +2,9 @@
 #include "invoice/pricing_story.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 using ::testing::ElementsAre;

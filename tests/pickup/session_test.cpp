@@ -6,6 +6,9 @@
 #include "support/failing_connection.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 using testing::Contains;

@@ -2,7 +2,7 @@
 
 #include "data/dialect/lexer.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 constexpr int part(DatePart value) {
@@ -11,44 +11,44 @@ constexpr int part(DatePart value) {
 
 // clang-format off
 constexpr FunctionRow kFunctions[] = {
-    // name                         arguments least most result         engine's name
-    {"isnull",                      "aa",  2,  2, ResultRule::First,    "ifnull"},
-    {"coalesce",                    "a",   2, 99, ResultRule::Common,   "coalesce"},
-    {"nullif",                      "aa",  2,  2, ResultRule::First,    "nullif"},
-    {"count",                       "a",   1,  1, ResultRule::Integer,  "count"},
-    {"sum",                         "n",   1,  1, ResultRule::First,    "sum"},
-    {"avg",                         "n",   1,  1, ResultRule::First,    "avg"},
-    {"min",                         "a",   1,  1, ResultRule::First,    "min"},
-    {"max",                         "a",   1,  1, ResultRule::First,    "max"},
-    {"getdate",                     "",    0,  0, ResultRule::Date,     "getdate"},
-    {"current_timestamp",           "",    0,  0, ResultRule::Date,     "getdate"},
-    {"datediff",                    "dd",  2,  2, ResultRule::Integer,  "datediff", -1, true},
-    {"dateadd",                     "nd",  2,  2, ResultRule::Date,     "dateadd",  -1, true},
-    {"datepart",                    "d",   1,  1, ResultRule::Integer,  "datepart", -1, true},
-    {"datename",                    "d",   1,  1, ResultRule::Text,     "datename", -1, true},
-    {"year",                        "d",   1,  1, ResultRule::Integer,  "datepart", part(DatePart::Year)},
-    {"month",                       "d",   1,  1, ResultRule::Integer,  "datepart", part(DatePart::Month)},
-    {"day",                         "d",   1,  1, ResultRule::Integer,  "datepart", part(DatePart::Day)},
-    {"len",                         "t",   1,  1, ResultRule::Integer,  "len"},
-    {"substring",                   "tnn", 3,  3, ResultRule::Text,     "substring_of"},
-    {"left",                        "tn",  2,  2, ResultRule::Text,     "left_of"},
-    {"right",                       "tn",  2,  2, ResultRule::Text,     "right_of"},
-    {"upper",                       "t",   1,  1, ResultRule::Text,     "upper"},
-    {"lower",                       "t",   1,  1, ResultRule::Text,     "lower"},
-    {"ltrim",                       "t",   1,  1, ResultRule::Text,     "ltrim"},
-    {"rtrim",                       "t",   1,  1, ResultRule::Text,     "rtrim"},
-    {"replace",                     "ttt", 3,  3, ResultRule::Text,     "replace_in"},
-    {"charindex",                   "ttn", 2,  3, ResultRule::Integer,  "charindex"},
-    {"abs",                         "n",   1,  1, ResultRule::First,    "abs"},
-    {"round",                       "nn",  2,  2, ResultRule::First,    "round_to"},
-    {"floor",                       "n",   1,  1, ResultRule::First,    "floor"},
-    {"ceiling",                     "n",   1,  1, ResultRule::First,    "ceiling"},
-    {"newid",                       "",    0,  0, ResultRule::Text,     "newid"},
-    {"scope_identity",              "",    0,  0, ResultRule::Integer,  "last_identity"},
-    {"getCustomerCouponUses",       "nn",  2,  2, ResultRule::Integer,  "getCustomerCouponUses"},
-    {"getCustomerVisits",           "ndd", 3,  3, ResultRule::Integer,  "getCustomerVisits"},
-    {"formatPhone",                 "tt",  2,  2, ResultRule::Text,     "formatPhone"},
-    {"pivotTicketRackLocationBrief", "nt", 2,  2, ResultRule::Text,     "pivotTicketRackLocationBrief"},
+    // name                         arguments least most result             fixed part
+    {"isnull",                      "aa",  2,  2, ResultRule::First},
+    {"coalesce",                    "a",   2, 99, ResultRule::Common},
+    {"nullif",                      "aa",  2,  2, ResultRule::First},
+    {"count",                       "a",   1,  1, ResultRule::Integer},
+    {"sum",                         "n",   1,  1, ResultRule::First},
+    {"avg",                         "n",   1,  1, ResultRule::First},
+    {"min",                         "a",   1,  1, ResultRule::First},
+    {"max",                         "a",   1,  1, ResultRule::First},
+    {"getdate",                     "",    0,  0, ResultRule::Date},
+    {"current_timestamp",           "",    0,  0, ResultRule::Date},
+    {"datediff",                    "dd",  2,  2, ResultRule::Integer, -1, true},
+    {"dateadd",                     "nd",  2,  2, ResultRule::Date,  -1, true},
+    {"datepart",                    "d",   1,  1, ResultRule::Integer, -1, true},
+    {"datename",                    "d",   1,  1, ResultRule::Text, -1, true},
+    {"year",                        "d",   1,  1, ResultRule::Integer, part(DatePart::Year)},
+    {"month",                       "d",   1,  1, ResultRule::Integer, part(DatePart::Month)},
+    {"day",                         "d",   1,  1, ResultRule::Integer, part(DatePart::Day)},
+    {"len",                         "t",   1,  1, ResultRule::Integer},
+    {"substring",                   "tnn", 3,  3, ResultRule::Text},
+    {"left",                        "tn",  2,  2, ResultRule::Text},
+    {"right",                       "tn",  2,  2, ResultRule::Text},
+    {"upper",                       "t",   1,  1, ResultRule::Text},
+    {"lower",                       "t",   1,  1, ResultRule::Text},
+    {"ltrim",                       "t",   1,  1, ResultRule::Text},
+    {"rtrim",                       "t",   1,  1, ResultRule::Text},
+    {"replace",                     "ttt", 3,  3, ResultRule::Text},
+    {"charindex",                   "ttn", 2,  3, ResultRule::Integer},
+    {"abs",                         "n",   1,  1, ResultRule::First},
+    {"round",                       "nn",  2,  2, ResultRule::First},
+    {"floor",                       "n",   1,  1, ResultRule::First},
+    {"ceiling",                     "n",   1,  1, ResultRule::First},
+    {"newid",                       "",    0,  0, ResultRule::Text},
+    {"scope_identity",              "",    0,  0, ResultRule::Integer},
+    {"getCustomerCouponUses",       "nn",  2,  2, ResultRule::Integer},
+    {"getCustomerVisits",           "ndd", 3,  3, ResultRule::Integer},
+    {"formatPhone",                 "tt",  2,  2, ResultRule::Text},
+    {"pivotTicketRackLocationBrief", "nt", 2,  2, ResultRule::Text},
 };
 
 struct PartName {
@@ -89,4 +89,4 @@ int findDatePart(std::string_view name) {
   return -1;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

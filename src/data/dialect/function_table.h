@@ -3,7 +3,7 @@
 #include <span>
 #include <string_view>
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // What kind of value a function gives.
 enum class ResultRule { Text, Integer, Number, Date, First, Common };
@@ -17,7 +17,6 @@ struct FunctionRow {
   int least;
   int most;
   ResultRule result;
-  std::string_view sqlName;
   int fixedPart = -1;  // year(x) is datepart(year, x)
   bool takesPart = false;
 };
@@ -42,4 +41,4 @@ enum class DatePart {
 // Part by any of its names (day, dd, d, ...); -1 when it is none.
 int findDatePart(std::string_view name);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 constexpr char lowerLetter(char c) {
@@ -22,4 +22,4 @@ bool sameWord(std::string_view a, std::string_view b) {
   return true;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

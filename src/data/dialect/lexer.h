@@ -8,7 +8,7 @@
 
 #include "base/text.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 enum class TokenKind : std::uint8_t {
   End,
@@ -224,4 +224,4 @@ inline Token Lexer::takeEnclosed(size_t start, char close) {
   return token;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

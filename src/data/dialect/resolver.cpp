@@ -2,10 +2,10 @@
 
 #include <fmt/format.h>
 
-#include "data/dialect/parser.h"
 #include "data/dialect/server_errors.h"
+#include "data/dialect/token_cursor.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 int sourceColumnCount(const Source& source) {
   return static_cast<int>(source.definition ? source.definition->columns.size()
@@ -63,7 +63,7 @@ void Resolver::resolveQuery(Query& query, const Scope* outer) {
   for (const SelectCore& core : query.cores)
     if (core.items.size() != items.size()) fail(core.items.front().value->token);
   for (const SelectItem& item : items) {
-    const bool named = item.alias.empty() && item.value->kind == ExpressionKind::Column;
+    const bool named = item.alias.empty() && as<ColumnNode>(*item.value);
     query.columns.push_back({std::string(named ? item.value->token.text : item.alias), item.value->type});
   }
   resolveOrder(query, first);
@@ -107,16 +107,17 @@ void Resolver::resolveConditions(std::vector<Source*>& sources, const Scope& sco
 void Resolver::resolveOrder(Query& query, const Scope& scope) {
   for (OrderItem& item : query.orderBy) {
     Expression& value = *item.value;
-    if (value.kind == ExpressionKind::Number) {
-      tree_.fixedLiterals.push_back(value.literal);
+    if (isNumberLiteral(value)) {
+      tree_.fixedLiterals.push_back(as<LiteralNode>(value)->literal);
       continue;
     }
     int found = -1;
-    if (value.kind == ExpressionKind::Column && value.qualifier.empty())
+    auto* column = as<ColumnNode>(value);
+    if (column && column->qualifier.empty())
       for (size_t k = 0; k < query.columns.size() && found < 0; ++k)
         if (sameWord(query.columns[k].name, value.token.text)) found = static_cast<int>(k);
     if (found >= 0) {
-      value.column = found;
+      column->column = found;
       value.type = query.columns[static_cast<size_t>(found)].type;
     } else {
       resolve(item.value, scope);
@@ -127,11 +128,12 @@ void Resolver::resolveOrder(Query& query, const Scope& scope) {
 void Resolver::expandStars(SelectCore& core, const Scope& scope) {
   std::vector<SelectItem> items;
   for (const SelectItem& item : core.items) {
-    if (item.value->kind != ExpressionKind::Star) {
+    const auto* star = as<StarNode>(*item.value);
+    if (!star) {
       items.push_back(item);
       continue;
     }
-    const std::string_view qualifier = item.value->qualifier;
+    const std::string_view qualifier = star->qualifier;
     const size_t before = items.size();
     for (const Source* source : scope.sources)
       if (qualifier.empty() || sameWord(source->name(), qualifier))
@@ -152,10 +154,8 @@ void Resolver::appendColumns(std::vector<SelectItem>& items, const Source& sourc
 
 Expression* Resolver::newColumn(const Token& token, const Source& source, int column) {
   Expression& result = tree_.expressions.emplace_back();
-  result.kind = ExpressionKind::Column;
   result.token = token;
-  result.source = &source;
-  result.column = column;
+  result.node = ColumnNode{{}, &source, column};
   result.type = sourceColumnType(source, column);
   return &result;
 }
@@ -243,4 +243,4 @@ void Resolver::resolveDelete() {
   if (tree_.where) resolve(tree_.where, scope);
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

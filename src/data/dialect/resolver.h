@@ -5,7 +5,7 @@
 
 #include "data/dialect/syntax_tree.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // Finds out what the names of a parsed statement stand for and which type each expression has, writes
 // stars out, and notes on each expression the conversion that its place asks for. A name that the schema
@@ -54,17 +54,30 @@ class Resolver {
   void resolveDelete();
   void findTarget(Scope& scope);
 
-  // expressions
+  // expressions, by kind
   void resolve(Expression* expression, const Scope& scope);
-  void resolveColumn(Expression& expression, const Scope& scope);
-  bool bindIn(Expression& expression, const Scope& scope);
-  void resolveVariable(Expression& expression);
-  void resolveBinary(Expression& expression);
-  void resolveArithmetic(Expression& expression);
-  void resolveCall(Expression& expression);
-  void resolveCase(Expression& expression);
-  void resolveIn(Expression& expression, const Scope& scope);
-  void meet(Expression& a, Expression& b);
+  void resolve(Expression& expression, NullNode& node, const Scope& scope);
+  void resolve(Expression& expression, ColumnNode& node, const Scope& scope);
+  void resolve(Expression& expression, LiteralNode& node, const Scope& scope);
+  void resolve(Expression& expression, VariableNode& node, const Scope& scope);
+  void resolve(Expression& expression, StarNode& node, const Scope& scope);
+  void resolve(Expression& expression, SignNode& node, const Scope& scope);
+  void resolve(Expression& expression, NotNode& node, const Scope& scope);
+  void resolve(Expression& expression, BinaryNode& node, const Scope& scope);
+  void resolve(Expression& expression, CallNode& node, const Scope& scope);
+  void resolve(Expression& expression, ConvertNode& node, const Scope& scope);
+  void resolve(Expression& expression, CaseNode& node, const Scope& scope);
+  void resolve(Expression& expression, InNode& node, const Scope& scope);
+  void resolve(Expression& expression, BetweenNode& node, const Scope& scope);
+  void resolve(Expression& expression, LikeNode& node, const Scope& scope);
+  void resolve(Expression& expression, IsNullNode& node, const Scope& scope);
+  void resolve(Expression& expression, ExistsNode& node, const Scope& scope);
+  void resolve(Expression& expression, SubqueryNode& node, const Scope& scope);
+  void resolveOptional(Expression* expression, const Scope& scope) {
+    if (expression) resolve(expression, scope);
+  }
+  void bindIn(Expression& expression, ColumnNode& node, const Scope& scope);
+  void resolveArithmetic(Expression& expression, BinaryNode& node);
   Expression* newColumn(const Token& token, const Source& source, int column);
   [[noreturn]] void fail(const Token& token) const;
 
@@ -82,4 +95,4 @@ ResolvedType sourceColumnType(const Source& source, int column);
 void convertForColumn(Expression& expression, const ColumnType& target);
 void convertForComparison(Expression& expression, Category category);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

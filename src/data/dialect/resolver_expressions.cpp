@@ -4,7 +4,7 @@
 #include "data/dialect/resolver.h"
 #include "data/dialect/server_errors.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 Conversion columnConversion(SqlType type) {
@@ -50,8 +50,7 @@ bool fitsColumn(const Expression& value, const ColumnType& to) {
     case SqlType::VarChar:
       return to.size == 0 || (from.declared.size > 0 && from.declared.size <= to.size);
     default:
-      return value.kind != ExpressionKind::Binary && from.declared.type == to.type &&
-             from.declared.scale == to.scale;
+      return !as<BinaryNode>(value) && from.declared.type == to.type && from.declared.scale == to.scale;
   }
 }
 
@@ -84,7 +83,7 @@ ResolvedType ruleType(const FunctionRow& row, const std::vector<Expression*>& op
 }  // namespace
 
 void convertForColumn(Expression& expression, const ColumnType& target) {
-  if (expression.isLiteral() || !fitsColumn(expression, target))
+  if (isLiteral(expression) || !fitsColumn(expression, target))
     expression.conversion = {columnConversion(target.type), target};
 }
 
@@ -111,194 +110,206 @@ void convertForComparison(Expression& expression, Category category) {
   }
 }
 
-void Resolver::meet(Expression& a, Expression& b) {
+static void meet(Expression& a, Expression& b) {
   const Category category = std::max(a.type.category, b.type.category);
   convertForComparison(a, category);
   convertForComparison(b, category);
 }
 
-void Resolver::resolve(Expression* expression, const Scope& scope) {
-  Expression& node = *expression;
-  if (node.kind == ExpressionKind::Column && node.source) return;  // written out from a star
-  if (node.query) resolveQuery(*node.query, &scope);
-  for (Expression* operand : node.operands) resolve(operand, scope);
-  switch (node.kind) {
-    case ExpressionKind::Column:
-      return resolveColumn(node, scope);
-    case ExpressionKind::Number:
-      node.type = {Category::Numeral, {SqlType::Int}};
-      return;
-    case ExpressionKind::Text:
-      node.type = textType();
-      return;
-    case ExpressionKind::Null:
-      return;
-    case ExpressionKind::Variable:
-      return resolveVariable(node);
-    case ExpressionKind::Star:
-      return;
-    case ExpressionKind::Unary:
-      convertForComparison(*node.operands[0], Category::Number);
-      node.type = node.operands[0]->type.category == Category::Text ? numberType() : node.operands[0]->type;
-      return;
-    case ExpressionKind::Binary:
-      return resolveBinary(node);
-    case ExpressionKind::Call:
-      return resolveCall(node);
-    case ExpressionKind::Convert:
-      node.type = valueTypeOf(node.target);
-      return;
-    case ExpressionKind::Case:
-      return resolveCase(node);
-    case ExpressionKind::In:
-      return resolveIn(node, scope);
-    case ExpressionKind::Between:
-      for (const size_t bound : {1U, 2U}) meet(*node.operands[0], *node.operands[bound]);
-      node.type = integerType();
-      return;
-    case ExpressionKind::Subquery:
-      node.type = node.query->columns.front().type;
-      return;
-    case ExpressionKind::Not:
-    case ExpressionKind::Like:
-    case ExpressionKind::IsNull:
-    case ExpressionKind::Exists:
-      node.type = integerType();
-      return;
-  }
-}
-
-void Resolver::resolveColumn(Expression& node, const Scope& scope) {
-  for (const Scope* at = &scope; at; at = at->outer)
-    if (bindIn(node, *at)) return;
-  throw serverError(ServerError::InvalidColumn,
-                    fmt::format("Invalid column name '{}' at position {} of: {}", node.token.text,
-                                node.token.position + 1, statement_));
-}
-
-bool Resolver::bindIn(Expression& node, const Scope& scope) {
-  for (const Source* source : scope.sources) {
-    if (!node.qualifier.empty() && !sameWord(source->name(), node.qualifier)) continue;
-    for (int k = 0; k < sourceColumnCount(*source); ++k) {
-      if (!sameWord(sourceColumnName(*source, k), node.token.text)) continue;
-      if (node.source)
-        throw serverError(ServerError::AmbiguousColumn,
-                          fmt::format("Ambiguous column name '{}'.", node.token.text));
-      node.source = source;
-      node.column = k;
-      node.type = sourceColumnType(*source, k);
-      break;
-    }
-  }
-  return node.source != nullptr;
-}
-
-void Resolver::resolveVariable(Expression& node) {
-  if (!sameWord(node.token.text, "@@identity") && !sameWord(node.token.text, "@@rowcount")) fail(node.token);
-  node.type = integerType();
-}
-
-void Resolver::resolveBinary(Expression& node) {
-  const std::string_view symbol = node.token.text;
-  if (node.token.kind == TokenKind::Word) {  // and, or
-    node.type = integerType();
-  } else if (symbol.find_first_of("=<>!") != std::string_view::npos) {
-    meet(*node.operands[0], *node.operands[1]);
-    node.type = integerType();
-  } else {
-    resolveArithmetic(node);
-  }
-}
-
-void Resolver::resolveArithmetic(Expression& node) {
-  Expression& a = *node.operands[0];
-  Expression& b = *node.operands[1];
-  const ResolvedType common = commonType(a.type, b.type);
-  const bool anyText = a.type.category == Category::Text || b.type.category == Category::Text;
-  if (node.token.text == "+" && anyText) {
-    for (Expression* side : node.operands)
-      if (side->type.category == Category::Date || side->type.category == Category::Number)
-        side->conversion = {Conversion::ToText, {SqlType::VarChar}};
-    node.type = textType();
-    return;
-  }
-  if (common.category == Category::Date) {
-    const bool shifts = (node.token.text == "+" || node.token.text == "-") &&
-                        a.type.category == Category::Date && b.type.category != Category::Date;
-    if (!shifts) fail(node.token);
-    convertForComparison(b, Category::Number);
-    node.type = dateType();
-    return;
-  }
-  convertForComparison(a, Category::Number);
-  convertForComparison(b, Category::Number);
-  node.type = common.category <= Category::Bit ? (anyText ? numberType() : integerType()) : common;
-}
-
-void Resolver::resolveCall(Expression& node) {
-  node.function = findFunction(node.token.text);
-  if (node.function < 0)
-    throw serverError(ServerError::NoSuchFunction,
-                      fmt::format("'{}' is not a known function name, at position {} of: {}", node.token.text,
-                                  node.token.position + 1, statement_));
-  const FunctionRow& row = dialectFunctions()[static_cast<size_t>(node.function)];
-  const int count = static_cast<int>(node.operands.size());
-  if (count < row.least || count > row.most || (row.takesPart && findDatePart(node.qualifier) < 0))
-    fail(node.token);
-  node.type = ruleType(row, node.operands);
-  // Money is exact on a server: a sum must not carry the tail of binary fractions.
-  if (row.name == "sum" && node.type.category == Category::Number &&
-      node.type.declared.type == SqlType::Money)
-    node.conversion = {Conversion::ToMoney, {SqlType::Money}};
-  for (size_t k = 0; k < node.operands.size(); ++k) {
-    Expression& operand = *node.operands[k];
+// Arguments of a call convert to what its row in the table of functions asks for.
+static void convertArguments(const FunctionRow& row, const std::vector<Expression*>& arguments) {
+  for (size_t k = 0; k < arguments.size(); ++k) {
+    Expression& argument = *arguments[k];
     switch (row.arguments[std::min(k, row.arguments.size() - 1)]) {
       case 'd':
-        convertForComparison(operand, Category::Date);
+        convertForComparison(argument, Category::Date);
         break;
       case 'n':
-        convertForComparison(operand, Category::Number);
+        convertForComparison(argument, Category::Number);
         break;
       case 't':
-        if (operand.type.category == Category::Date)
-          operand.conversion = {Conversion::ToText, {SqlType::VarChar}};
+        if (argument.type.category == Category::Date)
+          argument.conversion = {Conversion::ToText, {SqlType::VarChar}};
         break;
       default:
         break;
     }
   }
+}
+
+void Resolver::resolve(Expression* expression, const Scope& scope) {
+  std::visit([&](auto& node) { resolve(*expression, node, scope); }, expression->node);
+}
+
+void Resolver::resolve(Expression&, NullNode&, const Scope&) {}
+
+void Resolver::resolve(Expression&, StarNode&, const Scope&) {}
+
+void Resolver::resolve(Expression& expression, LiteralNode& node, const Scope&) {
+  expression.type = node.isText ? textType() : ResolvedType{Category::Numeral, {SqlType::Int}};
+}
+
+void Resolver::resolve(Expression& expression, VariableNode&, const Scope&) {
+  const std::string_view name = expression.token.text;
+  if (!sameWord(name, "@@identity") && !sameWord(name, "@@rowcount")) fail(expression.token);
+  expression.type = integerType();
+}
+
+void Resolver::resolve(Expression& expression, ColumnNode& node, const Scope& scope) {
+  if (node.source) return;  // written out from a star
+  for (const Scope* at = &scope; at && !node.source; at = at->outer) bindIn(expression, node, *at);
+  if (!node.source)
+    throw serverError(ServerError::InvalidColumn,
+                      fmt::format("Invalid column name '{}' at position {} of: {}", expression.token.text,
+                                  expression.token.position + 1, statement_));
+}
+
+void Resolver::bindIn(Expression& expression, ColumnNode& node, const Scope& scope) {
+  for (const Source* source : scope.sources) {
+    if (!node.qualifier.empty() && !sameWord(source->name(), node.qualifier)) continue;
+    for (int k = 0; k < sourceColumnCount(*source); ++k) {
+      if (!sameWord(sourceColumnName(*source, k), expression.token.text)) continue;
+      if (node.source)
+        throw serverError(ServerError::AmbiguousColumn,
+                          fmt::format("Ambiguous column name '{}'.", expression.token.text));
+      node.source = source;
+      node.column = k;
+      expression.type = sourceColumnType(*source, k);
+      break;
+    }
+  }
+}
+
+void Resolver::resolve(Expression& expression, SignNode& node, const Scope& scope) {
+  resolve(node.operand, scope);
+  convertForComparison(*node.operand, Category::Number);
+  expression.type = node.operand->type.category == Category::Text ? numberType() : node.operand->type;
+}
+
+void Resolver::resolve(Expression& expression, NotNode& node, const Scope& scope) {
+  resolve(node.operand, scope);
+  expression.type = integerType();
+}
+
+void Resolver::resolve(Expression& expression, BinaryNode& node, const Scope& scope) {
+  resolve(node.left, scope);
+  resolve(node.right, scope);
+  const bool joins = node.symbol == Key::And || node.symbol == Key::Or;
+  if (!joins && !isComparison(node.symbol)) return resolveArithmetic(expression, node);
+  if (!joins) meet(*node.left, *node.right);
+  expression.type = integerType();
+}
+
+void Resolver::resolveArithmetic(Expression& expression, BinaryNode& node) {
+  Expression& a = *node.left;
+  Expression& b = *node.right;
+  const ResolvedType common = commonType(a.type, b.type);
+  const bool anyText = a.type.category == Category::Text || b.type.category == Category::Text;
+  if (node.symbol == Key::Plus && anyText) {
+    for (Expression* side : {&a, &b})
+      if (side->type.category == Category::Date || side->type.category == Category::Number)
+        side->conversion = {Conversion::ToText, {SqlType::VarChar}};
+    expression.type = textType();
+    return;
+  }
+  if (common.category == Category::Date) {
+    const bool shifts = (node.symbol == Key::Plus || node.symbol == Key::Minus) &&
+                        a.type.category == Category::Date && b.type.category != Category::Date;
+    if (!shifts) fail(expression.token);
+    convertForComparison(b, Category::Number);
+    expression.type = dateType();
+    return;
+  }
+  convertForComparison(a, Category::Number);
+  convertForComparison(b, Category::Number);
+  expression.type = common.category <= Category::Bit ? (anyText ? numberType() : integerType()) : common;
+}
+
+void Resolver::resolve(Expression& expression, CallNode& node, const Scope& scope) {
+  for (Expression* argument : node.arguments) resolve(argument, scope);
+  node.function = findFunction(expression.token.text);
+  if (node.function < 0)
+    throw serverError(ServerError::NoSuchFunction,
+                      fmt::format("'{}' is not a known function name, at position {} of: {}",
+                                  expression.token.text, expression.token.position + 1, statement_));
+  const FunctionRow& row = dialectFunctions()[static_cast<size_t>(node.function)];
+  const int count = static_cast<int>(node.arguments.size());
+  if (count < row.least || count > row.most || (row.takesPart && findDatePart(node.part) < 0))
+    fail(expression.token);
+  expression.type = ruleType(row, node.arguments);
+  // Money is exact on a server: a sum must not carry the tail of binary fractions.
+  if (row.name == "sum" && expression.type.category == Category::Number &&
+      expression.type.declared.type == SqlType::Money)
+    expression.conversion = {Conversion::ToMoney, {SqlType::Money}};
+  convertArguments(row, node.arguments);
   if (row.name == "isnull") {
-    Expression& other = *node.operands[1];
-    if (node.type.category != Category::Numeral) convertForColumn(other, node.type.declared);
+    Expression& other = *node.arguments[1];
+    if (expression.type.category != Category::Numeral) convertForColumn(other, expression.type.declared);
     if (other.conversion.kind == Conversion::ToText) other.conversion.kind = Conversion::CutText;
   } else if (row.name == "coalesce") {
-    for (Expression* operand : node.operands) convertForComparison(*operand, node.type.category);
+    for (Expression* argument : node.arguments) convertForComparison(*argument, expression.type.category);
   } else if (row.name == "nullif") {
-    meet(*node.operands[0], *node.operands[1]);
+    meet(*node.arguments[0], *node.arguments[1]);
   }
 }
 
-void Resolver::resolveCase(Expression& node) {
-  const size_t first = node.hasOperand ? 1 : 0;
-  const size_t pairs = (node.operands.size() - first) / 2;
+void Resolver::resolve(Expression& expression, ConvertNode& node, const Scope& scope) {
+  resolve(node.value, scope);
+  resolveOptional(node.style, scope);
+  expression.type = valueTypeOf(node.target);
+}
+
+void Resolver::resolve(Expression& expression, CaseNode& node, const Scope& scope) {
+  resolveOptional(node.operand, scope);
   std::vector<Expression*> results;
-  for (size_t k = 0; k < pairs; ++k) {
-    if (node.hasOperand) meet(*node.operands[0], *node.operands[first + 2 * k]);
-    results.push_back(node.operands[first + 2 * k + 1]);
+  for (CaseBranch& branch : node.branches) {
+    resolve(branch.when, scope);
+    resolve(branch.then, scope);
+    if (node.operand) meet(*node.operand, *branch.when);
+    results.push_back(branch.then);
   }
-  if (node.hasElse) results.push_back(node.operands.back());
-  for (const Expression* result : results) node.type = commonType(node.type, result->type);
-  for (Expression* result : results) convertForComparison(*result, node.type.category);
+  resolveOptional(node.otherwise, scope);
+  if (node.otherwise) results.push_back(node.otherwise);
+  for (const Expression* result : results) expression.type = commonType(expression.type, result->type);
+  for (Expression* result : results) convertForComparison(*result, expression.type.category);
 }
 
-void Resolver::resolveIn(Expression& node, const Scope&) {
-  Expression& left = *node.operands[0];
-  if (node.query) {
-    for (SelectCore& core : node.query->cores) meet(left, *core.items.front().value);
-  } else {
-    for (size_t k = 1; k < node.operands.size(); ++k) meet(left, *node.operands[k]);
-  }
-  node.type = integerType();
+void Resolver::resolve(Expression& expression, InNode& node, const Scope& scope) {
+  if (node.query) resolveQuery(*node.query, &scope);
+  resolve(node.value, scope);
+  for (Expression* each : node.list) resolve(each, scope);
+  for (Expression* each : node.list) meet(*node.value, *each);
+  if (node.query)
+    for (SelectCore& core : node.query->cores) meet(*node.value, *core.items.front().value);
+  expression.type = integerType();
 }
 
-}  // namespace ondrel
+void Resolver::resolve(Expression& expression, BetweenNode& node, const Scope& scope) {
+  for (Expression* each : {node.value, node.low, node.high}) resolve(each, scope);
+  meet(*node.value, *node.low);
+  meet(*node.value, *node.high);
+  expression.type = integerType();
+}
+
+void Resolver::resolve(Expression& expression, LikeNode& node, const Scope& scope) {
+  resolve(node.value, scope);
+  resolve(node.pattern, scope);
+  expression.type = integerType();
+}
+
+void Resolver::resolve(Expression& expression, IsNullNode& node, const Scope& scope) {
+  resolve(node.operand, scope);
+  expression.type = integerType();
+}
+
+void Resolver::resolve(Expression& expression, ExistsNode& node, const Scope& scope) {
+  resolveQuery(*node.query, &scope);
+  expression.type = integerType();
+}
+
+void Resolver::resolve(Expression& expression, SubqueryNode& node, const Scope& scope) {
+  resolveQuery(*node.query, &scope);
+  expression.type = node.query->columns.front().type;
+}
+
+}  // namespace ondrel::sql

@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "data/dialect/lexer.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 int TableDefinition::find(std::string_view column) const {
   for (size_t k = 0; k < columns.size(); ++k)
@@ -31,4 +31,4 @@ const TableDefinition* Schema::find(std::string_view table) const {
   return found == tables_.end() ? nullptr : &found->second;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

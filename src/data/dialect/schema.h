@@ -9,7 +9,7 @@
 
 #include "data/dialect/types.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 struct ColumnDefinition {
   std::string name;  // as declared
@@ -41,4 +41,4 @@ class Schema {
   std::map<std::string, TableDefinition> tables_;
 };
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -4,13 +4,14 @@
 
 #include "base/error.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // Numbers of the server's own messages that the embedded store raises with them.
 enum class ServerError : int {
   IncorrectSyntax = 102,
   TooFewValues = 109,
   TooManyValues = 110,
+  NestedTooDeeply = 191,
   MissingArgument = 201,
   InvalidColumn = 207,
   InvalidObject = 208,
@@ -37,4 +38,4 @@ inline Error serverError(ServerError number, std::string_view description) {
   return Error(static_cast<ErrorNumber>(number), kStoreSource, description);
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

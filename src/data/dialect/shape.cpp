@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 // Short pieces are copied in one block of fixed size, which is quicker than one of the right size; what is
@@ -84,4 +84,4 @@ void StatementShape::assign(std::string_view statement) {
   keySize_ = static_cast<size_t>(end - buffer_.data());
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -8,7 +8,7 @@
 
 #include "data/dialect/lexer.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // Whether two pieces of a length are the same. Between two values there is mostly a comma, and most values are of
 // a few characters.
@@ -70,4 +70,4 @@ class StatementShape {
   std::vector<Token> literals_;
 };
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -12,7 +12,7 @@
 #include "base/whole_number.h"
 #include "data/dialect/server_errors.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 constexpr double kServerEpoch = 2;  // 1900-01-01, day 0 of the server
@@ -284,4 +284,4 @@ Date dateOfText(std::string_view text) {
   return timeAlone ? moment->addDays(kServerEpoch) : *moment;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

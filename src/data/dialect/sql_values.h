@@ -7,7 +7,7 @@
 #include "base/date.h"
 #include "data/dialect/syntax_tree.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // A value on its way into or out of the table engine; a text is viewed, not owned.
 struct SqlValue {
@@ -51,4 +51,4 @@ void appendNormalDate(std::string& text, Date moment);
 // A moment in the normal form or in any other that is taken; error 241 when it is none.
 Date dateOfText(std::string_view text);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -3,13 +3,14 @@
 #include <deque>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
-#include "data/dialect/lexer.h"
+#include "data/dialect/keywords.h"
 #include "data/dialect/schema.h"
 #include "data/dialect/types.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 struct Query;
 struct Source;
@@ -35,49 +36,130 @@ struct ValueConversion {
   ColumnType target;
 };
 
-enum class ExpressionKind : std::uint8_t {
-  Column,
-  Number,
-  Text,
-  Null,
-  Variable,
-  Star,
-  Unary,
-  Binary,
-  Not,
-  Call,
-  Convert,
-  Case,
-  In,
-  Between,
-  Like,
-  IsNull,
-  Exists,
-  Subquery
+struct Expression;
+
+// ---- expressions by kind; what the resolver finds out stands last
+
+struct ColumnNode {
+  std::string_view qualifier;  // table or alias in front of the name
+  const Source* source = nullptr;
+  int column = -1;  // of the source; without one, of the result: a key of an order
 };
 
-struct Expression {
-  ExpressionKind kind = ExpressionKind::Null;
-  Token token;                 // where it stands: name, literal, operator or function
-  std::string_view qualifier;  // table of a column; date part of a date function
-  int literal = -1;            // number of the literal in the statement
-  bool negated = false;        // not in, not like, is not null
-  bool distinct = false;       // count(distinct x)
-  bool hasOperand = false;     // case x when ..
-  bool hasElse = false;
-  ColumnType target;  // of a convert
-  std::vector<Expression*> operands;
+struct LiteralNode {
+  int literal = -1;  // its number among the values of the statement
+  bool isText = false;
+};
+
+struct NullNode {};
+
+struct VariableNode {};
+
+struct StarNode {
+  std::string_view qualifier;
+};
+
+// - + ~
+struct SignNode {
+  Expression* operand = nullptr;
+};
+
+struct NotNode {
+  Expression* operand = nullptr;
+};
+
+struct BinaryNode {
+  Key symbol = Key::None;
+  Expression *left = nullptr, *right = nullptr;
+};
+
+struct CallNode {
+  std::string_view part;  // of a date function
+  bool distinct = false;
+  std::vector<Expression*> arguments;
+  int function = -1;  // row in the table of functions
+};
+
+struct ConvertNode {
+  Expression* value = nullptr;
+  Expression* style = nullptr;  // or nothing
+  ColumnType target;
+};
+
+struct CaseBranch {
+  Expression *when = nullptr, *then = nullptr;
+};
+
+struct CaseNode {
+  Expression* operand = nullptr;  // case x when .., or nothing
+  std::vector<CaseBranch> branches;
+  Expression* otherwise = nullptr;  // or nothing
+};
+
+struct InNode {
+  Expression* value = nullptr;
+  std::vector<Expression*> list;
+  Query* query = nullptr;  // in place of the list
+  bool negated = false;
+};
+
+struct BetweenNode {
+  Expression *value = nullptr, *low = nullptr, *high = nullptr;
+  bool negated = false;
+};
+
+struct LikeNode {
+  Expression *value = nullptr, *pattern = nullptr;
+  bool negated = false;
+};
+
+struct IsNullNode {
+  Expression* operand = nullptr;
+  bool negated = false;
+};
+
+struct ExistsNode {
   Query* query = nullptr;
+};
+
+struct SubqueryNode {
+  Query* query = nullptr;
+};
+
+using ExpressionNode = std::variant<NullNode, ColumnNode, LiteralNode, VariableNode, StarNode, SignNode,
+                                    NotNode, BinaryNode, CallNode, ConvertNode, CaseNode, InNode, BetweenNode,
+                                    LikeNode, IsNullNode, ExistsNode, SubqueryNode>;
+
+struct Expression {
+  Token token;  // where it stands: name, literal, operator or function
+  ExpressionNode node;
+  int depth = 1;  // of the longest way down in it
 
   // Found out by the resolver.
   ResolvedType type;
   ValueConversion conversion;
-  const Source* source = nullptr;  // of a column
-  int column = -1;
-  int function = -1;  // row in the table of functions
-
-  bool isLiteral() const { return kind == ExpressionKind::Number || kind == ExpressionKind::Text; }
 };
+
+template <class Node>
+const Node* as(const Expression& expression) {
+  return std::get_if<Node>(&expression.node);
+}
+template <class Node>
+Node* as(Expression& expression) {
+  return std::get_if<Node>(&expression.node);
+}
+
+inline bool isLiteral(const Expression& expression) {
+  return as<LiteralNode>(expression) != nullptr;
+}
+inline bool isTextLiteral(const Expression& expression) {
+  const auto* literal = as<LiteralNode>(expression);
+  return literal && literal->isText;
+}
+inline bool isNumberLiteral(const Expression& expression) {
+  const auto* literal = as<LiteralNode>(expression);
+  return literal && !literal->isText;
+}
 
 struct SelectItem {
   Expression* value = nullptr;
@@ -101,6 +183,7 @@ struct Source {
   std::vector<Source*> group;  // a join in parentheses
   Expression* on = nullptr;
 
+  bool locks = false;  // with (updlock): its rows are held until the transaction ends
   const TableDefinition* definition = nullptr;
   std::string_view name() const { return alias.empty() ? table : alias; }
 };
@@ -158,4 +241,4 @@ struct SyntaxTree {
   std::deque<Source> sources;
 };
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -4,7 +4,7 @@
 
 #include "data/dialect/lexer.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 struct TypeRow {
@@ -106,4 +106,4 @@ FieldType fieldTypeOf(const ColumnType& type) {
   return rowOf(type.type).field;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -7,7 +7,7 @@
 
 #include "data/recordset/column.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 enum class SqlType : std::uint8_t {
   Int,
@@ -72,4 +72,4 @@ std::string_view storageType(SqlType type);
 // Type code under which a page sees it.
 FieldType fieldTypeOf(const ColumnType& type);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -5,7 +5,7 @@
 #include "base/text.h"
 #include "data/embedded/database_files.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 std::unique_ptr<Session> Database::borrow() {
   std::unique_ptr<Session> session;
@@ -91,4 +91,4 @@ void Database::restoreProcedures() {
   replaced_.clear();
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -9,7 +9,7 @@
 #include "data/dialect/schema.h"
 #include "data/embedded/session.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // One embedded database as this process knows it: its schema, its procedures and the sessions that no
 // connection has at the moment. Safe to share between threads; a session is used by one at a time.
@@ -56,4 +56,4 @@ using DatabaseRef = std::shared_ptr<Database>;
 // ErrorNumber::ConnectionFailed when there is none of that name or the file is not a store's.
 DatabaseRef findDatabase(const std::string& name);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -11,6 +11,9 @@
 #include "data/embedded/schema_reader.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 using Findings = std::vector<std::string>;

@@ -14,7 +14,7 @@
 #include "data/embedded/embedded_store.h"
 #include "data/embedded/schema_reader.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 constexpr std::string_view kMemoryPrefix = ":memory:";
@@ -152,4 +152,4 @@ void removeMemoryDatabase(const std::string& name) {
   registry().memory.erase(name);
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -8,7 +8,7 @@
 #include "data/dialect/schema.h"
 #include "data/embedded/database.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // Marks a file as one of this program; stands in its header.
 inline constexpr int kApplicationId = 0x4F4E4453;
@@ -27,4 +27,4 @@ void forgetDatabaseFile(const std::string& path);
 void enterMemoryDatabase(const std::string& name, DatabaseRef database);
 void removeMemoryDatabase(const std::string& name);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -17,6 +17,9 @@
 #include "data/embedded/schema_reader.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 // One thing that the schema says and the database has not.

@@ -8,7 +8,7 @@
 #include "data/dialect/server_errors.h"
 #include "data/embedded/function_groups.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 constexpr std::array<std::string_view, 12> kMonths = {"January",   "February", "March",    "April",
@@ -270,4 +270,4 @@ std::string styledDate(Date moment, int style, bool dayOnly) {
   return text;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

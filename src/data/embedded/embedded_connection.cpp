@@ -6,6 +6,9 @@
 #include "data/embedded/schema_reader.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 class EmbeddedConnection : public Connection {

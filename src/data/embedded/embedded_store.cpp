@@ -18,6 +18,9 @@
 #include "data/embedded/schema_reader.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 constexpr std::string_view kNamePrefix = ":memory:";

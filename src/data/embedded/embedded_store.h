@@ -10,7 +10,9 @@
 
 namespace ondrel {
 
+namespace sql {
 class Database;
+}
 
 enum class StoreContents { Empty, Sample };
 
@@ -32,13 +34,13 @@ class EmbeddedStore {
   // Another store with the rows that are committed in this one. No transaction may be open.
   EmbeddedStore clone() const;
   // Puts a body of one's own in place of a procedure, or makes a new one.
-  void replaceProcedure(std::string_view name, int least, int most, ProcedureBody body);
+  void replaceProcedure(std::string_view name, int least, int most, sql::ProcedureBody body);
 
  private:
-  explicit EmbeddedStore(std::shared_ptr<Database> database);
+  explicit EmbeddedStore(std::shared_ptr<sql::Database> database);
 
   std::string connectionString_;
-  std::shared_ptr<Database> database_;
+  std::shared_ptr<sql::Database> database_;
 };
 
 // Makes a database file with the tables of a store. Raises error 58 when the file is there already.

@@ -4,7 +4,7 @@
 
 #include "data/embedded/functions.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 std::span<const RegisteredFunction> dateFunctions();
 std::span<const RegisteredFunction> textFunctions();
@@ -14,4 +14,4 @@ std::span<const RegisteredFunction> storeFunctions();
 // The text of a moment in a style of convert.
 std::string styledDate(Date moment, int style, bool dayOnly);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

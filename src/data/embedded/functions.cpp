@@ -4,7 +4,7 @@
 #include "data/dialect/server_errors.h"
 #include "data/embedded/function_groups.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 std::string_view withoutTrailingBlanks(std::string_view text) {
@@ -120,4 +120,4 @@ int compareStoreText(std::string_view a, std::string_view b) {
   return compareIgnoringCase(withoutTrailingBlanks(a), withoutTrailingBlanks(b));
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -15,7 +15,7 @@
 #include "data/dialect/sql_values.h"
 #include "platform/clock.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 class FunctionCall;
 struct FunctionContext;
@@ -98,4 +98,4 @@ void registerFunctions(sqlite3* handle, FunctionContext& context);
 // Order of two texts of the store: case does not matter, nor do blanks at the end.
 int compareStoreText(std::string_view a, std::string_view b);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

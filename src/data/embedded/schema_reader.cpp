@@ -8,10 +8,10 @@
 #include <utility>
 
 #include "base/text.h"
-#include "data/dialect/parser.h"
 #include "data/dialect/sql_values.h"
+#include "data/dialect/token_cursor.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 class SchemaReader {
@@ -295,4 +295,4 @@ std::vector<std::string_view> splitScript(std::string_view script) {
   return statements;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -6,7 +6,7 @@
 
 #include "data/dialect/schema.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // A statement that changes the tables, taken apart.
 struct SchemaStatement {
@@ -46,4 +46,4 @@ std::vector<std::string_view> splitScript(std::string_view script);
 // True when it begins with create or drop.
 bool isSchemaStatement(std::string_view statement);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

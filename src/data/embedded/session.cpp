@@ -10,8 +10,9 @@
 #include "data/embedded/database.h"
 #include "data/embedded/database_files.h"
 #include "data/embedded/schema_reader.h"
+#include "data/embedded/sqlite_emitter.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 constexpr int kNoLimitSeconds = 14 * 86'400;  // what a time limit of 0 comes to: two weeks
@@ -239,7 +240,7 @@ Session::Prepared& Session::find(std::string_view sql) {
 }
 
 Session::Prepared& Session::enter(std::string_view key, std::string_view sql) {
-  Translation made = translate(sql, *database_.schema());
+  Translation made = translateForSqlite(sql, *database_.schema());
   auto prepared = std::make_unique<Prepared>(StatementPattern(sql, made.fixedLiterals));
   prepared->translation = std::move(made);
   const Translation& translation = prepared->translation;
@@ -436,4 +437,4 @@ void Session::fail(int code) {
           reason);
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -14,11 +14,11 @@
 #include "base/variant.h"
 #include "data/dialect/procedures/procedure.h"
 #include "data/dialect/shape.h"
+#include "data/dialect/translation.h"
 #include "data/embedded/functions.h"
-#include "data/embedded/translation.h"
 #include "data/recordset/recordset.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 class Database;
 
@@ -110,4 +110,4 @@ class Session {
   std::optional<std::chrono::steady_clock::time_point> deadline_;  // of a statement that runs long
 };
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -4,7 +4,7 @@
 #include "data/embedded/database.h"
 #include "data/embedded/session.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // A procedure that runs: its statements go through the session that called it.
 class Session::Call : public ProcedureCall {
@@ -81,4 +81,4 @@ std::vector<Variant> Session::callArguments(const Translation& translation) cons
   return result;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -13,6 +13,9 @@
 #include "data/values.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 // What a shop sets up; the other tables hold its customers, tickets and books.

@@ -4,7 +4,7 @@
 #include "data/dialect/server_errors.h"
 #include "data/embedded/function_groups.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 constexpr std::string_view kCouponUses =
@@ -100,4 +100,4 @@ std::span<const RegisteredFunction> storeFunctions() {
   return kStoreFunctions;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "data/embedded/function_groups.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 // `count` characters from position `start`, which counts from 1; what lies before the text counts too.
@@ -143,4 +143,4 @@ std::span<const RegisteredFunction> textFunctions() {
   return kTextFunctions;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

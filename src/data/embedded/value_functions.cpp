@@ -8,7 +8,7 @@
 #include "data/dialect/server_errors.h"
 #include "data/embedded/function_groups.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 // to_column(value, conversion, type, size, scale)
@@ -122,4 +122,4 @@ std::span<const RegisteredFunction> valueFunctions() {
   return kValueFunctions;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -12,6 +12,9 @@
 #include "support/temporary_folder.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 using ::testing::Contains;

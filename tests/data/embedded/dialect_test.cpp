@@ -4,6 +4,9 @@
 #include "support/error_of.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 // A small table of its own in an empty store, at a fixed moment: Tuesday 2026-11-24, 10:30.

@@ -20,6 +20,9 @@
 #include "support/temporary_folder.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 using namespace std::chrono_literals;

@@ -5,6 +5,9 @@
 #include "support/store_fixture.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 using testing::ElementsAre;

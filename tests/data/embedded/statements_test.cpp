@@ -12,6 +12,9 @@
 #include "support/odbc_double/odbc_double.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 // Every statement that the library sends, with sample values, one a line.

@@ -1,15 +1,19 @@
-#include "data/embedded/translation.h"
+#include "data/embedded/sqlite_emitter.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <random>
 
+#include "data/dialect/server_errors.h"
 #include "data/dialect/shape.h"
 #include "data/embedded/schema_reader.h"
 #include "support/error_of.h"
 
 namespace ondrel {
+
+using namespace sql;
+
 namespace {
 
 Schema smallSchema() {
@@ -41,7 +45,7 @@ TEST(Translation, KeepsTheFormThatTheEngineRunsWell) {
        R"(where "t"."label" = ?) as "the change" where "Item".rowid = "the change".target)"},
       // clang-format on
   };
-  for (const auto& [statement, sql] : cases) EXPECT_EQ(translate(statement, smallSchema()).sql, sql);
+  for (const auto& [statement, sql] : cases) EXPECT_EQ(translateForSqlite(statement, smallSchema()).sql, sql);
 }
 
 TEST(Translation, ErrorsNameStatementPositionAndWord) {
@@ -60,16 +64,44 @@ TEST(Translation, ErrorsNameStatementPositionAndWord) {
       {"select \"a text\" from Item", "Invalid column name 'a text'"},
   };
   for (const auto& [statement, complaint] : cases)
-    EXPECT_THAT(descriptionOf([&] { translate(statement, smallSchema()); }), testing::HasSubstr(complaint))
+    EXPECT_THAT(descriptionOf([&] { translateForSqlite(statement, smallSchema()); }),
+                testing::HasSubstr(complaint))
         << statement;
 }
 
+// A statement that goes deep into itself is refused before it has used up the stack, however it does so.
 TEST(Translation, NestsOnlySoFar) {
-  const auto nested = [](size_t depth) {
-    return "select " + std::string(depth, '(') + "1" + std::string(depth, ')');
+  struct Nest {
+    const char *begin, *open, *middle, *close;
+    int deep;  // that still passes
   };
-  EXPECT_EQ(translate(nested(300), smallSchema()).sql, "select ?");
-  EXPECT_THROW(translate(nested(100'000), smallSchema()), Error);
+  constexpr Nest kNests[] = {
+      // clang-format off
+      {"select ",                    "(",                        "1",                  ")", 300},
+      {"select ",                    "~ ",                       "1",                  "", 300},
+      {"select ",                    "upper(",                   "'a'",                ")", 300},
+      {"select ",                    "case when 1 = 1 then ",    "1",                  " end", 150},
+      {"select 1 from Item where ",  "not ",                     "id = 1",             "", 300},
+      {"select 1 from Item where ",  "id in (select id from Item where ", "id = 1",    ")", 100},
+      {"select 1 from ",             "(",                        "Item",               " cross join Tag)", 100},
+      {"select ",                    "1 + ",                     "1",                  "", 900},
+      {"select 1 from Item where ",  "id = 1 or ",               "id = 2",             "", 900},
+      // clang-format on
+  };
+  const Schema schema = smallSchema();
+  for (const Nest& nest : kNests) {
+    const auto statement = [&](int depth) {
+      std::string result = nest.begin;
+      for (int k = 0; k < depth; ++k) result += nest.open;
+      result += nest.middle;
+      for (int k = 0; k < depth; ++k) result += nest.close;
+      return result;
+    };
+    EXPECT_NO_THROW(translateForSqlite(statement(nest.deep), schema)) << nest.begin << nest.open;
+    EXPECT_EQ(errorOf([&] { translateForSqlite(statement(50'000), schema); }),
+              static_cast<int>(ServerError::NestedTooDeeply))
+        << nest.begin << nest.open;
+  }
 }
 
 TEST(Translation, ValuesAreNotPartOfTheShape) {
@@ -83,7 +115,7 @@ TEST(Translation, ValuesAreNotPartOfTheShape) {
   EXPECT_NE(shapeOf("select a from t where b = 1"), shapeOf("select a from t where b = '1'"));
   EXPECT_NE(shapeOf("select a - 1 from t"), shapeOf("select a + 1 from t"));
   EXPECT_NE(shapeOf("select [a b] from t"), shapeOf("select a b from t"));
-  EXPECT_EQ(translate("select convert(varchar(5), name) as 'n' from Item order by 1", smallSchema())
+  EXPECT_EQ(translateForSqlite("select convert(varchar(5), name) as 'n' from Item order by 1", smallSchema())
                 .fixedLiterals.size(),
             3U);
 }

@@ -2,9 +2,9 @@
 
 #include "data/dialect/procedures/procedure.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 RecordsetRef insertMiscCharge(ProcedureCall& call);
 RecordsetRef insertPayment(ProcedureCall& call);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

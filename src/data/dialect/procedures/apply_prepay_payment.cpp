@@ -2,7 +2,7 @@
 #include "data/dialect/procedures/payment_procedures.h"
 #include "data/dialect/procedures/payment_sharing.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // (tickets, customer, store, employee, terminal, reason)
 RecordsetRef applyPrePayPayment(ProcedureCall& call) {
@@ -13,4 +13,4 @@ RecordsetRef applyPrePayPayment(ProcedureCall& call) {
   return nullptr;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

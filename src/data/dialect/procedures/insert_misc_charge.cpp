@@ -1,6 +1,6 @@
 #include "data/dialect/procedures/account_procedures.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // (store, employee, customer, type, amount, date, description, status, terminal, active): books a charge (D)
 // or credit (C) on a customer's account. The arguments stand in the order of the columns.
@@ -15,4 +15,4 @@ RecordsetRef insertMiscCharge(ProcedureCall& call) {
   return nullptr;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

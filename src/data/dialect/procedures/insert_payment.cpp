@@ -4,7 +4,7 @@
 #include "data/dialect/procedures/account_procedures.h"
 #include "data/query_database.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // (store, terminal, employee, customer, type, amount, card number, approval code, transaction number, card
 // type, expiration, signature): books a charge to the customer's account. The ledger keeps the last four
@@ -21,4 +21,4 @@ RecordsetRef insertPayment(ProcedureCall& call) {
   return nullptr;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -1,6 +1,6 @@
 #include "data/dialect/procedures/ticket_procedures.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 constexpr int kQuickStore = 0, kQuickNumber = 1, kQuickCustomer = 5;
@@ -35,4 +35,4 @@ RecordsetRef insertQuickInvoice(ProcedureCall& call) {
                                ", invoiceType, ticketStatus", ", 'Q', 'AC'", "NULL", "NULL"});
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "data/dialect/procedures/ticket_procedures.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 // Arguments that do not go into a column as they are.
@@ -89,4 +89,4 @@ void copyCustomer(ProcedureCall& call, std::int32_t ticket, const std::string& c
                   kCustomerColumns, ticket, name, place, customer));
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -2,7 +2,7 @@
 
 #include "data/dialect/procedures/ticket_procedures.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // (ticket, invoice number, heat seals): draws a tag for every piece to be cleaned that has neither a heat
 // seal nor a tag already. Tag numbers run per shop and say nothing of the invoice, whose number is not used.
@@ -26,4 +26,4 @@ RecordsetRef insertTicketTags(ProcedureCall& call) {
   return nullptr;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -2,7 +2,7 @@
 
 #include "data/dialect/procedures/ticket_procedures.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // (ticket): Result is 1 when the ticket has a line of a department that works with heat seals, otherwise 0.
 RecordsetRef isHeatSealDept(ProcedureCall& call) {
@@ -13,4 +13,4 @@ RecordsetRef isHeatSealDept(ProcedureCall& call) {
       call.integer(0)));
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

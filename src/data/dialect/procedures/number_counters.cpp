@@ -2,7 +2,7 @@
 
 #include "data/dialect/procedures/ticket_procedures.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 // The first of `count` numbers. The update comes first: it takes the place of whoever else draws. A counter
@@ -49,4 +49,4 @@ std::int32_t drawTagNumbers(ProcedureCall& call, std::int32_t store, std::int32_
   return draw(call, store, "TAG", kFromOne, count);
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 struct Inquiry {
@@ -60,4 +60,4 @@ RecordsetRef getProbablePromotions(ProcedureCall& call) {
                                notUsedUpBy(call.integer(3))});
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

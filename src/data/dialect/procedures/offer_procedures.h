@@ -2,7 +2,7 @@
 
 #include "data/dialect/procedures/procedure.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // The offers of a price list that an invoice may qualify for: those in force today that are not used up and
 // whose own limits of pieces and price the invoice keeps. A row for each department, or item of one, that the
@@ -21,4 +21,4 @@ RecordsetRef getProbableCoupons(ProcedureCall& call);
 RecordsetRef getProbableLoyaltyDiscounts(ProcedureCall& call);
 RecordsetRef getProbablePromotions(ProcedureCall& call);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -2,7 +2,7 @@
 
 #include "data/dialect/procedures/procedure.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // Book what was tendered at a terminal on tickets; see payment_sharing.h for how it is shared out.
 //
@@ -18,4 +18,4 @@ namespace ondrel {
 RecordsetRef pickupPayment(ProcedureCall& call);
 RecordsetRef applyPrePayPayment(ProcedureCall& call);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -9,7 +9,7 @@
 #include "data/card_numbers.h"
 #include "data/values.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 constexpr double kUnitsPerDollar = 10'000;
@@ -120,4 +120,4 @@ void releaseTickets(ProcedureCall& call, const std::vector<SharedTicket>& ticket
   }
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

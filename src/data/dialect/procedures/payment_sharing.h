@@ -7,7 +7,7 @@
 
 #include "data/dialect/procedures/procedure.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // What the ledger says of every part that is booked; all but the action as SQL text.
 struct BookingDetails {
@@ -40,4 +40,4 @@ void bookTerminalPayments(ProcedureCall& call, std::vector<SharedTicket>& ticket
 void releaseTickets(ProcedureCall& call, const std::vector<SharedTicket>& tickets,
                     const BookingDetails& details, const std::string& signature, const std::string& receipt);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

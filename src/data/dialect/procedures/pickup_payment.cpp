@@ -1,7 +1,7 @@
 #include "data/dialect/procedures/payment_procedures.h"
 #include "data/dialect/procedures/payment_sharing.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // (tickets, customer, store, employee, terminal, always 1, signature, pickup receipt, claim receipt)
 RecordsetRef pickupPayment(ProcedureCall& call) {
@@ -12,4 +12,4 @@ RecordsetRef pickupPayment(ProcedureCall& call) {
   return nullptr;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

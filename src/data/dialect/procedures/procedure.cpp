@@ -4,7 +4,7 @@
 #include "data/dialect/sql_values.h"
 #include "data/query_database.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 const Variant& ProcedureCall::argument(int position) const {
   static const Variant kNull = Variant::null();
@@ -46,4 +46,4 @@ const Procedure* ProcedureRegistry::find(std::string_view name) const {
   return found == procedures_.end() ? nullptr : &found->second;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -10,7 +10,7 @@
 #include "base/variant.h"
 #include "data/recordset/recordset.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // What the body of a procedure works with: its arguments, and the connection that called it, whose
 // transaction it takes part in. Statements are T-SQL.
@@ -66,4 +66,4 @@ class ProcedureRegistry {
 // The procedures that every store has.
 const ProcedureRegistry& storeProcedures();
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -2,7 +2,7 @@
 
 #include "data/dialect/procedures/ticket_procedures.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // (action, ticket): leaves a message for the conveyor, which fetches it by itself.
 RecordsetRef sendToWhiteAdc(ProcedureCall& call) {
@@ -12,4 +12,4 @@ RecordsetRef sendToWhiteAdc(ProcedureCall& call) {
   return nullptr;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -4,7 +4,7 @@
 #include "data/dialect/procedures/procedure.h"
 #include "data/dialect/procedures/ticket_procedures.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 struct ProcedureRow {
@@ -47,4 +47,4 @@ const ProcedureRegistry& storeProcedures() {
   return registry;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -7,7 +7,7 @@
 
 #include "data/dialect/procedures/procedure.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // Bodies of the procedures that write tickets; what each argument means stands in the file of the body.
 RecordsetRef insertTicket(ProcedureCall& call);
@@ -48,4 +48,4 @@ std::int32_t drawTagNumbers(ProcedureCall& call, std::int32_t store, std::int32_
 void copyCustomer(ProcedureCall& call, std::int32_t ticket, const std::string& customer,
                   const std::string& name, const std::string& place);
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

@@ -4,7 +4,7 @@
 
 #include "data/dialect/procedures/ticket_procedures.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 
 // (ticket, taken): takes the pieces of the ticket's sold items off the stock with `taken` 1 and puts them
 // back with 0. An item of which no stock is kept is passed over.
@@ -23,4 +23,4 @@ RecordsetRef updateInventory(ProcedureCall& call) {
   return nullptr;
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

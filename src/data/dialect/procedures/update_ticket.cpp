@@ -3,7 +3,7 @@
 #include "data/dialect/procedures/ticket_procedures.h"
 #include "data/values.h"
 
-namespace ondrel {
+namespace ondrel::sql {
 namespace {
 
 // Arguments that do not go into a column as they are.
@@ -86,4 +86,4 @@ RecordsetRef updateTicket(ProcedureCall& call) {
       ticket));
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql

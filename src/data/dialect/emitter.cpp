@@ -1,27 +1,8 @@
-#include "data/embedded/emitter.h"
+#include "data/dialect/emitter.h"
 
-#include "data/dialect/parser.h"
+#include "data/dialect/token_cursor.h"
 
-namespace ondrel {
-namespace {
-
-// Name of the query that works out the changes of an update with a from list, and of its columns.
-constexpr std::string_view kChange = "\"the change\"";
-
-std::string newValueName(size_t assignment) {
-  return "value" + std::to_string(assignment);
-}
-
-}  // namespace
-
-Translation translate(std::string_view statement, const Schema& schema) {
-  Translation result;
-  const auto tree = parseStatement(statement);
-  Resolver names(*tree, schema, statement);
-  names.resolve();
-  Emitter(*tree, names, statement, result).emit();
-  return result;
-}
+namespace ondrel::sql {
 
 void Emitter::emit() {
   result_.kind = tree_.kind;
@@ -46,15 +27,8 @@ void Emitter::emit() {
   }
 }
 
-void Emitter::name(std::string_view text) {
-  out_ += '"';
-  for (const char c : text) out_.append(c == '"' ? 2 : 1, c);
-  out_ += '"';
-}
-
 // ---- queries
 
-// `named`: the columns take their names, for a query in a from list.
 void Emitter::select(const Query& query, bool named) {
   for (const SelectCore& part : query.cores) {
     if (!part.combine.empty()) put(" ").put(part.combine).put(" ");
@@ -64,30 +38,30 @@ void Emitter::select(const Query& query, bool named) {
       core(part, query, named);
   }
   order(query);
-  if (query.cores.size() == 1 && query.cores.front().top) put(" limit "), value(*query.cores.front().top);
+  if (query.cores.size() == 1) limit(query, query.cores.front());
 }
 
 // A part of a union with a limit of its own has to be a query in itself.
 void Emitter::limitedCore(const SelectCore& part, const Query& query, bool named) {
   put("select * from (");
   core(part, query, named);
-  put(" limit "), value(*part.top), put(")");
+  limit(query, part), put(")");
 }
 
 void Emitter::core(const SelectCore& part, const Query& query, bool named) {
   put(part.distinct ? "select distinct " : "select ");
-  const bool compared = part.distinct || query.cores.size() > 1;
+  const bool isCompared = part.distinct || query.cores.size() > 1;
   for (size_t k = 0; k < part.items.size(); ++k) {
     if (k > 0) put(", ");
     const Expression& item = *part.items[k].value;
-    compared ? collated(item) : value(item);
+    isCompared ? compared(item, true) : value(item);
     if (named) put(" as "), name(query.columns[k].name);
   }
   if (!part.from.empty()) put(" from "), sources(part.from);
   whereClause(part.where);
   for (size_t k = 0; k < part.groupBy.size(); ++k) {
     put(k == 0 ? " group by " : ", ");
-    collated(*part.groupBy[k]);
+    compared(*part.groupBy[k], true);
   }
   if (part.having) put(" having "), value(*part.having);
 }
@@ -95,43 +69,16 @@ void Emitter::core(const SelectCore& part, const Query& query, bool named) {
 void Emitter::order(const Query& query) {
   for (size_t k = 0; k < query.orderBy.size(); ++k) {
     put(k == 0 ? " order by " : ", ");
-    const Expression& key = *query.orderBy[k].value;
-    if (key.kind == ExpressionKind::Number) {
-      put(key.token.text);
-    } else if (key.kind == ExpressionKind::Column && !key.source) {
-      put(std::to_string(key.column + 1));
-      if (key.type.category == Category::Text) put(" collate store");
-    } else {
-      collated(key);
-    }
-    if (query.orderBy[k].descending) put(" desc");
+    orderKey(query.orderBy[k], query);
   }
 }
 
 void Emitter::sources(const std::vector<Source*>& list) {
+  // In the order of JoinKind, but for the last.
+  static constexpr std::string_view kJoins[] = {"",           ", ", " join ", " left join ", " right join ",
+                                                " full join "};
   for (const Source* each : list) {
-    switch (each->join) {
-      case JoinKind::First:
-        break;
-      case JoinKind::Comma:
-        put(", ");
-        break;
-      case JoinKind::Inner:
-        put(" join ");
-        break;
-      case JoinKind::Left:
-        put(" left join ");
-        break;
-      case JoinKind::Right:
-        put(" right join ");
-        break;
-      case JoinKind::Full:
-        put(" full join ");
-        break;
-      case JoinKind::Cross:
-        put(", ");
-        break;
-    }
+    put(each->join == JoinKind::Cross ? crossJoin() : kJoins[static_cast<size_t>(each->join)]);
     source(*each);
     if (each->on) put(" on "), value(*each->on);
   }
@@ -143,9 +90,13 @@ void Emitter::source(const Source& source) {
   } else if (source.query) {
     put("("), select(*source.query, true), put(") as "), name(source.alias);
   } else {
-    name(source.definition->name);
-    if (!source.alias.empty()) put(" as "), name(source.alias);
+    table(source);
   }
+}
+
+void Emitter::table(const Source& source) {
+  name(source.definition->name);
+  if (!source.alias.empty()) put(" as "), name(source.alias);
 }
 
 void Emitter::whereClause(const Expression* condition) {
@@ -159,7 +110,7 @@ void Emitter::insert() {
   put("insert into "), name(names_.target->name);
   if (tree_.defaultValues) {
     put(" default values");
-    return;
+    return afterInsert();
   }
   const bool single = tree_.rows.size() == 1;
   char separator = '(';
@@ -171,6 +122,7 @@ void Emitter::insert() {
   }
   put(") ");
   tree_.query ? select(*tree_.query, false) : insertValues();
+  afterInsert();
 }
 
 void Emitter::insertValues() {
@@ -189,41 +141,26 @@ void Emitter::insertValues() {
   }
 }
 
-// With a from list the rows and their new values are worked out first, as a query over the whole list, and
-// then joined to the target by the number of the row: joined by its name, every row would change.
 void Emitter::update() {
+  if (names_.targetSource) return updateJoined();
   put("update "), name(names_.target->name), put(" set ");
   for (size_t k = 0; k < tree_.assignments.size(); ++k) {
     if (k > 0) put(", ");
-    const Assignment& each = tree_.assignments[k];
-    name(names_.target->columns[static_cast<size_t>(names_.target->find(each.column.text))].name), put(" = ");
-    names_.targetSource ? void(put(kChange).put(".").put(newValueName(k))) : value(*each.value);
+    assignedColumn(tree_.assignments[k]), put(" = "), value(*tree_.assignments[k].value);
   }
-  if (names_.targetSource) return changes();
   if (!tree_.from.empty()) put(" from "), sources(tree_.from);
   whereClause(tree_.where);
 }
 
-void Emitter::changes() {
-  put(" from (select "), name(names_.targetSource->name()), put(".rowid as target");
-  for (size_t k = 0; k < tree_.assignments.size(); ++k)
-    put(", "), value(*tree_.assignments[k].value), put(" as ").put(newValueName(k));
-  put(" from "), sources(tree_.from);
-  whereClause(tree_.where);
-  put(") as ").put(kChange).put(" where ");
-  name(names_.target->name), put(".rowid = ").put(kChange).put(".target");
+void Emitter::assignedColumn(const Assignment& assignment) {
+  const TableDefinition& target = *names_.target;
+  name(target.columns[static_cast<size_t>(target.find(assignment.column.text))].name);
 }
 
 void Emitter::remove() {
+  if (!tree_.from.empty()) return removeJoined();
   put("delete from "), name(names_.target->name);
-  if (tree_.from.empty()) return whereClause(tree_.where);
-  put(" where rowid in (select ");
-  name(names_.targetSource ? names_.targetSource->name() : names_.target->name);
-  put(".rowid from ");
-  if (!names_.targetSource) name(names_.target->name), put(", ");
-  sources(tree_.from);
   whereClause(tree_.where);
-  put(")");
 }
 
-}  // namespace ondrel
+}  // namespace ondrel::sql
