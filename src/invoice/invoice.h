@@ -415,8 +415,6 @@ class Invoice : public Object {
  private:
   // ---------------------------------------------------------------- the object
   RecordsetRef createLineItemsTable() const;
-  bool mergeFlattenedLine();
-  void moveChildLines(std::int32_t oldParent, std::int32_t newParent);
   // Deletes every line that passes the filter, then clears it.
   void deleteFilteredLines(std::string_view filter);
   // Adds up `amountOf(lines)` over the lines that pass the filter, then clears it.
@@ -512,38 +510,7 @@ class Invoice : public Object {
   void removeRushUpcharges();
   void takeBackUpcharges(std::string_view filter);
 
-  // ---------------------------------------------------------------- departments in ticket order
-  void createDeptTable();
-  // The table; error 91 while there is none.
-  Recordset& listedDepartments() const;
-  // One row a run of a department in the order of the lines. Leaves the lines sorted by number.
-  void fillDeptTable();
-
-  // ---------------------------------------------------------------- splitting
-  bool hasMarkedLineItems();
-  // Garment lines of several pieces become as many lines of one, until collectLineItems.
-  void flattenLineItems();
-  void divideIntoPieces();
-  std::shared_ptr<Invoice> createSplitChild() const;
-  void addSplitChild(const std::shared_ptr<Invoice>& child);
-  // Adds a copy of the current row of `source`, of at most 32000 pieces.
-  static void copyLineItem(Recordset& target, const Recordset& source);
-  // The current line goes to the child; `attached` takes the filter term of what hangs on it, whatever the
-  // department of that is called.
-  void moveLine(Invoice& child, std::string& attached);
-  // What passes the filter goes to the child, and what hangs on that in turn; its amount.
-  double moveAttachedLines(Invoice& child, std::string filter);
-  void raiseLineNumber(std::int32_t number);
-  void splitQuickLines();
-  void splitDepartment(const Variant& deptId);
-  // A child with as many garments of `source` as fit, or nothing when it has none left.
-  std::shared_ptr<Invoice> buildSplitInvoice(Recordset& source, Recordset& others, std::int32_t maxItems);
-  // Puts the portion of each line on this invoice and takes it off the line.
-  void takeShareOf(Recordset& others, std::optional<double> portion);
-  // The lines of the children come back, and there are no children any more.
-  void mergeSplitInvoices();
-  // The invoices of invoicesDictionary, in order.
-  std::vector<std::shared_ptr<Invoice>> splitChildren() const;
+  // ---------------------------------------------------------------- numbers
   // What `numberOf(invoice)` says, of the invoice and of its children.
   template <class NumberOf>
   std::string joinNumbers(NumberOf numberOf);

@@ -133,13 +133,14 @@ std::string ofKinds(std::initializer_list<std::string_view> codes);
 
 // Lines of the kinds that pass the test: a member of LineKind, or a function of one. Made once where it is
 // used: `const std::string kArticles = filterOf(&LineKind::isArticle);`
+// Lines that pass `term`, a comparison, as well, where one is given.
 template <class Test>
-std::string filterOf(Test test) {
+std::string filterOf(Test test, std::string_view term = {}) {
   std::string filter;
   for (const LineKind& row : kLineKinds) {
     if (row.code.empty() || !std::invoke(test, row)) continue;
     if (!filter.empty()) filter += " OR ";
-    filter += ofKind(row.code);
+    filter += term.empty() ? ofKind(row.code) : "(" + std::string(term) + " AND " + ofKind(row.code) + ")";
   }
   return filter;
 }

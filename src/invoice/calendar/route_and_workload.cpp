@@ -5,6 +5,7 @@
 #include "data/query_database.h"
 #include "invoice/calendar/ticket_dates.h"
 #include "invoice/invoice.h"
+#include "invoice/splitting/department_table.h"
 
 namespace ondrel {
 namespace {
@@ -46,8 +47,7 @@ double Invoice::getPiecesDue(const std::string& department, Date date) {
 }
 
 void Invoice::adjustDueDatesForWorkload() {
-  createDeptTable();
-  fillDeptTable();
+  listDepartments(*this);
   for (; !invoiceDeptIds->eof(); invoiceDeptIds->moveNext()) {
     Recordset& departments = storeDepartments();
     departments.setFilter("departmentID=" + invoiceDeptIds->value("deptId").toText());

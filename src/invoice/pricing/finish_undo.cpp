@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "data/values.h"
-#include "invoice/invoice.h"
+#include "invoice/splitting/line_moves.h"
 
 namespace ondrel {
 namespace {
@@ -38,7 +38,7 @@ void giveBackToCoupon(Lines& lines, const Variant& discountId, const Variant& na
 // | tax, surcharge, VIP, referral, promotion | removed; the next finishing derives them again    |
 // | anything else, charges too             | stays as it is                                      |
 void Invoice::cancelDoneOperation() {
-  mergeSplitInvoices();
+  mergeSplitInvoices(*this);
   for (auto line = lines_.where(""); line; line.next()) {
     switch (lineKindOf(toUpper(line->text(col::itemType))).undo) {
       case Undo::taxableAgain:

@@ -4,7 +4,7 @@
 #include "data/query_database.h"
 #include "data/values.h"
 #include "invoice/invoice.h"
-#include "invoice/line_kinds.h"
+#include "invoice/splitting/line_moves.h"
 #include "invoice/ticket_tag.h"
 
 namespace ondrel {
@@ -115,7 +115,7 @@ void Invoice::insertTagsForTicket(const Variant&) {
   };
   openTransaction(*apartment_);
   drawTags(*this);
-  for (const auto& child : splitChildren()) drawTags(*child);
+  for (const auto& child : splitChildren(*this)) drawTags(*child);
   commitTransaction(*apartment_);
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <functional>
 
 #include "data/apartment.h"
@@ -10,25 +9,17 @@
 namespace ondrel {
 
 // The departments of a ticket, which decide how it is split. The quick drop-off has all but the last column.
-enum class DeptColumn : int {
-  deptId,
-  splitInvoice,
-  maxItemsInReceipt,
-  firstLineNumber,
-  splitGroup,
-  existing
-};
-
 // clang-format off
-inline constexpr std::array<ColumnSpec, 6> kDeptLayout = {{
-  {"deptId",            FieldType::Long,    0, true},
-  {"splitInvoice",      FieldType::Boolean, 0, true},
-  {"maxItemsInReceipt", FieldType::Long,    0, true},  // pieces a ticket
-  {"firstLineNumber",   FieldType::Long,    0, true},  // line where the department, or its run, begins
-  {"splitGroup",        FieldType::Long,    0, true},  // 0 for none
-  {"existing",          FieldType::Long,    0, true},  // 1 when the loaded ticket had the department
-}};
+#define ONDREL_DEPT_COLUMNS(column) \
+  column(deptId,             Long,    0,  true)                                                          \
+  column(splitInvoice,       Boolean, 0,  true)                                                          \
+  column(maxItemsInReceipt,  Long,    0,  true) /* pieces a ticket */                                    \
+  column(firstLineNumber,    Long,    0,  true) /* line where the department, or its run, begins */      \
+  column(splitGroup,         Long,    0,  true) /* 0 for none */                                         \
+  column(existing,           Long,    0,  true) /* 1 when the loaded ticket had the department */
 // clang-format on
+
+ONDREL_COLUMNS(DeptColumn, kDeptLayout, ONDREL_DEPT_COLUMNS)
 
 // The shared table of the store's departments; error 91 before they are loaded.
 Recordset& loadedDepartments(const Apartment& apartment, std::string_view askedBy);

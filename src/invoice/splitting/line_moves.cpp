@@ -1,36 +1,38 @@
+#include "invoice/splitting/line_moves.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
-#include "invoice/invoice.h"
+#include "invoice/splitting/child_tickets.h"
 
 // How lines are taken apart for a split, go to a child, and come back.
 
 namespace ondrel {
 namespace {
 
-using enum LineColumn;
-
 // What a line brings back from a child.
 // clang-format off
 constexpr std::array<Column, 34> kReturned = {
-    lineNumber, parentLineNumber, deptId, deptName, itemType, lineItemId, itemName, originalUnitPrice,
-    unitPrice, quantity, lineItemTotal, totalTax, totalSurcharge, prepay, taxableAmt, daysToProcess,
-    notes, balance, upchargeTotal, colorTotal, patternTotal, discountable, couponable, VIPDiscountable,
-    parentId, saleOnly, pkgQuantity, priceLater, dueDate, originalLineNumber, promptResponse, redo,
-    invoiceNumber, heatSeal};
+    col::lineNumber, col::parentLineNumber, col::deptId, col::deptName, col::itemType, col::lineItemId,
+    col::itemName, col::originalUnitPrice, col::unitPrice, col::quantity, col::lineItemTotal, col::totalTax,
+    col::totalSurcharge, col::prepay, col::taxableAmt, col::daysToProcess, col::notes, col::balance,
+    col::upchargeTotal, col::colorTotal, col::patternTotal, col::discountable, col::couponable,
+    col::VIPDiscountable, col::parentId, col::saleOnly, col::pkgQuantity, col::priceLater, col::dueDate,
+    col::originalLineNumber, col::promptResponse, col::redo, col::invoiceNumber, col::heatSeal};
 // What it takes to the child besides.
-constexpr std::array<Column, 4> kTakenOnly = {chargeTaxCode, flattenedGroup, origQuantity, outsideService};
+constexpr std::array<Column, 4> kTakenOnly = {col::chargeTaxCode, col::flattenedGroup, col::origQuantity,
+                                              col::outsideService};
+// What the pieces of one line share out, and add up to when they are joined again.
+constexpr std::array kAmounts = {col::lineItemTotal, col::totalTax,      col::totalSurcharge, col::taxableAmt,
+                                 col::balance,       col::upchargeTotal, col::colorTotal,     col::patternTotal};
 // clang-format on
 
-// Most pieces of a line on a child.
-constexpr std::int32_t kMostPieces = 32000;
-
-// What the pieces of one line share out, and add up to when they are joined again.
-constexpr std::array kAmounts = {lineItemTotal, totalTax,      totalSurcharge, taxableAmt,
-                                 balance,       upchargeTotal, colorTotal,     patternTotal};
+constexpr std::int32_t kMostPieces = 32'000;         // of a line on a child
+constexpr std::int32_t kMostPiecesToSplit = 10'000;  // of a line
 
 void addReturned(Recordset& target, const Recordset& source) {
   std::array<Variant, kReturned.size()> values;
@@ -61,142 +63,131 @@ std::vector<double> evenParts(double amount, std::int32_t count) {
   return parts;
 }
 
-constexpr int kMostPiecesToSplit = 10'000;  // of a line
-
-}  // namespace
-
-// ---------------------------------------------------------------- piece by piece
-
-// The last piece keeps the line's number, and with it what hangs on the line: it is the one into which
-// collectLineItems joins the others. A line that was mistyped into millions of pieces is refused while the invoice is
-// whole: each piece becomes a line.
-void Invoice::flattenLineItems() {
-  lineItems->setFilter("itemType = 'IT' AND quantity > 1");
-  lineItems->setSort("quantity DESC");
-  if (!lineItems->eof() && lineItems->value(quantity).toDouble() > kMostPiecesToSplit) {
-    lineItems->clearFilter();
-    throw Error(ErrorNumber::Overflow, className(),
-                fmt::format("A line of more than {} pieces cannot be split", kMostPiecesToSplit));
-  }
-  for (; !lineItems->eof(); lineItems->moveNext()) divideIntoPieces();
-  lineItems->clearFilter();
-}
-
-void Invoice::divideIntoPieces() {
+// A line of pieces becomes a line a piece. The last piece keeps the line's number, and with it what hangs on the
+// line: it is the one into which collectLineItems joins the others.
+void divideIntoPieces(Recordset& line, Recordset& target, std::int32_t& nextNumber) {
   std::vector<Column> columns;
   std::vector<Variant> values;
-  for (int index = 0; index < lineItems->fieldCount(); ++index) {
+  for (int index = 0; index < line.fieldCount(); ++index) {
     columns.emplace_back(index);
-    values.push_back(lineItems->value(columns.back()));
+    values.push_back(line.value(columns.back()));
   }
   const auto cell = [&](LineColumn column) -> Variant& { return values[static_cast<size_t>(column)]; };
-  const std::int32_t pieces = cell(quantity).toLong();
-  const Variant ownNumber = cell(lineNumber);
+  const std::int32_t pieces = cell(col::quantity).toLong();
+  const Variant ownNumber = cell(col::lineNumber);
   std::array<std::vector<double>, kAmounts.size()> parts;
   for (size_t k = 0; k < kAmounts.size(); ++k)
     if (const Variant& amount = cell(kAmounts[k]); !amount.isNull())
       parts[k] = evenParts(amount.toDouble(), pieces);
 
-  lineItems->deleteRow();
-  cell(quantity) = 1;
-  cell(flattenedGroup) = ownNumber;
-  const RecordsetRef target = lineItems->clone();
+  line.deleteRow();
+  cell(col::quantity) = 1;
+  cell(col::flattenedGroup) = ownNumber;
   for (std::int32_t piece = 1; piece <= pieces; ++piece) {
-    cell(lineNumber) = piece == pieces ? ownNumber : Variant(currentLineNumber++);
+    cell(col::lineNumber) = piece == pieces ? ownNumber : Variant(nextNumber++);
     for (size_t k = 0; k < kAmounts.size(); ++k)
       if (!parts[k].empty()) cell(kAmounts[k]) = parts[k][static_cast<size_t>(piece - 1)];
-    target->addNew(columns, values);
+    target.addNew(columns, values);
   }
 }
 
-void Invoice::collectLineItems() {
-  lineItems->clearFilter();
-  if (lineItems->recordCount() == 0) return;
-  lineItems->setFilter("flattenedGroup > 0");
-  lineItems->setSort("flattenedGroup");
-  while (!lineItems->eof() && !lineItems->bof())
-    if (!mergeFlattenedLine()) lineItems->moveNext();
-  lineItems->clearFilter();
-}
-
-bool Invoice::mergeFlattenedLine() {
-  const Variant group = lineItems->value(flattenedGroup);
-  const Variant pieces = lineItems->value(quantity);
-  const std::int32_t oldParent = lineItems->integer(lineNumber);
+// Joins the current piece with the next of its group, which becomes current; false for the last of its group.
+bool joinWithNext(Lines& lines, Recordset& piece) {
+  const Variant group = piece.value(col::flattenedGroup);
+  const Variant pieces = piece.value(col::quantity);
+  const std::int32_t number = piece.integer(col::lineNumber);
   std::array<Variant, kAmounts.size()> amounts;
-  for (size_t k = 0; k < amounts.size(); ++k) amounts[k] = lineItems->value(kAmounts[k]);
+  for (size_t k = 0; k < amounts.size(); ++k) amounts[k] = piece.value(kAmounts[k]);
 
-  lineItems->moveNext();
-  if (lineItems->eof()) {
-    lineItems->movePrevious();
-    return false;
-  }
-  const bool sameGroup = isEqual(lineItems->value(flattenedGroup), group);
-  lineItems->movePrevious();
+  piece.moveNext();
+  const bool isLast = piece.eof();
+  const bool sameGroup = !isLast && isEqual(piece.value(col::flattenedGroup), group);
+  piece.movePrevious();
   if (!sameGroup) {
-    lineItems->setValue(flattenedGroup, 0);
+    if (!isLast) piece.setValue(col::flattenedGroup, 0);
     return false;
   }
-  lineItems->deleteRow();
-  lineItems->moveNext();
-  lineItems->setValue(quantity, lineItems->value(quantity) + pieces);
+  piece.deleteRow();
+  piece.moveNext();
+  piece.setValue(col::quantity, piece.value(col::quantity) + pieces);
   for (size_t k = 0; k < amounts.size(); ++k)
-    lineItems->setValue(kAmounts[k], lineItems->value(kAmounts[k]) + amounts[k]);
-  moveChildLines(oldParent, lineItems->integer(lineNumber));
+    piece.setValue(kAmounts[k], piece.value(kAmounts[k]) + amounts[k]);
+  const std::int32_t joined = piece.integer(col::lineNumber);
+  lines.each(fmt::format("parentLineNumber = {}", number),
+             [&](Recordset& child) { child.setValue(col::parentLineNumber, joined); });
   return true;
 }
 
-void Invoice::moveChildLines(std::int32_t oldParent, std::int32_t newParent) {
-  const Variant filter = lineItems->filter();
-  const std::string sort = lineItems->sort();
-  lineItems->setFilter(fmt::format("parentLineNumber = {}", oldParent));
-  for (; !lineItems->eof(); lineItems->moveNext()) lineItems->setValue(parentLineNumber, newParent);
-  lineItems->setFilter(filter);
-  lineItems->setSort(sort);
-  lineItems->moveFirst();
+}  // namespace
+
+// ---------------------------------------------------------------- piece by piece
+
+// A line that was mistyped into millions of pieces is refused while the invoice is whole: each piece becomes a line.
+void flattenLines(Invoice& invoice) {
+  Lines& lines = invoice.lines();
+  invoice.lineItems->setSort("quantity DESC");
+  const auto piecesBeyond = [](std::int32_t pieces) {
+    return fmt::format("{} AND quantity > {}", ofKind(kind::garment), pieces);
+  };
+  if (lines.any(piecesBeyond(kMostPiecesToSplit)))
+    throw Error(ErrorNumber::Overflow, invoice.className(),
+                fmt::format("A line of more than {} pieces cannot be split", kMostPiecesToSplit));
+  const RecordsetRef target = invoice.lineItems->clone();
+  lines.each(piecesBeyond(1),
+             [&](Recordset& line) { divideIntoPieces(line, *target, invoice.currentLineNumber); });
+}
+
+void Invoice::collectLineItems() {
+  if (!lines_.any("")) return;
+  lineItems->setSort("flattenedGroup");
+  const LineSet piece = lines_.where("flattenedGroup > 0");
+  while (piece && !piece->bof())
+    if (!joinWithNext(lines_, *piece)) piece->moveNext();
 }
 
 // ---------------------------------------------------------------- to a child and back
 
-void Invoice::copyLineItem(Recordset& target, const Recordset& source) {
-  addReturned(target, source);
-  for (const Column column : kTakenOnly) target.setValue(column, source.value(column));
-  capPieces(target, quantity);
-  capPieces(target, origQuantity);
+void copyLine(Recordset& target, const Recordset& line) {
+  addReturned(target, line);
+  for (const Column column : kTakenOnly) target.setValue(column, line.value(column));
+  capPieces(target, col::quantity);
+  capPieces(target, col::origQuantity);
 }
 
-void Invoice::moveLine(Invoice& child, std::string& attached) {
-  copyLineItem(*child.lineItems, *lineItems);
+void moveLine(Recordset& line, Invoice& child, std::string& attached) {
+  copyLine(*child.lineItems, line);
   attached +=
-      fmt::format("{}parentLineNumber={}", attached.empty() ? "" : " OR ", lineItems->integer(lineNumber));
-  lineItems->deleteRow();
+      fmt::format("{}parentLineNumber={}", attached.empty() ? "" : " OR ", line.integer(col::lineNumber));
+  line.deleteRow();
 }
 
-double Invoice::moveAttachedLines(Invoice& child, std::string filter) {
+double moveAttachedLines(Lines& lines, Invoice& child, std::string filter) {
   double moved = 0;
   while (!filter.empty()) {
-    lineItems->setFilter(filter);
-    filter.clear();
-    for (; !lineItems->eof(); lineItems->moveNext()) {
-      moved += lineItems->number(lineItemTotal);
-      child.raiseLineNumber(lineItems->integer(lineNumber));
-      moveLine(child, filter);
-    }
+    lines.each(std::exchange(filter, {}), [&](Recordset& line) {
+      moved += line.number(col::lineItemTotal);
+      raiseLineNumber(child, line.integer(col::lineNumber));
+      moveLine(line, child, filter);
+    });
   }
   return moved;
 }
 
-void Invoice::raiseLineNumber(std::int32_t number) {
-  currentLineNumber = std::max(currentLineNumber, number);
+void raiseLineNumber(Invoice& child, std::int32_t number) {
+  child.currentLineNumber = std::max(child.currentLineNumber, number);
 }
 
-void Invoice::mergeSplitInvoices() {
-  if (!invoicesDictionary) return;
-  splitTheInvoice = false;
-  for (const auto& child : splitChildren())
+std::vector<std::shared_ptr<Invoice>> splitChildren(const Invoice& invoice) {
+  return childTickets<Invoice>(invoice.invoicesDictionary, invoice.className());
+}
+
+void mergeSplitInvoices(Invoice& invoice) {
+  if (!invoice.invoicesDictionary) return;
+  invoice.splitTheInvoice = false;
+  for (const auto& child : splitChildren(invoice))
     for (const RecordsetRef lines = child->lineItems->clone(); !lines->eof(); lines->moveNext())
-      addReturned(*lineItems, *lines);
-  invoicesDictionary = nullptr;
+      addReturned(*invoice.lineItems, *lines);
+  invoice.invoicesDictionary = nullptr;
 }
 
 }  // namespace ondrel

@@ -5,20 +5,19 @@
 #include "base/array.h"
 #include "data/store_loading.h"
 #include "invoice/invoice.h"
+#include "invoice/splitting/department_groups.h"
 
 namespace ondrel {
 namespace {
 
-using enum LineColumn;
-
-constexpr std::string_view kCountedLines = "itemType='IT' OR itemType='AC'";
+const std::string kCountedLines = filterOf(&LineKind::isArticle);
 
 std::int32_t orOne(const Recordset& line, Column column) {
   return line.isNull(column) ? 1 : line.integer(column);
 }
 
 bool isSold(const Recordset& line) {
-  return line.isNull(saleOnly) || line.flag(saleOnly);
+  return line.isNull(col::saleOnly) || line.flag(col::saleOnly);
 }
 
 std::int32_t inRange(std::int64_t pieces) {
@@ -32,39 +31,46 @@ std::int32_t product(std::int32_t pieces, std::int32_t pack) {
   return inRange(std::int64_t{pieces} * pack);
 }
 
+// Pieces of the department by the invoice as it stands. A sold item is one piece a unit, whatever its pack; a line
+// without a pack takes that of the line before.
+std::int32_t standingPieces(Lines& lines, std::int32_t department) {
+  std::int32_t total = 0, pack = 0;
+  lines.each(kCountedLines, [&](const Recordset& line) {
+    if (!isEqual(line.value(col::deptId), department)) return;
+    const bool sold = isSold(line);
+    if (!sold && !line.isNull(col::pkgQuantity)) pack = line.integer(col::pkgQuantity);
+    total = inRange(std::int64_t{total} + product(line.integer(col::quantity), sold ? 1 : pack));
+  });
+  return total;
+}
+
 }  // namespace
 
 Variant Invoice::getDepartmentPieceCount(Variant& departmentID) {
-  const RecordsetRef lines = lineItems->clone();
-  lines->setFilter(
-      fmt::format("(deptID={0} AND itemType='AC') OR (deptID={0} AND itemType='IT')", departmentID.toText()));
   std::int32_t pieces = 0;
-  for (; !lines->eof(); lines->moveNext())
-    pieces = inRange(std::int64_t{pieces} + product(orOne(*lines, quantity), orOne(*lines, pkgQuantity)));
+  for (auto line = lines_.peek(filterOf(&LineKind::isArticle, "deptID=" + departmentID.toText())); line;
+       line.next())
+    pieces =
+        inRange(std::int64_t{pieces} + product(orOne(*line, col::quantity), orOne(*line, col::pkgQuantity)));
   return pieces;
 }
 
 // A sold item is one piece a unit, whatever its pack.
 Variant Invoice::getTotalItemCount() {
   std::int32_t pieces = 0;
-  lineItems->setFilter(kCountedLines);
-  for (; !lineItems->eof(); lineItems->moveNext()) {
-    const std::int32_t pack = isSold(*lineItems) ? 1 : orOne(*lineItems, pkgQuantity);
-    pieces = inRange(std::int64_t{pieces} + product(orOne(*lineItems, quantity), pack));
-  }
-  lineItems->clearFilter();
+  lines_.each(kCountedLines, [&](const Recordset& line) {
+    const std::int32_t pack = isSold(line) ? 1 : orOne(line, col::pkgQuantity);
+    pieces = inRange(std::int64_t{pieces} + product(orOne(line, col::quantity), pack));
+  });
   return pieces;
 }
 
 Variant Invoice::getLineCount() {
-  lineItems->setFilter(kCountedLines);
-  const int count = lineItems->recordCount();
-  lineItems->clearFilter();
-  return count;
+  return lines_.where(kCountedLines)->recordCount();
 }
 
 Variant Invoice::isOverMaxDepartmentItems() {
-  Recordset& departments = storeDepartments();
+  Recordset& departments = loadedDepartments(*apartment_, className());
   departments.clearFilter();
   for (; !departments.eof(); departments.moveNext()) {
     if (!departments.flag("userMaxItem")) continue;
@@ -90,30 +96,19 @@ Variant Invoice::isManualMaxPiecesEnabled(Variant& departmentID) {
   return byHand.isEmpty() ? Variant(false) : byHand;
 }
 
-// A sold item is one piece a unit, whatever its pack. A line without a pack takes that of the line before.
 Variant Invoice::checkAllowableItemCountPerDept(const std::string& selItemID, std::int32_t selItemQty,
                                                 std::int32_t selItemPkgQty, std::int32_t selItemDeptId,
                                                 const std::string& userAction) {
-  std::int32_t current = 0, total = 0, pack = 0;
-  lineItems->clearFilter();
-  if (lineItems->recordCount() > 0) {
-    if (userAction != "getItemDetails") {
-      lineItems->setFilter("lineNumber='" + selItemID + "'");
-      if (!lineItems->eof()) {
-        if (!lineItems->isNull(deptId)) selItemDeptId = lineItems->integer(deptId);
-        if (!lineItems->isNull(pkgQuantity)) selItemPkgQty = lineItems->integer(pkgQuantity);
-        if (!lineItems->isNull(quantity)) current = lineItems->integer(quantity);
-      }
+  std::int32_t current = 0;
+  const bool isOnInvoice = userAction != "getItemDetails" && lines_.any("");
+  if (isOnInvoice) {
+    if (const LineSet line = lines_.where("lineNumber='" + selItemID + "'")) {
+      if (!line->isNull(col::deptId)) selItemDeptId = line->integer(col::deptId);
+      if (!line->isNull(col::pkgQuantity)) selItemPkgQty = line->integer(col::pkgQuantity);
+      if (!line->isNull(col::quantity)) current = line->integer(col::quantity);
     }
-    lineItems->setFilter(kCountedLines);
-    for (; !lineItems->eof(); lineItems->moveNext()) {
-      if (!isEqual(lineItems->value(deptId), selItemDeptId)) continue;
-      const bool sold = isSold(*lineItems);
-      if (!sold && !lineItems->isNull(pkgQuantity)) pack = lineItems->integer(pkgQuantity);
-      total = inRange(std::int64_t{total} + product(lineItems->integer(quantity), sold ? 1 : pack));
-    }
-    lineItems->clearFilter();
   }
+  const std::int32_t total = standingPieces(lines_, selItemDeptId);
   const std::int32_t added = product(inRange(std::int64_t{selItemQty} - current), selItemPkgQty);
   const std::vector<Variant> answer = {inRange(std::int64_t{added} + total), selItemDeptId};
   return ObjectRef(std::make_shared<Array>(answer, 1));

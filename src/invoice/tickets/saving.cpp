@@ -6,6 +6,7 @@
 #include "invoice/invoice.h"
 #include "invoice/pricing/offers.h"
 #include "invoice/pricing/referral.h"
+#include "invoice/splitting/line_moves.h"
 
 namespace ondrel {
 namespace {
@@ -66,7 +67,7 @@ void Invoice::saveInvoice(const Variant& userAction, const Variant& employeeid, 
   }
   if (splitTheInvoice) {
     bool first = true;
-    for (const auto& child : splitChildren()) {
+    for (const auto& child : splitChildren(*this)) {
       if (first && path.firstChildTakesTicket) {
         child->invoiceNo = invoiceNo;
         child->ticketNo = ticketNo;

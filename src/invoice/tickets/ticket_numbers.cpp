@@ -1,5 +1,7 @@
 #include "base/text.h"
 #include "invoice/invoice.h"
+#include "invoice/splitting/department_table.h"
+#include "invoice/splitting/line_moves.h"
 
 namespace ondrel {
 namespace {
@@ -22,7 +24,7 @@ std::string Invoice::joinNumbers(NumberOf numberOf) {
     numbers += number;
   };
   add(*this);
-  for (const auto& child : splitChildren()) add(*child);
+  for (const auto& child : splitChildren(*this)) add(*child);
   return numbers;
 }
 
@@ -38,7 +40,7 @@ Variant Invoice::getTicketNosForPrinting() {
 }
 
 Variant Invoice::getNoOfInvoices() {
-  Recordset& departments = listedDepartments();
+  Recordset& departments = listedDepartments(*this);
   departments.clearFilter();
   if (departments.eof()) return 0;
   const Column splits = departments.column("splitInvoice");
