@@ -515,21 +515,6 @@ class Invoice : public Object {
   template <class NumberOf>
   std::string joinNumbers(NumberOf numberOf);
 
-  // ---------------------------------------------------------------- heat seals and tags
-  // The checks of a seal: what is wrong, or "".
-  std::string sealRangeFault(const std::string& seal);
-  std::string sealInvoiceFault(const std::string& seal);
-  std::string sealActiveFault(const std::string& seal);
-  std::string sealCustomerFault(const std::string& seal);
-  std::string sealDisabledFault(const std::string& seal);
-  void saveTaggedItems();
-  void saveTaggedItem(const Recordset& garment);  // the current line, which has a seal
-  // Number of the garment that the seal is known for, whose item becomes `priceListItem`; a new one for an
-  // unknown seal. Both arguments are SQL text.
-  std::string findTaggedItem(const std::string& seal, const std::string& priceListItem);
-  std::string addTaggedItem(const std::string& seal, const std::string& priceListItem);
-  void saveTicketTags(std::string_view userAction);
-
   // ---------------------------------------------------------------- preferences
   void saveCustomerPreferences(const Variant& customerSeq, const Variant& ticketNumber);
 

@@ -20,12 +20,16 @@ LineSet::~LineSet() {
 
 // ---------------------------------------------------------------- some lines
 
+std::string ofNumber(const Variant& number) {
+  return "lineNumber=" + numberText(number.toDouble());
+}
+
 LineSet Lines::where(std::string_view filter) {
   return {*this, takeView(filter, page_->sort()), LineSet::Page::follows};
 }
 
 LineSet Lines::find(const Variant& number) {
-  return where("lineNumber=" + numberText(number.toDouble()));
+  return where(ofNumber(number));
 }
 
 LineSet Lines::peek(std::string_view filter) {

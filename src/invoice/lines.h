@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -12,6 +13,9 @@
 namespace ondrel {
 
 class Lines;
+
+// The lines of a number. Error 13 for what is no number.
+std::string ofNumber(const Variant& number);
 
 // Some lines of an invoice, one of them current, seen through a view of their own until it goes out of scope.
 // So lines can be walked while others are found, added or deleted.

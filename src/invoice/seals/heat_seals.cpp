@@ -5,12 +5,9 @@
 #include "base/text.h"
 #include "data/query_database.h"
 #include "invoice/invoice.h"
-#include "invoice/line_kinds.h"
 
 namespace ondrel {
 namespace {
-
-using enum LineColumn;
 
 constexpr std::string_view kSealed = "heatSeal <> ''";
 
@@ -20,52 +17,27 @@ bool isOfRoll(const std::string& seal, const std::string& first, const std::stri
   return seal >= first && seal <= last && characterCount(first) == length && characterCount(last) == length;
 }
 
-}  // namespace
+// ---------------------------------------------------------------- what is wrong with a seal, or ""
 
-// ---------------------------------------------------------------- may a seal be used
-
-// The first check that fails tells what is wrong; the others do not run.
-//
-// | check             | looks at                                       | passes                     |
-// |-------------------|------------------------------------------------|----------------------------|
-// | sealRangeFault    | the rolls that the shop bought                 | a seal of one of them      |
-// | sealInvoiceFault  | this invoice                                   | a seal on none of its lines |
-// | sealActiveFault   | tickets in the shop or out with the driver     | one of this very invoice   |
-// | sealCustomerFault | all tickets                                    | one of this customer       |
-// | sealDisabledFault | the garment's item, department and price list  | none of the three disabled |
-Variant Invoice::isHeatSealValid(Variant& seal, Variant& message) {
-  constexpr std::array kChecks = {&Invoice::sealRangeFault, &Invoice::sealInvoiceFault,
-                                  &Invoice::sealActiveFault, &Invoice::sealCustomerFault,
-                                  &Invoice::sealDisabledFault};
-  const std::string text = seal.joined();
-  for (const auto check : kChecks) {
-    const std::string fault = (this->*check)(text);
-    if (fault.empty()) continue;
-    message = fault;
-    return false;
-  }
-  return true;
-}
-
-std::string Invoice::sealRangeFault(const std::string& seal) {
-  const RecordsetRef rolls = queryDatabase(*apartment_, " select starths, endhs from validheatsealranges ");
+std::string sealRangeFault(Invoice& invoice, const std::string& seal) {
+  const RecordsetRef rolls =
+      queryDatabase(*invoice.apartment(), " select starths, endhs from validheatsealranges ");
   for (; !rolls->eof(); rolls->moveNext())
     if (isOfRoll(seal, rolls->text("starths"), rolls->text("endhs"))) return {};
   return fmt::format("Heat seal '{}' is not within a valid heat seal range.", seal);
 }
 
-std::string Invoice::sealInvoiceFault(const std::string& seal) {
-  lineItems->setFilter(fmt::format("heatSeal='{}'", escapeSqlValue(seal)));
-  const bool found = !lineItems->eof();
-  lineItems->clearFilter();
-  return found ? fmt::format("Heat seal {} is already on this invoice.", seal) : "";
+std::string sealInvoiceFault(Invoice& invoice, const std::string& seal) {
+  return invoice.lines().any(fmt::format("heatSeal='{}'", escapeSqlValue(seal)))
+             ? fmt::format("Heat seal {} is already on this invoice.", seal)
+             : "";
 }
 
-std::string Invoice::sealActiveFault(const std::string& seal) {
+std::string sealActiveFault(Invoice& invoice, const std::string& seal) {
   const std::string otherInvoice =
-      invoiceNo.empty() ? "" : fmt::format(" and invoiceNumber <> '{}'", invoiceNo);
+      invoice.invoiceNo.empty() ? "" : fmt::format(" and invoiceNumber <> '{}'", invoice.invoiceNo);
   const RecordsetRef rows = queryDatabase(
-      *apartment_,
+      *invoice.apartment(),
       fmt::format(" select ticket.invoicenumber  from ticket  inner join ticketlineitemtaggeditem on "
                   "ticketlineitemtaggeditem.ticketnumber = ticket.ticketnumber  inner join taggedpiece on "
                   "taggedpiece.taggeditemid = ticketlineitemtaggeditem.taggeditemid  where "
@@ -76,24 +48,24 @@ std::string Invoice::sealActiveFault(const std::string& seal) {
                      rows->value("invoicenumber").joined());
 }
 
-std::string Invoice::sealCustomerFault(const std::string& seal) {
+std::string sealCustomerFault(Invoice& invoice, const std::string& seal) {
   const RecordsetRef rows = queryDatabase(
-      *apartment_,
+      *invoice.apartment(),
       fmt::format(
           " select customer.customername  from ticket  inner join customer on "
           "ticket.customersequencenumber = customer.customersequencenumber  inner join "
           "ticketlineitemtaggeditem on ticketlineitemtaggeditem.ticketnumber = ticket.ticketnumber  "
           "inner join taggedpiece on taggedpiece.taggeditemid = ticketlineitemtaggeditem.taggeditemid  "
           "where taggedpiece.heatsealid = '{}'  and ticket.customersequencenumber <> {}",
-          seal, custSeqNumber));
+          seal, invoice.custSeqNumber));
   if (rows->eof()) return {};
   return fmt::format("This heat seal '{}' does not belong to this customer. It was previous used with {}.",
                      seal, rows->value("customername").joined());
 }
 
-std::string Invoice::sealDisabledFault(const std::string& seal) {
+std::string sealDisabledFault(Invoice& invoice, const std::string& seal) {
   const RecordsetRef rows = queryDatabase(
-      *apartment_,
+      *invoice.apartment(),
       fmt::format(
           " select taggedpiece.HeatSealID, PriceListItem.disabled as plid, department.disabled as dd, "
           "pricelist.disable as pd  from TaggedItem inner join TaggedPiece on taggeditem.TaggedItemID = "
@@ -115,53 +87,71 @@ std::string Invoice::sealDisabledFault(const std::string& seal) {
   return fmt::format("This heat seal '{}' does can not be used. The {} is disabled.", seal, disabled);
 }
 
+}  // namespace
+
+// ---------------------------------------------------------------- may a seal be used
+
+// The first check that fails tells what is wrong; the others do not run.
+//
+// | check             | looks at                                       | passes                     |
+// |-------------------|------------------------------------------------|----------------------------|
+// | sealRangeFault    | the rolls that the shop bought                 | a seal of one of them      |
+// | sealInvoiceFault  | this invoice                                   | a seal on none of its lines |
+// | sealActiveFault   | tickets in the shop or out with the driver     | one of this very invoice   |
+// | sealCustomerFault | all tickets                                    | one of this customer       |
+// | sealDisabledFault | the garment's item, department and price list  | none of the three disabled |
+Variant Invoice::isHeatSealValid(Variant& seal, Variant& message) {
+  constexpr std::array kChecks = {&sealRangeFault, &sealInvoiceFault, &sealActiveFault, &sealCustomerFault,
+                                  &sealDisabledFault};
+  const std::string text = seal.joined();
+  for (const auto check : kChecks) {
+    const std::string fault = check(*this, text);
+    if (fault.empty()) continue;
+    message = fault;
+    return false;
+  }
+  return true;
+}
+
 // ---------------------------------------------------------------- seals on lines
 
 Variant Invoice::setLineHeatSeal(const Variant& line, Variant& seal) {
   // The page goes on whether or not the line took the seal; isMissingHeatSeals tells in the end.
   try {
-    if (findLine(line)) lineItems->setValue(heatSeal, seal);
+    lines_.leaves(ofNumber(line));
+    if (!lineItems->eof()) lineItems->setValue(col::heatSeal, seal);
   } catch (const Error&) {
   }
   return {};
 }
 
 void Invoice::addHeatSeal(const Variant& line, Variant& seal) {
-  if (findLine(line)) {
+  if (const LineSet found = lines_.find(line)) {
     removeNewHeatSeal(seal);
-    lineItems->setValue(heatSeal, seal);
+    found->setValue(col::heatSeal, seal);
   }
-  lineItems->clearFilter();
 }
 
 void Invoice::clearHeatSeals() {
-  lineItems->setFilter(kSealed);
-  if (!lineItems->eof()) lineItems->setValue(heatSeal, "");
+  lines_.leaves(kSealed);
+  if (!lineItems->eof()) lineItems->setValue(col::heatSeal, "");
 }
 
 Variant Invoice::getHeatSealCount() {
-  lineItems->setFilter(kSealed);
-  const int count = lineItems->recordCount();
-  lineItems->clearFilter();
-  return count;
+  return lines_.where(kSealed)->recordCount();
 }
 
 Variant Invoice::isMissingHeatSeals() {
-  lineItems->setFilter("heatSeal = '' and requiresHeatSeal = 1");
-  const bool missing = lineItems->recordCount() > 0;
-  lineItems->clearFilter();
-  return missing;
+  return lines_.any("heatSeal = '' and requiresHeatSeal = 1");
 }
 
 Variant Invoice::getDescriptorText(Variant& line) {
   std::string text;
   // A description is for the eye only: what cannot be read is left out.
   try {
-    const RecordsetRef children = lineItems->clone();
-    children->setFilter("parentLineNumber = " + line.joined());
-    for (; !children->eof(); children->moveNext())
-      if (kind::isDescriptor(toUpper(children->text(itemType))))
-        text = trim(text + " " + children->text(itemName));
+    for (auto child = lines_.peek("parentLineNumber = " + line.joined()); child; child.next())
+      if (kind::isDescriptor(toUpper(child->text(col::itemType))))
+        text = trim(text + " " + child->text(col::itemName));
   } catch (const Error&) {
   }
   return std::string(trim(text));

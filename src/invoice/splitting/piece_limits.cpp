@@ -47,8 +47,11 @@ std::int32_t standingPieces(Lines& lines, std::int32_t department) {
 }  // namespace
 
 Variant Invoice::getDepartmentPieceCount(Variant& departmentID) {
+  const std::string ofDepartment =
+      fmt::format("(deptID={0} AND {1}) OR (deptID={0} AND {2})", departmentID.toText(), ofKind(kind::charge),
+                  ofKind(kind::garment));
   std::int32_t pieces = 0;
-  for (auto line = lines_.peek(filterOf(&LineKind::isArticle, "deptID=" + departmentID.toText())); line;
+  for (auto line = lines_.peek(ofDepartment); line;
        line.next())
     pieces =
         inRange(std::int64_t{pieces} + product(orOne(*line, col::quantity), orOne(*line, col::pkgQuantity)));

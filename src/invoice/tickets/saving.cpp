@@ -6,6 +6,7 @@
 #include "invoice/invoice.h"
 #include "invoice/pricing/offers.h"
 #include "invoice/pricing/referral.h"
+#include "invoice/seals/tagged_items.h"
 #include "invoice/splitting/line_moves.h"
 
 namespace ondrel {
@@ -82,7 +83,7 @@ void Invoice::saveInvoice(const Variant& userAction, const Variant& employeeid, 
 
 // What follows for this object, whether or not it wrote a ticket itself; its children have had theirs.
 void Invoice::finishSave(std::string_view userAction, const Variant& onHold) {
-  if (ticketTags && ticketTags->count() > 0) saveTicketTags(userAction);
+  saveTicketTags(*this, userAction);
   if (invoiceOnDelivery) addDeliveryWillCall();
   if (userAction == "add" && onHold.joined() == "0" && !counterSaleOnly) updateVisitsAndOffers();
 }

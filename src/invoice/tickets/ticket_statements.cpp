@@ -5,6 +5,7 @@
 #include "data/query_database.h"
 #include "data/values.h"
 #include "invoice/calendar/ticket_dates.h"
+#include "invoice/seals/tagged_items.h"
 #include "invoice/tickets/saving.h"
 
 namespace ondrel {
@@ -105,7 +106,7 @@ void Invoice::insertTicket(const SaveRequest& request) {
     invoiceNo = numbers->text("InvoiceNumber");
     insertTicketLineItems(request.employee);
     commitTransaction(*apartment_);
-    saveTaggedItems();
+    saveTaggedItems(*this);
     executeInTransaction(*apartment_, fmt::format("UpdateInventory {},1", ticketNo));
     saveCustomerPreferences(custSeqNumber, ticketNo);
   } catch (...) {
@@ -146,7 +147,7 @@ void Invoice::updateTicket(const SaveRequest& request) {
   executeInTransaction(*apartment_, fmt::format("Delete TicketLineItem where ticketNumber={}", ticketNo));
   insertTicketLineItems(request.employee);
   commitTransaction(*apartment_);
-  saveTaggedItems();
+  saveTaggedItems(*this);
   insertTicketLogItems(std::to_string(ticketNo), logDate);
   executeInTransaction(*apartment_, fmt::format("UpdateInventory {},1", ticketNo));
   saveCustomerPreferences(custSeqNumber, ticketNo);
