@@ -15,17 +15,7 @@ if (Request.method === "POST") {
   delete Session.kept.employee;
   return Response.redirect(Request.clerk ? "/" : "/employee");
 }
-if (!places.length) {
-  layout.page(
-    "No counter is set up",
-    html.all(
-      h("p", { "class": "notice" },
-        "This store has no shop with a terminal yet. Somebody with access to the database enters them, " +
-          "or loads the sample store to try:"),
-      h("p", null, h("kbd", null, "ondrel db sample CONNECTION")),
-      h("p", null, h("a", { "class": "button main", href: "/place" }, "Look again"))));
-  return;
-}
+if (!places.length) return Response.redirect("/setup/first");
 layout.page(
   "Which counter is this?", h("div", { "class": "choices" }, places.map(function(one) {
     return html.raw(layout.button("/place", one.storeName + ", " + one.name, { terminal: one.terminal }));

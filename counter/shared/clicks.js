@@ -3,6 +3,7 @@
 // any, is the line that is selected from then on, or {ask}: a question, whose answer sends the click again
 // with `sure`.
 var text = Server.include("shared/text.js");
+var shop = Server.include("shared/shop.js");
 var tickets = Server.include("shared/tickets.js");
 var pieceCounts = Server.include("shared/piece_counts.js");
 var undo = Server.include("shared/undo.js");
@@ -291,6 +292,9 @@ function ticketDue(invoice, c) {
   invoice.setAllDepartmentDueDates(day(c.value));
 }
 
+// Clicks that ask for a right of the clerk.
+var rights = { price: "price", upchargePrice: "price", redo: "redo" };
+
 // clang-format off
 exports.table = {
   item:          item,
@@ -323,6 +327,9 @@ exports.table = {
 // Days and coupons that were chosen hold after every click; what cannot hold is said.
 exports.run = function(invoice, name, c) {
   if (!Object.prototype.hasOwnProperty.call(exports.table, name)) throw new Error("There is no such click.");
+  var right = rights[name];
+  if (right && !shop.may(right))
+    throw new Error("You may not " + shop.wordsOf(right) + ". Ask somebody who may to sign in.");
   var result = exports.table[name](invoice, c);
   if (result && result.ask || result && result.choose) return result;
   finishing.keepDays(invoice);

@@ -5,8 +5,10 @@ var desk = Server.include("shared/desk.js");
 var h = html.tag;
 
 // The places of the shop that are always a press away: path and name.
-exports.places =
-  [["/", "Customers"], ["/board", "Board"], ["/rack", "Rack"], ["/history", "Tickets"], ["/day", "Day"]];
+exports.places = [
+  ["/", "Customers"], ["/board", "Board"], ["/rack", "Rack"], ["/history", "Tickets"], ["/day", "Day"],
+  ["/setup", "Shop"]
+];
 
 function link(path, name) {
   var isHere = path === "/" ? Request.path === "/" : Request.path.indexOf(path) === 0;

@@ -30,13 +30,17 @@ exports.may = function(right) {
   return named.some(function(one) { return one.id === me && one.rights.indexOf(right) >= 0; });
 };
 
+// What a right lets do, in words.
+exports.wordsOf = function(
+  right) { return exports.rights.filter(function(one) { return one[0] === right; })[0][1]; };
+
 // True when the clerk may; otherwise the page says who is asked.
 exports.allowed = function(right) {
   if (exports.may(right)) return true;
   Response.status = 403;
-  var words = exports.rights.filter(function(one) { return one[0] === right; })[0][1];
   layout.notice(
-    "Not allowed", desk.employee().name + " may not " + words + ". Ask somebody who may to sign in.", "/",
+    "Not allowed",
+    desk.employee().name + " may not " + exports.wordsOf(right) + ". Ask somebody who may to sign in.", "/",
     "Back");
   return false;
 };
