@@ -12,8 +12,9 @@
 #include <vector>
 
 #include "base/text.h"
+#include "data/dialect/schema_statement.h"
 #include "data/dialect/store_texts.h"
-#include "data/embedded/schema_reader.h"
+#include "data/embedded/sqlite_schema.h"
 
 namespace ondrel {
 
@@ -79,7 +80,7 @@ class PlainReplay {
   // Tables as they stand; only a computed column has to be put in the engine's words.
   static std::string tableText(std::string_view statement) {
     if (statement.find(" as convert(") == std::string_view::npos) return std::string(statement);
-    return replaceAll(sql::readSchemaStatement(statement).sql, " collate store", "");
+    return replaceAll(sql::sqliteStatement(sql::readSchemaStatement(statement)), " collate store", "");
   }
 
   void run(std::string_view script) {

@@ -8,12 +8,12 @@
 
 #include <filesystem>
 
+#include "data/dialect/schema_statement.h"
 #include "data/dialect/shape.h"
 #include "data/dialect/store_texts.h"
 #include "data/embedded/embedded_connection.h"
 #include "data/embedded/embedded_store.h"
 #include "data/embedded/functions.h"
-#include "data/embedded/schema_reader.h"
 #include "data/embedded/sqlite_emitter.h"
 #include "data/query_database.h"
 

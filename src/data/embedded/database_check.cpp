@@ -4,11 +4,11 @@
 #include <set>
 
 #include "base/text.h"
+#include "data/dialect/schema_statement.h"
 #include "data/dialect/server_errors.h"
 #include "data/dialect/store_texts.h"
 #include "data/embedded/embedded_store.h"
-#include "data/embedded/function_groups.h"
-#include "data/embedded/schema_reader.h"
+#include "data/embedded/functions.h"
 
 namespace ondrel {
 

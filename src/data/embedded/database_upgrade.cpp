@@ -11,10 +11,11 @@
 
 #include "base/text.h"
 #include "data/dialect/server_errors.h"
+#include "data/dialect/store_scripts.h"
 #include "data/dialect/store_texts.h"
 #include "data/embedded/database_files.h"
 #include "data/embedded/embedded_connection.h"
-#include "data/embedded/schema_reader.h"
+#include "data/embedded/sqlite_schema.h"
 
 namespace ondrel {
 
@@ -80,7 +81,7 @@ void addColumns(const SchemaStatement& declared, Stored& stored, std::vector<Ste
     if (known.find(declared.table.columns[k].name) >= 0) continue;
     text = withColumn(text, declared.columns[k].text);
     const std::string sql =
-        fmt::format("alter table \"{}\" add column {}", known.name, declared.columns[k].sql);
+        fmt::format("alter table \"{}\" add column {}", known.name, sqliteColumn(declared, k));
     steps.push_back({fmt::format("column {}.{}", known.name, declared.table.columns[k].name),
                      [sql, text, table = known.name](Session& session) {
                        session.runPlain(sql.c_str());
@@ -96,7 +97,7 @@ void addIndex(const SchemaStatement& declared, const Stored& stored, std::vector
         {"index " + declared.indexName, [text = declared.text](Session& session) { session.define(text); }});
     return;
   }
-  if (equalsIgnoringCase(found->second.sql, declared.sql)) return;
+  if (equalsIgnoringCase(found->second.sql, sqliteStatement(declared))) return;
   const std::string drop = fmt::format(
       "drop index \"{0}\"; delete from ondrel_schema where lower(text) like 'create%index {0} on %'",
       toLower(found->second.name));
@@ -197,16 +198,6 @@ void copyTo(Session& session, const std::string& target) {
 }
 
 }  // namespace
-
-int schemaVersion() {
-  static const int version = [] {
-    int count = 0;
-    for (const std::string_view statement : splitScript(schemaText()))
-      count += 1 + static_cast<int>(readSchemaStatement(statement).columns.size());
-    return count;
-  }();
-  return version;
-}
 
 std::vector<std::string> missingFromDatabase(const std::string& path) {
   Borrowed session(path);

@@ -5,10 +5,6 @@
 
 namespace ondrel {
 
-// The version of the tables that this program knows: the number of tables, columns and indices that the schema
-// declares. The schema only grows, so a database with a greater number was made by a newer program.
-int schemaVersion();
-
 // What a database of an earlier version lacks, a sentence each; nothing when it is up to date. The database is
 // the file of that path.
 std::vector<std::string> missingFromDatabase(const std::string& path);

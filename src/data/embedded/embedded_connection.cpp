@@ -2,8 +2,7 @@
 
 #include "base/text.h"
 #include "data/dialect/server_errors.h"
-#include "data/embedded/database.h"
-#include "data/embedded/schema_reader.h"
+#include "data/embedded/database_files.h"
 
 namespace ondrel {
 
@@ -45,9 +44,7 @@ class EmbeddedConnection : public Connection {
     session().commit();
   }
 
-  void execute(std::string_view sql) override {
-    isSchemaStatement(sql) ? session().define(sql) : void(session().run(sql, false));
-  }
+  void execute(std::string_view sql) override { session().execute(sql); }
 
   RecordsetRef query(std::string_view sql) override { return session().run(sql, true); }
 

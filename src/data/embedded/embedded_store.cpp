@@ -9,125 +9,15 @@
 #include <mutex>
 
 #include "data/dialect/server_errors.h"
-#include "data/dialect/store_texts.h"
-#include "data/embedded/database.h"
+#include "data/dialect/store_scripts.h"
 #include "data/embedded/database_files.h"
-#include "data/embedded/database_upgrade.h"
 #include "data/embedded/embedded_connection.h"
-#include "data/embedded/memory_files.h"
-#include "data/embedded/schema_reader.h"
+#include "data/embedded/memory_databases.h"
+#include "data/embedded/stored_schema.h"
 
 namespace ondrel {
 
 using namespace sql;
-
-namespace {
-
-constexpr std::string_view kNamePrefix = ":memory:";
-
-DatabaseRef newMemoryDatabase(const std::string& name, std::string_view image,
-                              std::shared_ptr<const Schema> schema) {
-  memory_files::install();
-  memory_files::create(name, image);
-  auto database = std::make_shared<Database>(DatabaseFile{name, memory_files::kFileSystem});
-  database->setSchema(std::move(schema));
-  return database;
-}
-
-std::string unusedName() {
-  static std::atomic<int> counter{0};
-  return fmt::format("{}store-{}", kNamePrefix, ++counter);
-}
-
-// The images that new stores are copies of, and the databases of stores that are gone: their sessions have
-// the statements of a store prepared, which hold for the next store too as long as its tables are the same.
-class Templates {
- public:
-  static Templates& instance() {
-    static Templates templates;
-    return templates;
-  }
-
-  DatabaseRef make(StoreContents contents) {
-    return make(contents == StoreContents::Empty ? empty_ : sample(), schema_);
-  }
-
-  DatabaseRef make(std::string_view image, const std::shared_ptr<const Schema>& schema) {
-    {
-      const std::scoped_lock guard(mutex_);
-      if (schema == schema_ && !spare_.empty()) {
-        DatabaseRef database = std::move(spare_.back());
-        spare_.pop_back();
-        memory_files::replace(database->file().path, image);
-        return database;
-      }
-    }
-    return newMemoryDatabase(unusedName(), image, schema);
-  }
-
-  DatabaseRef make(StoreContents contents, const std::string& name) {
-    return newMemoryDatabase(name, contents == StoreContents::Empty ? empty_ : sample(), schema_);
-  }
-
-  void recycle(DatabaseRef database) {
-    const bool unchanged = database->schema() == schema_ && database.use_count() == 1;
-    const std::scoped_lock guard(mutex_);
-    if (unchanged && spare_.size() < kSpares && database->file().path.starts_with(kStoreNames)) {
-      database->restoreProcedures();
-      spare_.push_back(std::move(database));
-    } else {
-      database->closeSessions();
-      memory_files::remove(database->file().path);
-    }
-  }
-
- private:
-  static constexpr size_t kSpares = 8;
-  static constexpr std::string_view kStoreNames = ":memory:store-";
-
-  Templates() {
-    const DatabaseRef database = newMemoryDatabase(unusedName(), "", std::make_shared<Schema>());
-    build(database, [&](Connection& connection) {
-      const std::unique_ptr<Session> session = database->borrow();
-      markDatabase(*session);
-      createSchema(connection);
-    });
-    schema_ = database->schema();
-    empty_ = memory_files::contents(database->file().path);
-    memory_files::remove(database->file().path);
-  }
-
-  const std::string& sample() {
-    std::call_once(sampleOnce_, [&] {
-      const DatabaseRef database = newMemoryDatabase(unusedName(), empty_, schema_);
-      build(database, loadSampleStore);
-      sample_ = memory_files::contents(database->file().path);
-      memory_files::remove(database->file().path);
-    });
-    return sample_;
-  }
-
-  template <class Fill>
-  static void build(const DatabaseRef& database, Fill fill) {
-    enterMemoryDatabase(database->file().path, database);
-    const auto connection =
-        connectEmbedded({embeddedConnectionString(database->file().path), "", "", nullptr});
-    connection->open();
-    fill(*connection);
-    connection->close();
-    removeMemoryDatabase(database->file().path);
-    database->closeSessions();
-  }
-
-  std::mutex mutex_;
-  std::shared_ptr<const Schema> schema_;
-  std::string empty_;
-  std::string sample_;
-  std::once_flag sampleOnce_;
-  std::vector<DatabaseRef> spare_;
-};
-
-}  // namespace
 
 // ---- stores in memory
 
@@ -136,17 +26,17 @@ EmbeddedStore::EmbeddedStore(DatabaseRef database)
   enterMemoryDatabase(database_->file().path, database_);
 }
 
-EmbeddedStore::EmbeddedStore(StoreContents contents) : EmbeddedStore(Templates::instance().make(contents)) {}
+EmbeddedStore::EmbeddedStore(StoreContents contents) : EmbeddedStore(newMemoryDatabase(contents)) {}
 
 EmbeddedStore::EmbeddedStore(StoreContents contents, const std::string& name)
-    : EmbeddedStore(Templates::instance().make(contents, name)) {}
+    : EmbeddedStore(newMemoryDatabase(contents, name)) {}
 
 EmbeddedStore::EmbeddedStore(EmbeddedStore&&) noexcept = default;
 
 EmbeddedStore::~EmbeddedStore() {
   if (!database_) return;
   removeMemoryDatabase(database_->file().path);
-  Templates::instance().recycle(std::move(database_));
+  recycleMemoryDatabase(std::move(database_));
 }
 
 std::unique_ptr<Connection> EmbeddedStore::connect(std::shared_ptr<Clock> clock) const {
@@ -156,12 +46,11 @@ std::unique_ptr<Connection> EmbeddedStore::connect(std::shared_ptr<Clock> clock)
 }
 
 EmbeddedStore EmbeddedStore::clone() const {
-  return EmbeddedStore(
-      Templates::instance().make(memory_files::contents(database_->file().path), database_->schema()));
+  return EmbeddedStore(copyMemoryDatabase(*database_));
 }
 
 void EmbeddedStore::replaceProcedure(std::string_view name, int least, int most, ProcedureBody body) {
-  database_->replaceProcedure({std::string(name), least, most, std::move(body)});
+  database_->catalogue().replaceProcedure({std::string(name), least, most, std::move(body)});
 }
 
 // ---- files
@@ -198,8 +87,8 @@ void fillDatabaseFile(const std::string& path, const std::string& named, StoreCo
   makeFile(path, named);
   {
     Database database(DatabaseFile{path, nullptr});
-    database.setSchema(std::make_shared<Schema>());
-    markDatabase(*database.borrow());
+    database.catalogue().setSchema(std::make_shared<Schema>());
+    database.borrow()->runPlain(markStatements().c_str());
   }
   const auto connection = connectEmbedded({embeddedConnectionString(path), "", "", nullptr});
   connection->open();
@@ -231,26 +120,6 @@ void createDatabaseFile(const std::string& path, StoreContents contents) {
   if (problem)
     throw Error(ErrorNumber::ConnectionFailed, kStoreSource,
                 fmt::format("Cannot make the database \"{}\": {}", path, problem.message()));
-}
-
-// ---- scripts
-
-void runScript(Connection& connection, std::string_view script) {
-  for (const std::string_view statement : splitScript(script)) connection.execute(statement);
-}
-
-void createSchema(Connection& connection) {
-  connection.begin();
-  runScript(connection, schemaText());
-  connection.execute(fmt::format("insert into SchemaVersion (version, changedDate) values ({}, getdate())",
-                                 schemaVersion()));
-  connection.commit();
-}
-
-void loadSampleStore(Connection& connection) {
-  connection.begin();
-  for (const std::string_view text : sampleTexts()) runScript(connection, text);
-  connection.commit();
 }
 
 }  // namespace ondrel

@@ -7,14 +7,12 @@
 
 #include "data/connection.h"
 #include "data/dialect/procedures/procedure.h"
+#include "data/dialect/store_scripts.h"
+#include "data/embedded/memory_databases.h"
 
 namespace ondrel {
 
-namespace sql {
-class Database;
-}
-
-enum class StoreContents { Empty, Sample };
+using sql::StoreContents;
 
 // A database in memory with the tables of a store, for tests, consoles and demonstrations. It lives as long
 // as this object and is private to whoever knows its connection string; any number of connections of this
@@ -45,14 +43,6 @@ class EmbeddedStore {
 
 // Makes a database file with the tables of a store. Raises error 58 when the file is there already.
 void createDatabaseFile(const std::string& path, StoreContents contents);
-
-// Runs the statements of a T-SQL script one after the other, in one transaction unless one is open: all of
-// them take effect or none. They are parted by semicolons, "go", or the word that begins the next one.
-void runScript(Connection& connection, std::string_view script);
-
-// Enters the tables of a store in an empty database, and the rows of the sample store in an empty store.
-void createSchema(Connection& connection);
-void loadSampleStore(Connection& connection);
 
 // What a database lacks that the library asks of it, a sentence each; nothing when it lacks nothing.
 //

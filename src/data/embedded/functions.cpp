@@ -2,7 +2,6 @@
 
 #include "base/text.h"
 #include "data/dialect/server_errors.h"
-#include "data/embedded/function_groups.h"
 
 namespace ondrel::sql {
 namespace {

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -97,5 +98,14 @@ void registerFunctions(sqlite3* handle, FunctionContext& context);
 
 // Order of two texts of the store: case does not matter, nor do blanks at the end.
 int compareStoreText(std::string_view a, std::string_view b);
+
+// The functions by what they work on.
+std::span<const RegisteredFunction> dateFunctions();
+std::span<const RegisteredFunction> textFunctions();
+std::span<const RegisteredFunction> valueFunctions();
+std::span<const RegisteredFunction> storeFunctions();
+
+// The text of a moment in a style of convert.
+std::string styledDate(Date moment, int style, bool dayOnly);
 
 }  // namespace ondrel::sql

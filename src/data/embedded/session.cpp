@@ -7,10 +7,9 @@
 #include <utility>
 
 #include "data/dialect/server_errors.h"
-#include "data/embedded/database.h"
-#include "data/embedded/database_files.h"
-#include "data/embedded/schema_reader.h"
 #include "data/embedded/sqlite_emitter.h"
+#include "data/embedded/sqlite_schema.h"
+#include "data/embedded/stored_schema.h"
 
 namespace ondrel::sql {
 namespace {
@@ -126,7 +125,7 @@ struct Session::Prepared {
 
 // ---- opening and closing
 
-Session::Session(Database& database, const DatabaseFile& file) : database_(database) {
+Session::Session(Catalogue& catalogue, const DatabaseFile& file) : catalogue_(catalogue), path_(file.path) {
   const int opened = sqlite3_open_v2(file.path.c_str(), &handle_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
                                      file.fileSystem);
   if (opened != SQLITE_OK) {
@@ -240,7 +239,7 @@ Session::Prepared& Session::find(std::string_view sql) {
 }
 
 Session::Prepared& Session::enter(std::string_view key, std::string_view sql) {
-  Translation made = translateForSqlite(sql, *database_.schema());
+  Translation made = translateForSqlite(sql, *catalogue_.schema());
   auto prepared = std::make_unique<Prepared>(StatementPattern(sql, made.fixedLiterals));
   prepared->translation = std::move(made);
   const Translation& translation = prepared->translation;
@@ -368,11 +367,15 @@ void Session::runPlain(const char* sql) {
   if (code != SQLITE_OK) fail(code);
 }
 
+void Session::execute(std::string_view sql) {
+  isSchemaStatement(sql) ? define(sql) : void(run(sql, false));
+}
+
 void Session::define(std::string_view statement) {
   SchemaStatement change = readSchemaStatement(statement);
   const bool drops = change.kind == SchemaStatement::Kind::Drop;
   forgetStatements();
-  runPlain(change.sql.c_str());
+  runPlain(sqliteStatement(change).c_str());
   sqlite3_stmt* record = context_.prepared(drops ? "delete from ondrel_schema where name = ?1"
                                                  : "insert into ondrel_schema (name, text) values (?1, ?2)");
   bindText(record, 1, change.tableName);
@@ -380,8 +383,8 @@ void Session::define(std::string_view statement) {
   const int code = sqlite3_step(record);
   sqlite3_reset(record);
   if (code != SQLITE_DONE) fail(code);
-  if (change.kind == SchemaStatement::Kind::Table) database_.addTable(std::move(change.table));
-  if (drops) database_.removeTable(change.tableName);
+  if (change.kind == SchemaStatement::Kind::Table) catalogue_.addTable(std::move(change.table));
+  if (drops) catalogue_.removeTable(change.tableName);
   definedInTransaction_ = inTransaction();
 }
 
@@ -395,7 +398,7 @@ void Session::redefine(std::string_view table, std::string_view statement) {
   const int code = sqlite3_step(record);
   sqlite3_reset(record);
   if (code != SQLITE_DONE) fail(code);
-  database_.addTable(std::move(change.table));
+  catalogue_.addTable(std::move(change.table));
   definedInTransaction_ = inTransaction();
 }
 
@@ -405,9 +408,9 @@ void Session::rollback() {
   if (std::exchange(definedInTransaction_, false)) {
     forgetStatements();
     try {
-      database_.setSchema(readSchema(handle_, database_.file().path));
+      catalogue_.setSchema(readSchema(handle_, path_));
     } catch (const Error&) {
-      database_.forgetSchema();  // whoever opens the database next is told
+      catalogue_.forgetSchema();  // whoever opens the database next is told
     }
   }
 }

@@ -12,15 +12,13 @@
 #include <vector>
 
 #include "base/variant.h"
-#include "data/dialect/procedures/procedure.h"
+#include "data/dialect/catalogue.h"
 #include "data/dialect/shape.h"
 #include "data/dialect/translation.h"
 #include "data/embedded/functions.h"
 #include "data/recordset/recordset.h"
 
 namespace ondrel::sql {
-
-class Database;
 
 // Seconds that a statement may take unless the connection is told another time.
 inline constexpr int kDefaultTimeoutSeconds = 30;
@@ -35,7 +33,7 @@ struct DatabaseFile {
 // keeps for a client. A connection borrows one while it is open.
 class Session {
  public:
-  Session(Database& database, const DatabaseFile& file);
+  Session(Catalogue& catalogue, const DatabaseFile& file);
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -48,6 +46,8 @@ class Session {
   // Runs one T-SQL statement. With `fetch` the result is its table, or one that is not open when it has
   // none; without, nothing.
   RecordsetRef run(std::string_view sql, bool fetch);
+  // Runs one T-SQL statement, also one that changes the tables.
+  void execute(std::string_view sql);
   // Runs a create or drop statement and enters it in the schema.
   void define(std::string_view statement);
   // Puts another declaration in place of a table's; what it says is done to the table already.
@@ -96,7 +96,8 @@ class Session {
   std::vector<Variant> callArguments(const Translation& translation) const;
   [[noreturn]] void fail(int code);
 
-  Database& database_;
+  Catalogue& catalogue_;
+  std::string path_;
   sqlite3* handle_ = nullptr;
   FunctionContext context_;
   StatementShape shape_;

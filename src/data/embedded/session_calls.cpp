@@ -1,7 +1,6 @@
 #include <fmt/format.h>
 
 #include "data/dialect/server_errors.h"
-#include "data/embedded/database.h"
 #include "data/embedded/session.h"
 
 namespace ondrel::sql {
@@ -23,7 +22,7 @@ class Session::Call : public ProcedureCall {
 };
 
 RecordsetRef Session::call(const Translation& translation, bool fetch) {
-  const std::shared_ptr<const Procedure> procedure = database_.procedure(translation.procedure);
+  const std::shared_ptr<const Procedure> procedure = catalogue_.procedure(translation.procedure);
   if (!procedure)
     throw serverError(ServerError::NoSuchProcedure,
                       fmt::format("Could not find stored procedure '{}'.", translation.procedure));

@@ -7,9 +7,9 @@
 
 #include "base/text.h"
 #include "data/dialect/lexer.h"
+#include "data/dialect/schema_statement.h"
 #include "data/dialect/server_errors.h"
 #include "data/dialect/store_texts.h"
-#include "data/embedded/schema_reader.h"
 #include "data/values.h"
 
 namespace ondrel {

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "data/embedded/function_groups.h"
+#include "data/embedded/functions.h"
 
 namespace ondrel::sql {
 namespace {

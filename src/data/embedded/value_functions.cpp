@@ -6,7 +6,7 @@
 #include "base/text.h"
 #include "base/whole_number.h"
 #include "data/dialect/server_errors.h"
-#include "data/embedded/function_groups.h"
+#include "data/embedded/functions.h"
 
 namespace ondrel::sql {
 namespace {

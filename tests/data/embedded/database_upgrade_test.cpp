@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include "data/dialect/store_scripts.h"
 #include "data/embedded/database_files.h"
 #include "data/embedded/embedded_connection.h"
 #include "data/embedded/embedded_store.h"

@@ -5,9 +5,9 @@
 
 #include <random>
 
+#include "data/dialect/schema_statement.h"
 #include "data/dialect/server_errors.h"
 #include "data/dialect/shape.h"
-#include "data/embedded/schema_reader.h"
 #include "support/error_of.h"
 
 namespace ondrel {

@@ -7,8 +7,8 @@
 
 #include <atomic>
 
+#include "data/dialect/schema_statement.h"
 #include "data/dialect/server_errors.h"
-#include "data/embedded/schema_reader.h"
 
 namespace ondrel {
 
