@@ -133,9 +133,9 @@ create table Department (
   pricelistid int,
   name varchar(50),
   notes varchar(255),
-  printNotes bit not null default 0,
+  printNotes bit default 0,
   splitInvoice bit not null default 0,
-  splitGroup int not null default 0,
+  splitGroup int default 0,
   splitwithdepartment int,
   maxItemsInReceipt int,
   userMaxItem bit not null default 0,
@@ -158,7 +158,7 @@ create index departmentdaysByDepartment on departmentdays (departmentid, hour);
 -- The pieces that a department can finish in a day.
 create table departmentquota (
   DepartmentName varchar(50) not null,
-  PiecesDue int not null default 0
+  PiecesDue int default 0
 );
 create index departmentquotaByName on departmentquota (DepartmentName);
 
@@ -184,7 +184,7 @@ create table PriceListItem (
   saleOnly bit not null default 0,
   VIPQualified bit not null default 1,
   notes varchar(255),
-  printNotes bit not null default 0,
+  printNotes bit default 0,
   outsideService bit not null default 0,
   priceLater bit not null default 0,
   prepayDiscount money not null default 0,
@@ -211,7 +211,7 @@ create table ItemDescriptorPrice (
   price money not null default 0,
   daysToProcess int,
   notes varchar(255),
-  printnotes bit not null default 0,
+  printnotes bit default 0,
   discountable bit not null default 1,
   vipdiscountable bit not null default 1,
   couponable bit not null default 1,
@@ -234,7 +234,7 @@ create table descriptor (
   icon varchar(255),
   price money not null default 0,
   preview bit not null default 0,
-  maxquantity int not null default 1,
+  maxquantity int default 1,
   displayorder int not null default 0,
   usagecounter int not null default 0
 );
@@ -252,7 +252,7 @@ create table descriptorgroup (
 -- The upcharge that a shop adds to a garment promised within so many days.
 create table rushupcharge (
   storeid int not null,
-  daystoprocess int not null,
+  daystoprocess int,
   upchargename varchar(64)
 );
 create index rushupchargeByStore on rushupcharge (storeid, daystoprocess);
@@ -439,7 +439,7 @@ create table Customer (
   AltPhone varchar(10),
   email varchar(128),
   routenumber int,
-  vipEligible bit not null default 0,
+  vipEligible bit default 0,
   vipExpiryDate datetime,
   defaultPriceListId int,
   surchargeExempt bit not null default 0,

@@ -93,6 +93,24 @@ TEST(EmbeddedStore, CheckNamesWhatIsMissing) {
               ElementsAre("Table employee has no column employeename", "Table Tax is missing"));
 }
 
+// A shop's own rows hold Null where pages never asked; what is read through isnull takes it.
+TEST(EmbeddedStore, ColumnsThatAreReadThroughIsNullMayBeNull) {
+  const EmbeddedStore store(StoreContents::Sample);
+  const auto connection = store.connect();
+  connection->execute("insert into departmentquota (DepartmentName) values ('Laundry')");
+  for (const char* column :
+       {"Department.printNotes", "Department.splitGroup", "departmentquota.PiecesDue",
+        "PriceListItem.printNotes", "ItemDescriptorPrice.printnotes", "descriptor.maxquantity",
+        "rushupcharge.daystoprocess", "Customer.vipEligible"}) {
+    const std::string name(column);
+    const std::string table = name.substr(0, name.find('.')), field = name.substr(name.find('.') + 1);
+    connection->execute("update " + table + " set " + field + " = null");
+    const RecordsetRef rows = connection->query("select isnull(" + field + ", 7) as value from " + table);
+    EXPECT_GT(rows->recordCount(), 0) << column;
+    for (; !rows->eof(); rows->moveNext()) EXPECT_NE(rows->integer("value"), 0) << column;
+  }
+}
+
 // A server need not have what only the embedded engine uses, but its own procedures and functions.
 TEST(EmbeddedStore, CheckOfAServerAsksItsCatalogue) {
   FakeDatabase server;
