@@ -37,7 +37,8 @@ var rows = tickets.slice(0, list.most).map(function(one) {
     h("th", { scope: "row" },
       h("a", { "class": "inline", href: "/history/ticket?ticket=" + one.number }, one.invoice)),
     h("td", null, one.name), h("td", null, text.day(one.due), one.time ? " " + one.time : ""),
-    h("td", null, one.pieces), h("td", null, one.departments), h("td", null, one.rack));
+    h("td", null, one.pieces, one.gone ? " of " + (one.pieces + one.gone) : ""),
+    h("td", null, one.departments), h("td", null, one.rack));
 });
 var shown = html.all(
   tabs,

@@ -24,7 +24,7 @@ var isReady = tickets.some(function(ticket) { return ticket.state === "ready"; }
 var rows = tickets.map(function(ticket) {
   return h(
     "tr", { "class": ticket.state || false }, h("th", { scope: "row" }, ticket.invoice),
-    h("td", null, ticket.pieces),
+    h("td", null, ticket.pieces, ticket.gone ? " of " + (ticket.pieces + ticket.gone) : ""),
     h("td", null, text.day(ticket.due), " ", ticket.state ? h("strong", null, ticket.state) : ""),
     h("td", null, ticket.rack),
     h("td", { "class": "money" }, ticket.isBag ? "not yet known" : text.money(ticket.total)),
@@ -33,6 +33,13 @@ var rows = tickets.map(function(ticket) {
       button(
         "/ticket/edit", ticket.isQuick ? "Itemise" : "Edit", { ticket: ticket.number },
         { kind: "quiet", said: (ticket.isQuick ? "Itemise " : "Edit ") + ticket.invoice }),
+      ticket.pieces > 1 && !ticket.isBag ? h("a", {
+        "class": "button quiet",
+        href: "/pickup/part?ticket=" + ticket.number,
+        "aria-label": "Hand out some pieces of " + ticket.invoice
+      },
+                                             "Some pieces") :
+                                           "",
       h("a", {
         "class": "button quiet",
         href: "/receipt?copy=1&ticket=" + ticket.number,

@@ -54,6 +54,9 @@ layout.page(
                                     ticket.rack ? "Move it" : "Hang it on the rack") :
                                   "",
       isHere ? button("/pickup/start", "Pickup", { customer: ticket.customer, tickets: ticket.number }) : "",
+      isHere && !ticket.isQuick ?
+        h("a", { "class": "button", href: "/pickup/part?ticket=" + ticket.number }, "Some pieces") :
+        "",
       h("a", { "class": "button", href: "/receipt?copy=1&ticket=" + ticket.number }, "Receipt again"),
       h("a", { "class": "button", href: "/tags?tickets=" + ticket.number }, "Tags"),
       ticket.status !== "VO" || ticket.paid > 0 ?

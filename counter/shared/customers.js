@@ -109,17 +109,21 @@ exports.openTickets = function(id) {
       "isnull(dbo.pivotTicketRackLocationBrief(t.ticketNumber, ', '), '') as rack, " +
       "(select count(*) from rackassignment r where r.ticketnumber = t.ticketNumber) as racks, " +
       "(select sum(l.quantity) from TicketLineItem l where l.ticketNumber = t.ticketNumber and " +
-      "l.ticketLineType = 'DE') as counted " +
+      "l.ticketLineType = 'DE') as counted, " +
+      "(select sum(case o.saleOnly when 1 then o.quantity else o.quantity * isnull(o.packagedQuantity, 1) " +
+      "end) from TicketLineItem o where o.ticketNumber = t.ticketNumber and o.pickedup = 1 and " +
+      "o.ticketLineType in ('IT', 'AC')) as gone " +
       "from Ticket t where t.customerSequenceNumber = " + text.whole(id) +
       " and t.storeId = " + desk.place().store +
       " and t.ticketStatus <> 'FI' and t.ticketStatus <> 'VO' order by t.dueDate, t.ticketNumber"),
     function(field) {
-      var garments = field("garments") || 0, counted = field("counted") || 0;
+      var garments = field("garments") || 0, counted = field("counted") || 0, gone = field("gone") || 0;
       return {
         number: field("ticketNumber"),
         invoice: field("invoiceNumber"),
         due: field("dueDate"),
-        pieces: garments + counted,
+        pieces: garments + counted - gone,
+        gone: gone,
         total: field("netTotal"),
         paid: field("amountPaid"),
         rack: field("rack"),

@@ -64,7 +64,7 @@ exports.codes = function(number) {
   var seals = text.rows(
     Database.query(
       "select heatseal as code, lineItemName as name from TicketLineItem where ticketLineType = 'IT' and " +
-      "isnull(heatseal, '') <> '' and ticketNumber = " + number),
+      "isnull(heatseal, '') <> '' and pickedup = 0 and ticketNumber = " + number),
     function(field) { return { code: field("code"), name: field("name") }; });
   return seals.concat(text.rows(
     Database.query(

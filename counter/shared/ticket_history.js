@@ -79,7 +79,8 @@ var kinds = {
   copy: "receipt printed again",
   credit: "credit on account",
   told: "customer told",
-  out: "pieces handed out"
+  out: "pieces handed out",
+  "in": "pieces brought back"
 };
 
 function events(sql, made) { return text.rows(Database.query(sql), made); }

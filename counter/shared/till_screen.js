@@ -59,6 +59,7 @@ function ticketParts(session) {
           ticket.isBag ? "price not yet known, due " :
                          [h("strong", null, text.money(ticket.total - ticket.paid)), " to pay, due "],
           text.day(ticket.due), ", ", text.pieces(ticket.pieces),
+          ticket.gone ? ", " + ticket.gone + " handed out before" : "",
           ticket.state ? h("strong", { "class": "state " + ticket.state }, " ", ticket.state) : ""),
         isIn ? lines(session, ticket) : ""),
       h("button", {

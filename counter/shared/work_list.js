@@ -84,6 +84,8 @@ exports.tickets = function(condition, department) {
       "isnull(dbo.pivotTicketRackLocationBrief(t.ticketNumber, ', '), '') as rack, " +
       "(select sum(l.quantity * isnull(l.packagedQuantity, 1)) from TicketLineItem l where " +
       "l.ticketNumber = t.ticketNumber and l.ticketLineType in ('IT', 'DE')) as pieces, " +
+      "(select sum(l.quantity * isnull(l.packagedQuantity, 1)) from TicketLineItem l where " +
+      "l.ticketNumber = t.ticketNumber and l.pickedup = 1 and l.ticketLineType = 'IT') as gone, " +
       "(select min(l.departmentName) from TicketLineItem l where l.ticketNumber = t.ticketNumber and " +
       "l.ticketLineType in ('IT', 'DE')) as firstDepartment, " +
       "(select max(l.departmentName) from TicketLineItem l where l.ticketNumber = t.ticketNumber and " +
@@ -102,7 +104,8 @@ exports.tickets = function(condition, department) {
         time: field("pickupTime") || "",
         name: field("name"),
         rack: field("rack"),
-        pieces: field("pieces") || 0,
+        pieces: (field("pieces") || 0) - (field("gone") || 0),
+        gone: field("gone") || 0,
         departments: field("firstDepartment") === field("lastDepartment") ?
           field("firstDepartment") || "" :
           field("firstDepartment") + ", " + field("lastDepartment")

@@ -101,6 +101,8 @@ async function hang(ticket, place, more = {}) {
 }
 function places(ticket) { return host.query(`select racklocation from rackassignment where ticketnumber = ${ticket} order by racklocation`).split("\n").filter(Boolean); }
 
+const rows = (sql) => host.query(sql).split("\n").filter(Boolean);
+
 async function newTicket(customer) {
   await clerk.ticket(customer);
   await clerk.click("item", { id: bag, quantity: 1 });
@@ -195,6 +197,42 @@ test("a ticket is found by number, seal, day and name, also when it is collected
   await hang(ticket, "A1");
   await clerk.open(`/history/ticket?ticket=${ticket}`);
   assert.match(clerk.words(), /written .* hung: A1 Pat O'Dell/);
+});
+
+// ---- some pieces
+
+test("some pieces go out: the others stay on the ticket, the board and the rack, and the till takes the rest", async () => {
+  await clerk.ticket(9);
+  await clerk.click("item", { id: 103, quantity: 1 });
+  await clerk.click("item", { id: 101, quantity: 1 });
+  await clerk.click("item", { id: 102, quantity: 1 });
+  const [ticket] = await clerk.save(), lines = () => rows(`select pickedup from TicketLineItem where ticketLineType = 'IT' and ticketNumber = ${ticket} order by lineItemNumber`);
+  await hang(ticket, "A1");
+  await clerk.open(`/pickup/part?ticket=${ticket}`);
+  const [first, second, third] = [...clerk.html.matchAll(/name="line(\d+)"/g)].map((one) => one[1]);
+  await clerk.press("/pickup/part", {});
+  assert.match(clerk.words(), /Choose the pieces/);
+  await clerk.press("/pickup/part", { [`line${first}`]: 1, [`line${second}`]: 1, [`line${third}`]: 1 });
+  assert.match(clerk.words(), /Nothing would stay/);
+  await clerk.press("/pickup/part", { [`line${second}`]: 1 });
+  assert.match(clerk.words(), /of what goes out is not paid/);
+  assert.deepEqual(lines().filter((one) => one === "true").length, 0);
+  await clerk.press("/pickup/part");
+  assert.match(clerk.words(), /pieces handed out: 1 /);
+  assert.deepEqual(lines().filter((one) => one === "true").length, 1);
+  await clerk.open("/board?part=1&show=ready");
+  assert.match(clerk.words(), /3 of 4/);
+  // An edit keeps what is out.
+  await clerk.open(`/history/ticket?ticket=${ticket}`);
+  await clerk.press("/ticket/edit");
+  await clerk.click("item", { id: 103, quantity: 1 });
+  await clerk.save();
+  assert.deepEqual(lines().filter((one) => one === "true").length, 1);
+  await clerk.visit(9);
+  assert.match(clerk.words(), /1 handed out before/);
+  await clerk.open(`/pickup/part?ticket=${ticket}`);
+  await clerk.press("/pickup/part", {}, "name=\"back\"");
+  assert.deepEqual(lines().filter((one) => one === "true").length, 0);
 });
 
 // ---- the drawer
