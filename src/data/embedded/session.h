@@ -20,6 +20,8 @@
 
 namespace ondrel::sql {
 
+struct PreparedStatement;
+
 // Seconds that a statement may take unless the connection is told another time.
 inline constexpr int kDefaultTimeoutSeconds = 30;
 
@@ -73,8 +75,7 @@ class Session {
   sqlite3* handle() const { return handle_; }
 
  private:
-  struct Parameter;
-  struct Prepared;
+  using Prepared = PreparedStatement;
   struct KeyHash {
     using is_transparent = void;
     size_t operator()(std::string_view key) const { return std::hash<std::string_view>()(key); }
