@@ -7,7 +7,7 @@ var h = html.tag;
 // The places of the shop that are always a press away: path and name.
 exports.places = [
   ["/", "Customers"], ["/board", "Board"], ["/rack", "Rack"], ["/history", "Tickets"], ["/day", "Day"],
-  ["/setup", "Shop"]
+  ["/reports", "Reports"], ["/setup", "Shop"]
 ];
 
 function link(path, name) {

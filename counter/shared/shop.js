@@ -10,12 +10,13 @@ var h = html.tag;
 // What a clerk may be allowed: the word that employee.rights holds, and what it lets do.
 // clang-format off
 exports.rights = [
-  ["price",  "change a price"],
-  ["redo",   "clean again for nothing"],
-  ["void",   "void a ticket"],
-  ["refund", "give money back"],
-  ["close",  "count and close the drawer"],
-  ["setup",  "set up the shop"]
+  ["price",   "change a price"],
+  ["redo",    "clean again for nothing"],
+  ["void",    "void a ticket"],
+  ["refund",  "give money back"],
+  ["close",   "count and close the drawer"],
+  ["reports", "see the reports"],
+  ["setup",   "set up the shop"]
 ];
 // clang-format on
 

@@ -77,6 +77,61 @@ export class Clerk {
     assert.match(this.path, /saved/, this.words().slice(0, 400));
     return /tickets=([\d-]+)/.exec(this.path)[1].split("-").map(Number);
   }
+
+  // A ticket with a bag of laundry at 20.00, without tax.
+  async newTicket(customer) {
+    await this.ticket(customer);
+    await this.click("item", { id: 301, quantity: 1 });
+    return (await this.save())[0];
+  }
+  // Collects one ticket and pays it; the result is the change.
+  async collect(customer, ticket, tenders) {
+    await this.visit(customer);
+    for (const one of [...this.html.matchAll(/data-ticket="(\d+)" data-within="(1?)"/g)]) {
+      if ((Number(one[1]) === ticket) !== (one[2] === "1")) await this.till(one[2] ? "leave" : "add", { ticket: one[1] });
+    }
+    let change = 0;
+    for (const [type, amount, reference] of tenders) {
+      const answer = await this.till("tender", { type, amount: String(amount), reference: reference ?? (type === "Check" ? "77" : ""), sure: true });
+      assert.equal(answer.problem, "");
+      change = money(answer.amounts, "Change");
+    }
+    await this.open("/pickup");
+    await this.press("/pickup/pay");
+    if (this.html.includes("Yes, go on")) await this.press("/pickup/pay");
+    assert.equal(this.path, "/collected", this.words().slice(0, 300));
+    return change;
+  }
+  async sell(customer, tender, given, reference) { return this.collect(customer, await this.newTicket(customer), [[tender, given, reference]]); }
+
+  async openDrawer(float) {
+    await this.open("/day");
+    await this.press("/day/act", { amount: String(float) }, "value=\"open\"");
+  }
+  // Counts, compares and closes; the result is the page that compared.
+  async closeDrawer(cash, checks = 0) {
+    await this.open("/day/count");
+    await this.press("/day/count", { ...coins(cash), checks: String(checks) });
+    const compared = this.html;
+    await this.press("/day/count");
+    assert.match(this.path, /day\/z/, this.words().slice(0, 300));
+    return compared;
+  }
+  async moveCash(type, amount, reason) {
+    await this.open("/day");
+    await this.press("/day/act", { amount: String(amount), reason }, `value="${type}"`);
+  }
+}
+
+// So many dollars and cents in the fewest pieces, as the count asks for them.
+export function coins(amount) {
+  const values = {};
+  let left = Math.round(amount * 100);
+  [10000, 5000, 2000, 1000, 500, 200, 100, 50, 25, 10, 5, 1].forEach((one, at) => {
+    values[`coin${at}`] = String(Math.floor(left / one));
+    left %= one;
+  });
+  return values;
 }
 
 // Money that a screen shows behind a name.

@@ -4,7 +4,7 @@ import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
 import { Host } from "./counter_host.mjs";
-import { Clerk, money } from "./clerk.mjs";
+import { Clerk, coins } from "./clerk.mjs";
 
 const bag = 301;
 let host, clerk;
@@ -103,11 +103,7 @@ function places(ticket) { return host.query(`select racklocation from rackassign
 
 const rows = (sql) => host.query(sql).split("\n").filter(Boolean);
 
-async function newTicket(customer) {
-  await clerk.ticket(customer);
-  await clerk.click("item", { id: bag, quantity: 1 });
-  return (await clerk.save())[0];
-}
+const newTicket = (customer) => clerk.newTicket(customer);
 
 test("a ticket hangs where it was scanned to, moves, hangs at two places, and comes off", async () => {
   const ticket = await newTicket(9);
@@ -240,73 +236,31 @@ test("some pieces go out: the others stay on the ticket, the board and the rack,
 // What a report says of a name, in a section.
 function line(name) { return Number(/(-?)\$([\d.]+)/.exec(new RegExp(`<t[hd][^>]*>${name}</t[hd]>.*?(-?\\$[\\d.]+)`).exec(clerk.html)?.[1] ?? "$0")?.slice(1).join("")); }
 
-async function openDrawer(float) {
-  await clerk.open("/day");
-  await clerk.press("/day/act", { amount: float }, "value=\"open\"");
-}
-// Counts so many dollars and cents of cash in the fewest pieces.
-function coins(amount) {
-  const values = {};
-  let left = Math.round(amount * 100);
-  [10000, 5000, 2000, 1000, 500, 200, 100, 50, 25, 10, 5, 1].forEach((one, at) => {
-    values[`coin${at}`] = String(Math.floor(left / one));
-    left %= one;
-  });
-  return values;
-}
-async function closeDrawer(cash, checks = 0) {
-  await clerk.open("/day/count");
-  await clerk.press("/day/count", { ...coins(cash), checks: String(checks) });
-  const compared = clerk.html;
-  await clerk.press("/day/count");
-  assert.match(clerk.path, /day\/z/, clerk.words().slice(0, 300));
-  return compared;
-}
-async function moveCash(type, amount, reason) {
-  await clerk.open("/day");
-  await clerk.press("/day/act", { amount: String(amount), reason }, `value="${type}"`);
-}
-async function sell(customer, tender, given) {
-  const ticket = await newTicket(customer);
-  await clerk.visit(customer);
-  for (const one of [...clerk.html.matchAll(/data-ticket="(\d+)" data-within="(1?)"/g)]) {
-    if ((Number(one[1]) === ticket) !== (one[2] === "1")) await clerk.till(one[2] ? "leave" : "add", { ticket: one[1] });
-  }
-  const answer = await clerk.till("tender", { type: tender, amount: String(given), reference: tender === "Check" ? "77" : "", sure: true });
-  assert.equal(answer.problem, "");
-  const change = money(answer.amounts, "Change");
-  await clerk.open("/pickup");
-  await clerk.press("/pickup/pay");
-  if (clerk.html.includes("Yes, go on")) await clerk.press("/pickup/pay");
-  assert.equal(clerk.path, "/collected", clerk.words().slice(0, 300));
-  return change;
-}
-
 test("a drawer is opened, sells, pays in and out, is counted, and its Z report never changes", async () => {
-  await openDrawer("100");
-  assert.equal(await sell(9, "Cash", 50), 30);
+  await clerk.openDrawer("100");
+  assert.equal(await clerk.sell(9, "Cash", 50), 30);
   // A check of 25 for 20: 5 go out in cash.
-  assert.equal(await sell(9, "Check", 25), 5);
-  await moveCash("I", 40, "Change from the bank");
-  await moveCash("O", 12.5, "Stamps");
+  assert.equal(await clerk.sell(9, "Check", 25), 5);
+  await clerk.moveCash("I", 40, "Change from the bank");
+  await clerk.moveCash("O", 12.5, "Stamps");
   await clerk.open("/day");
   assert.equal(line("Cash that should be there"), 100 + 20 - 5 + 40 - 12.5);
   assert.equal(line("Checks that should be there"), 25);
-  await closeDrawer(142, 25);  // 50 cents short
+  await clerk.closeDrawer(142, 25);  // 50 cents short
   const z = clerk.words(), address = clerk.path;
   assert.match(z, /Over or short -\$0\.50/);
   assert.match(z, /Cash 1 \$20\.00/);
-  await openDrawer("142");
-  await sell(9, "Cash", 20);
+  await clerk.openDrawer("142");
+  await clerk.sell(9, "Cash", 20);
   await clerk.open(address);
   assert.equal(clerk.words(), z);
   await clerk.open("/day");
   assert.equal(line("Cash that should be there"), 162);
-  await closeDrawer(162);
+  await clerk.closeDrawer(162);
 });
 
 test("a second press opens, pays out and closes nothing again", async () => {
-  await openDrawer("10");
+  await clerk.openDrawer("10");
   await clerk.open("/day");
   const page = clerk.html;
   for (let k = 0; k < 2; ++k) {
@@ -328,24 +282,24 @@ test("a second press opens, pays out and closes nothing again", async () => {
 test("over random days, ledger, drawer and reports agree to the cent, and no payment is in two reports or in none", async () => {
   let seed = 20261124;
   const random = (below) => (seed = (seed * 1103515245 + 12345) % 2147483648) % below;
-  await openDrawer("0");
-  await closeDrawer(0);  // what came before
+  await clerk.openDrawer("0");
+  await clerk.closeDrawer(0);  // what came before
   const first = Number(host.query("select max(lastPaymentId) from DrawerPeriod")), firstPeriod = Number(host.query("select max(drawerPeriodId) from DrawerPeriod"));
   for (let day = 0; day < 4; ++day) {
     let cash = random(20000) / 100, checks = 0;
-    const early = random(2) ? await sell(9, "Cash", 20) : -1;  // before the drawer was opened
+    const early = random(2) ? await clerk.sell(9, "Cash", 20) : -1;  // before the drawer was opened
     if (early >= 0) cash += 20;
-    await openDrawer(String(early >= 0 ? Math.round(cash * 100 - 2000) / 100 : cash));
+    await clerk.openDrawer(String(early >= 0 ? Math.round(cash * 100 - 2000) / 100 : cash));
     for (let step = 0; step < 5; ++step) {
       const amount = random(5000) / 100 + 0.01;
       switch (random(4)) {
-        case 0: await moveCash("I", amount.toFixed(2), "in"); cash += Number(amount.toFixed(2)); break;
-        case 1: await moveCash("O", amount.toFixed(2), "out"); cash -= Number(amount.toFixed(2)); break;
-        case 2: { const given = 20 + random(8000) / 100, change = await sell(9, "Cash", given.toFixed(2)); cash += given - change; break; }
-        default: { const given = 20 + random(3) * 5, change = await sell(9, "Check", given.toFixed(2)); checks += given; cash -= change; }
+        case 0: await clerk.moveCash("I", amount.toFixed(2), "in"); cash += Number(amount.toFixed(2)); break;
+        case 1: await clerk.moveCash("O", amount.toFixed(2), "out"); cash -= Number(amount.toFixed(2)); break;
+        case 2: { const given = 20 + random(8000) / 100, change = await clerk.sell(9, "Cash", given.toFixed(2)); cash += given - change; break; }
+        default: { const given = 20 + random(3) * 5, change = await clerk.sell(9, "Check", given.toFixed(2)); checks += given; cash -= change; }
       }
     }
-    const compared = await closeDrawer(Math.max(cash, 0), checks);
+    const compared = await clerk.closeDrawer(Math.max(cash, 0), checks);
     if (cash >= 0) assert.match(compared, /right to the cent/, `day ${day}: ${clerk.words()}`);
   }
   const within = `paymentId > ${first}`;
@@ -363,8 +317,8 @@ async function give(ticket, values, act = "give") {
 const ledger = (ticket) => host.query(`select paymentType + ' ' + convert(varchar(20), sum(paymentAmount)) from Payment where ticketNumber = ${ticket} group by paymentType order by paymentType`);
 
 test("money goes back with a reason, no more than was paid, and the drawer gives it", async () => {
-  await openDrawer("50");
-  await sell(9, "Cash", 20);
+  await clerk.openDrawer("50");
+  await clerk.sell(9, "Cash", 20);
   const ticket = Number(host.query("select max(ticketNumber) from Ticket"));
   await give(ticket, { amount: "25", reason: "Stain stayed", way: 0 });
   assert.match(clerk.words(), /Cash takes back \$20\.00 at most/);
@@ -374,7 +328,7 @@ test("money goes back with a reason, no more than was paid, and the drawer gives
   await clerk.open("/day");
   assert.equal(line("Cash that should be there"), 64.5);
   assert.match(clerk.words(), /Given back 1 -\$5\.50/);
-  await closeDrawer(64.5);
+  await clerk.closeDrawer(64.5);
 });
 
 test("a void ticket gives back what was paid, leaves rack and stock, and stays in the books", async () => {
