@@ -6,7 +6,7 @@
 # room. A file that opens an enumeration for itself whose words mean something else next door stands in ALONE.
 set(ONDREL_BATCH_FILES 10 CACHE STRING "Source files that are compiled together; 1 compiles each by itself")
 
-#   ondrel_batches(TARGET [ALONE FILE...])
+#   ondrel_batches(TARGET [ALONE PATTERN...])      patterns of file names
 function(ondrel_batches TARGET)
   cmake_parse_arguments(BATCH "" "" "ALONE" ${ARGN})
   if(ONDREL_BATCH_FILES LESS_EQUAL 1)
@@ -20,6 +20,10 @@ function(ondrel_batches TARGET)
   set_target_properties(${TARGET} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
   # The warning is meant for headers, and takes a file of a batch for one.
   target_compile_options(${TARGET} PRIVATE -Wno-subobject-linkage)
+  # A batch is as large as ten files: without this g++ stops putting small functions in place half way.
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(${TARGET} PRIVATE "SHELL:--param large-unit-insns=200000")
+  endif()
 
   set(FOLDERS)
   foreach(SOURCE ${SOURCES})
