@@ -103,11 +103,6 @@ void loadStorePaymentTypes(Apartment& apartment, const Variant& storeId) {
                   escapeSqlValue(storeId)));
 }
 
-Date addStoreDays(Apartment& apartment, std::int32_t days) {
-  Date& base = apartment.store.dueDateBase;
-  return base = addStoreDays(apartment.store.calendar, base, days);
-}
-
 Variant departmentValue(Apartment& apartment, const Variant& departmentId, std::string_view column) {
   const RecordsetRef& departments = apartment.store.storeDepartments;
   if (!departments) return {};

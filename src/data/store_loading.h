@@ -19,9 +19,6 @@ void loadStoreDays(Apartment& apartment, const Variant& storeId, Date written);
 void loadDepartments(Apartment& apartment, const Variant& storeId, const Variant& priceListId);
 void loadStorePaymentTypes(Apartment& apartment, const Variant& storeId);
 
-// addStoreDays of the store's calendar from `dueDateBase`, which takes the result.
-Date addStoreDays(Apartment& apartment, std::int32_t days);
-
 // A column of the department's row, or Empty when the store has no such department (or none is loaded).
 // Clears the filter of the table.
 Variant departmentValue(Apartment& apartment, const Variant& departmentId, std::string_view column);

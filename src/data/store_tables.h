@@ -14,8 +14,8 @@ namespace ondrel {
 // the same; the last load wins, and nothing else resets it.
 struct StoreTables {
   std::int32_t defaultProcessingDays = 0;
-  // The date from which addStoreDays counts; callers set it just before, and a call leaves its result here.
-  Date dueDateBase;
+  // Where the last count of processing days ended, see invoice/calendar/ticket_calendar.h.
+  Date lastCounted;
   StoreCalendar calendar;
   // Ready time for a ticket due on a weekday, Monday = 1 to Sunday = 7; empty when none is promised.
   std::array<std::string, 8> defaultPickupTimes;

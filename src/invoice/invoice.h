@@ -172,7 +172,7 @@ class Invoice : public Object {
                            const Variant& chargeDesc, const Variant& countAs, const Variant& chargeDeptId,
                            const Variant& unitQuantity);
 
-  // ---------------------------------------------------------------- due dates (calendar/due_dates.cpp)
+  // ---------------------------------------------------------------- due dates (calendar/due_dates.cpp, department_dates.cpp)
   // Loads the store's calendar and departments; a new ticket gets a first promise.
   void setStoreDays(const Variant& storeid);
   // Sets InvDueDate by hand. Once that changed the day, finishing a new ticket takes the latest date of the
@@ -441,23 +441,8 @@ class Invoice : public Object {
   // The one place where a garment's line is born.
   void addPriceRowLine(Recordset& row, const Variant& quantityText, const Variant& multiplier,
                        const Variant& roundOff);
-  // What a garment that joins the department promises.
-  void promiseFor(const Variant& deptId, const Variant& deptName, const Variant& itemDays, Variant& days,
-                  Variant& due);
   Variant getUpchargeNameById(const Variant& id);
   Variant getDescriptorNameById(const Variant& id);
-
-  // ---------------------------------------------------------------- due dates
-  Date dueDateForDays(const Variant& days);
-  std::int32_t daysUntilDate(Date target);
-  void rememberDeptDays(const Variant& deptId, std::int32_t days);
-  void forgetDeptDays(const Variant& deptId);
-  bool hasRememberedDeptDays(const Variant& deptId) const;
-  Variant rememberedDeptDays(const Variant& deptId) const;
-  // One date on every line that passes the filter ("" for all); whether there was one.
-  bool setDates(std::string_view filter, Date due, std::int32_t days);
-  // The shared department table; error 91 before setStoreDays.
-  Recordset& storeDepartments() const;
 
   // ---------------------------------------------------------------- upcharges and descriptors
   // The garment that a line hangs on, at whatever depth.
@@ -490,8 +475,6 @@ class Invoice : public Object {
   void deleteChild(LineColumn parentSum, bool alwaysLogged);
   void recomputeInvDueDate();
   void deletePlainLine();
-  // InvDueDate from the lines that pass the filter as it stands.
-  void raiseInvDueDate();
   void writeQuantity(const Variant& pieces);
   void writeUnitPrice(double price, bool rounded);
   void logOverride(double oldTotal);
@@ -502,13 +485,6 @@ class Invoice : public Object {
   void changePlainQuantity(bool isCharge, const Variant& newQuantity);
   void overrideGarment(double price);
   void overrideChild(LineColumn parentSum, bool isUpcharge, double price);
-
-  // ---------------------------------------------------------------- route, workload, rush
-  double getWorkloadThreshold(const std::string& deptName);
-  double getPiecesDue(const std::string& deptName, Date date);
-  void rollOverDepartment(const std::string& deptName);
-  void removeRushUpcharges();
-  void takeBackUpcharges(std::string_view filter);
 
   // ---------------------------------------------------------------- numbers
   // What `numberOf(invoice)` says, of the invoice and of its children.

@@ -11,15 +11,15 @@ constexpr DateColumns kDates{QuickColumn::daysToProcess, QuickColumn::dueDate};
 
 }  // namespace
 
-Date QuickInvoice::dueDateForDays(std::int32_t days) {
-  return ondrel::dueDateForDays(*apartment_, createdDate, days);
+TicketCalendar QuickInvoice::calendar() const {
+  return {apartment_->store, createdDate};
 }
 
 void QuickInvoice::setStoreDays(const Variant& storeid) {
   storeNumber = storeid.toLong();
   loadStoreDays(*apartment_, storeid, createdDate);
   loadDepartments(*apartment_, storeNumber, priceListId);
-  if (isNewQuickInvoice_) InvDueDate = dueDateForDays(apartment_->store.defaultProcessingDays);
+  if (isNewQuickInvoice_) InvDueDate = calendar().dateAfter(apartment_->store.defaultProcessingDays);
 }
 
 void QuickInvoice::calculateInvDueDate() {
@@ -33,8 +33,8 @@ void QuickInvoice::recalculateInvDueDate() {
 
 // Unlike an invoice, a drop-off promises the working day that the walk reaches and not the date as chosen.
 Date QuickInvoice::promise(std::string_view filter, const Variant& datedue) {
-  const std::int32_t days = daysUntilDate(*apartment_, createdDate, datedue.toDate());
-  const Date reached = dueDateForDays(days);
+  const std::int32_t days = calendar().daysUntil(datedue.toDate());
+  const Date reached = calendar().dateAfter(days);
   setLineDates(*lineItems, filter, kDates, reached, days);
   return reached;
 }
@@ -61,7 +61,7 @@ void QuickInvoice::setDeptDueDate(const Variant& dept, const Variant& datedue) {
 void QuickInvoice::adjustDueDatesForRoute(const Variant& CustomerSeq) {
   const auto delivery = nextDeliveryDay(*apartment_, storeNumber, CustomerSeq, createdDate);
   if (!delivery) return;
-  moveToDeliveryDay(*apartment_, *lineItems, kDates, createdDate, *delivery);
+  moveToDeliveryDay(calendar(), *lineItems, kDates, *delivery);
   recalculateInvDueDate();
 }
 

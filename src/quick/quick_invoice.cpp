@@ -61,7 +61,7 @@ void QuickInvoice::addLineItem(const Variant& pieces, const Variant& deptID) {
                      {daysToProcess, days},
                      {notes, Variant::null()},
                      {peNotes, row->value("notes")},
-                     {dueDate, dueDateForDays(days)}});
+                     {dueDate, calendar().dateAfter(days)}});
   ++currentLineNumber;
 }
 

@@ -8,6 +8,7 @@
 #include "base/variant.h"
 #include "data/apartment.h"
 #include "data/recordset/recordset.h"
+#include "invoice/calendar/ticket_calendar.h"
 #include "quick/quick_columns.h"
 
 namespace ondrel {
@@ -108,7 +109,7 @@ class QuickInvoice : public Object {
   struct SaveRequest;
 
   void startLines();
-  Date dueDateForDays(std::int32_t days);
+  TicketCalendar calendar() const;
   bool findDeptLine(std::int32_t department);
   // The date that the day walk reaches, on the lines that pass the filter.
   Date promise(std::string_view filter, const Variant& datedue);

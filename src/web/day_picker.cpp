@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "base/whole_number.h"
-#include "invoice/calendar/ticket_dates.h"
+#include "invoice/calendar/due_dates.h"
 #include "web/html_writer.h"
 #include "web/line_views.h"
 #include "web/panels.h"
@@ -113,6 +113,7 @@ Variant htmlDeptDueDate(Invoice& invoice, const Variant& departmentID, Variant& 
   const std::int32_t shown = isSearch ? pageOf(target.toLong()) : page.toLong();
 
   const std::int32_t first = firstDayOf(shown);
+  const TicketCalendar calendar = calendarOf(invoice);
   HtmlWriter html;
   html.raw("<div").attribute("page", shown).content();
   if (!isSearch && isEqual(page, 0))
@@ -121,8 +122,7 @@ Variant htmlDeptDueDate(Invoice& invoice, const Variant& departmentID, Variant& 
     writeTurn(html, "prev", departmentID, "Prev");
   for (std::int32_t cell = 0; cell < kDaysOnPage; ++cell) {
     const std::int32_t days = first + cell;
-    writeDay(html, days, isEqual(days, target),
-             dueDateForDays(*invoice.apartment(), invoice.createdDate, days), departmentID);
+    writeDay(html, days, isEqual(days, target), calendar.dateAfter(days), departmentID);
   }
   page = shown;
   writeTurn(html, "next", departmentID, "Next");

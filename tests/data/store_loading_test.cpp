@@ -84,12 +84,5 @@ TEST_F(StoreTablesOf, ADepartmentIsFoundAndTheFilterCleared) {
   EXPECT_EQ(apartment.store.storeDepartments->recordCount(), 2);
 }
 
-TEST_F(StoreTablesOf, CountingMovesTheBase) {
-  apartment.store.calendar.dayOpen.fill(true);
-  apartment.store.dueDateBase = kTuesday;
-  EXPECT_EQ(addStoreDays(apartment, 2).text(), "11/26/2026 5:00:00 PM");
-  EXPECT_EQ(addStoreDays(apartment, 2).text(), "11/28/2026 5:00:00 PM") << "from where the last call ended";
-}
-
 }  // namespace
 }  // namespace ondrel

@@ -34,7 +34,7 @@ TEST_F(DueDates, GarmentsPromiseByItemDepartmentAndHour) {
 }
 
 TEST_F(DueDates, ANewTicketsFirstPromiseCountsFromTheLastResult) {
-  apartment->store.dueDateBase = Date::of(2026, 12, 1);
+  apartment->store.lastCounted = Date::of(2026, 12, 1);
   Invoice second;
   startTicket(second);
   EXPECT_EQ(second.InvDueDate.text(), "12/4/2026");

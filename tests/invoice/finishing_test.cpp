@@ -111,7 +111,7 @@ TEST_F(FinishingTest, TheDateAtTheEndOfAnEntry) {
     invoice().InvDueDate = kept;
     invoice().addOrEdit = what == "edit" ? "edit" : "add";
     invoice().counterSaleOnly = what == "sale";
-    apartment->store.dueDateBase = Date::of(2026, 11, 30);
+    apartment->store.lastCounted = Date::of(2026, 11, 30);
     finishWith();
     EXPECT_EQ(invoice().InvDueDate.midnight().text(), due) << what;
   }

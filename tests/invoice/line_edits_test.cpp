@@ -79,7 +79,7 @@ TEST_F(LineEdits, TheDateFallsBackUnlessItWasSetByHand) {
   EXPECT_EQ(invoice.InvDueDate.text(), "12/2/2026 10:30:00 AM");
   invoice.deleteItem(1);
   EXPECT_EQ(invoice.InvDueDate.text(), "11/28/2026 10:30:00 AM") << "the shirt's";
-  apartment->store.dueDateBase = invoice.createdDate;
+  apartment->store.lastCounted = invoice.createdDate;
   invoice.deleteItem(2);
   EXPECT_EQ(invoice.InvDueDate.text(), "11/30/2026 10:30:00 AM") << "the store's three days";
   garment(201);

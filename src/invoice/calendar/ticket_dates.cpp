@@ -6,7 +6,6 @@
 
 #include "base/text.h"
 #include "data/query_database.h"
-#include "data/store_loading.h"
 
 namespace ondrel {
 namespace {
@@ -51,19 +50,6 @@ void setDates(Recordset& line, const DateColumns& columns, Date due, std::int32_
 
 }  // namespace
 
-// ---------------------------------------------------------------- counting
-
-Date dueDateForDays(Apartment& apartment, Date written, std::int32_t days) {
-  apartment.store.dueDateBase = written;
-  return addStoreDays(apartment, days);
-}
-
-std::int32_t daysUntilDate(Apartment& apartment, Date written, Date target) {
-  const std::int32_t days = daysUntilDate(apartment.store.calendar, written, target);
-  dueDateForDays(apartment, written, days);
-  return days;
-}
-
 // ---------------------------------------------------------------- the lines
 
 Date latestDueDate(Recordset& lines, Column dueDate, Date earliest) {
@@ -97,9 +83,9 @@ std::optional<Date> nextDeliveryDay(Apartment& apartment, std::int32_t store, co
   return std::nullopt;
 }
 
-void moveToDeliveryDay(Apartment& apartment, Recordset& lines, const DateColumns& columns, Date written,
+void moveToDeliveryDay(const TicketCalendar& calendar, Recordset& lines, const DateColumns& columns,
                        Date delivery) {
-  const std::int32_t days = daysUntilDate(apartment, written, delivery);
+  const std::int32_t days = calendar.daysUntil(delivery);
   lines.clearFilter();
   for (; !lines.eof(); lines.moveNext())
     if (!lines.isNull(columns.daysToProcess) && lines.integer(columns.daysToProcess) < kLongDays)

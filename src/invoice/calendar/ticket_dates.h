@@ -7,6 +7,7 @@
 
 #include "data/apartment.h"
 #include "data/recordset/recordset.h"
+#include "invoice/calendar/ticket_calendar.h"
 
 namespace ondrel {
 
@@ -14,13 +15,6 @@ namespace ondrel {
 struct DateColumns {
   Column daysToProcess, dueDate;
 };
-
-// ---- counting; `written` is the moment of the ticket
-
-// The date `days` processing days after `written`. What counts next without setting the base goes on from it.
-Date dueDateForDays(Apartment& apartment, Date written, std::int32_t days);
-// The least days that lead to `target`. Counting goes on from the date reached.
-std::int32_t daysUntilDate(Apartment& apartment, Date written, Date target);
 
 // ---- the lines
 
@@ -38,7 +32,7 @@ bool setLineDates(Recordset& lines, std::string_view filter, const DateColumns& 
 std::optional<Date> nextDeliveryDay(Apartment& apartment, std::int32_t store, const Variant& customer,
                                     Date written);
 // The route's date on all lines that take less than five days.
-void moveToDeliveryDay(Apartment& apartment, Recordset& lines, const DateColumns& columns, Date written,
+void moveToDeliveryDay(const TicketCalendar& calendar, Recordset& lines, const DateColumns& columns,
                        Date delivery);
 // The ready time of a ticket due on the day, "" when none is promised.
 std::string readyTimeOn(const Apartment& apartment, Date due);

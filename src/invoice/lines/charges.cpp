@@ -5,7 +5,7 @@
 #include "data/query_database.h"
 #include "data/store_loading.h"
 #include "data/values.h"
-#include "invoice/calendar/ticket_dates.h"
+#include "invoice/calendar/due_dates.h"
 #include "invoice/lines/quick_bags.h"
 
 namespace ondrel {
@@ -55,20 +55,19 @@ void addCharge(Invoice& invoice, const ChargeForm& form, const Charge& charge) {
 
   const double total = chargeTotal(form.uncountedIsOne, count, amount);
   const double price = form.keepsUnitPrice ? amount : 0;
-  invoice.lines().begin(kind::charge,
-                        {{col::deptId, deptId},
-                         {col::deptName, name},
-                         {col::itemName, charge.description},
-                         {col::originalUnitPrice, price},
-                         {col::unitPrice, price},
-                         {col::quantity, count},
-                         {col::lineItemTotal, total},
-                         {col::taxableAmt, total},
-                         {col::daysToProcess, days},
-                         {col::balance, total},
-                         {col::chargeTaxCode, charge.taxCode},
-                         {col::dueDate, dueDateForDays(apartment, invoice.createdDate, days.toLong())},
-                         {col::pkgQuantity, charge.unitQuantity}});
+  invoice.lines().begin(kind::charge, {{col::deptId, deptId},
+                                       {col::deptName, name},
+                                       {col::itemName, charge.description},
+                                       {col::originalUnitPrice, price},
+                                       {col::unitPrice, price},
+                                       {col::quantity, count},
+                                       {col::lineItemTotal, total},
+                                       {col::taxableAmt, total},
+                                       {col::daysToProcess, days},
+                                       {col::balance, total},
+                                       {col::chargeTaxCode, charge.taxCode},
+                                       {col::dueDate, calendarOf(invoice).dateAfter(days.toLong())},
+                                       {col::pkgQuantity, charge.unitQuantity}});
   if (form.logged) invoice.lines().log("A", count, name, charge.description, total);
   if (form.takesFromBag && invoice.isQuickInvoice())
     takeFromBag(invoice.lines(), deptId, count, charge.unitQuantity);

@@ -1,7 +1,7 @@
 #include <fmt/format.h>
 
 #include "base/text.h"
-#include "data/store_loading.h"
+#include "invoice/calendar/due_dates.h"
 #include "invoice/invoice.h"
 #include "invoice/line_kinds.h"
 #include "invoice/lines/child_kinds.h"
@@ -75,9 +75,9 @@ void Invoice::deletePlainLine() {
 void Invoice::recomputeInvDueDate() {
   lineItems->setFilter("itemType = 'IT' or itemType = 'UP'");
   if (lineItems->eof()) {
-    InvDueDate = addStoreDays(*apartment_, apartment_->store.defaultProcessingDays);
+    InvDueDate = calendarOf(*this).usualDate();
   } else {
-    raiseInvDueDate();
+    InvDueDate = latestDueDate(*lineItems, dueDate, createdDate);
   }
   lineItems->clearFilter();
 }

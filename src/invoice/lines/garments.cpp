@@ -4,6 +4,7 @@
 #include "data/query_database.h"
 #include "data/store_loading.h"
 #include "data/values.h"
+#include "invoice/calendar/department_dates.h"
 #include "invoice/invoice.h"
 #include "invoice/line_kinds.h"
 #include "invoice/lines/quick_bags.h"
@@ -146,8 +147,7 @@ void Invoice::addPriceRowLine(Recordset& row, const Variant& quantityText, const
   const bool asksPrepay = !percent.isNull() && percent.toDouble() != 0;
   const double leastPrepay = asksPrepay ? roundMoney("lineitem", percent.toDouble() / 100 * price) : 0;
 
-  Variant days, due;
-  promiseFor(department, name, row.value("daysToProcess"), days, due);
+  const Promise promise = promiseTo(*this, department, name, row.value("daysToProcess"));
 
   // clang-format off
   lineItems->addNew({
@@ -166,7 +166,7 @@ void Invoice::addPriceRowLine(Recordset& row, const Variant& quantityText, const
       {totalSurcharge,     0},
       {prepay,             row.value("prepayDiscount")},
       {taxableAmt,         total},
-      {daysToProcess,      days},
+      {daysToProcess,      promise.days},
       {notes,              note.isEmpty() ? Variant::null() : note},
       {balance,            total},
       {upchargeTotal,      0},
@@ -179,7 +179,7 @@ void Invoice::addPriceRowLine(Recordset& row, const Variant& quantityText, const
       {VIPQualified,       row.value("VIPQualified")},
       {pkgQuantity,        row.value("quantity")},
       {peNotes,            row.value("notes")},
-      {dueDate,            due},
+      {dueDate,            promise.due},
       {outsideService,     row.value("outsideService")},
       {priceLater,         row.value("priceLater")},
       {originalLineNumber, currentLineNumber},
@@ -192,28 +192,6 @@ void Invoice::addPriceRowLine(Recordset& row, const Variant& quantityText, const
   if (!isQuickInvoice()) lines_.log("A", pieces, name, row.value("itemName"), total);
   ++currentLineNumber;
   calculateInvDueDate();
-}
-
-// | the department                        | days                              | date                    |
-// |---------------------------------------|-----------------------------------|-------------------------|
-// | was on the loaded ticket              | those of its lines                | that of its lines       |
-// | had a date chosen before its first line | the remembered days, used up    | counted from the days   |
-// | otherwise                             | late drop-off days and the item's | counted from the days   |
-void Invoice::promiseFor(const Variant& department, const Variant& name, const Variant& itemDays,
-                         Variant& days, Variant& due) {
-  Variant id = department;
-  if (isDepartmentExisting(id).toBoolean()) {
-    days = getDeptDaysToProcess(name);
-    due = getDeptDueDate(name);
-    return;
-  }
-  if (hasRememberedDeptDays(department)) {
-    days = rememberedDeptDays(department);
-    forgetDeptDays(department);
-  } else {
-    days = getAdditionalDeptDays(id) + itemDays;
-  }
-  due = dueDateForDays(days);
 }
 
 }  // namespace ondrel

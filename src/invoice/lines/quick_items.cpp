@@ -1,8 +1,10 @@
 #include <fmt/format.h>
 
+#include "invoice/calendar/due_dates.h"
 #include "invoice/invoice.h"
 #include "invoice/line_access.h"
 #include "invoice/line_kinds.h"
+#include "invoice/splitting/department_groups.h"
 
 // The pieces of a quick drop-off as text, which a page carries between requests and between the quick entry
 // and the full one: a record a line, "department,pieces,date", without a line break at the end.
@@ -61,7 +63,7 @@ Variant Invoice::importQuickItems(Variant& desc) {
 void Invoice::addQuickLine(Recordset& table, std::string_view type, const Variant& department, double amount,
                            const Variant& pieces, const Variant& due) {
   table.clearFilter();
-  Recordset& departments = storeDepartments();
+  Recordset& departments = loadedDepartments(*apartment_, className());
   departments.setFilter("departmentID=" + department.toText());
   const Variant name = departments.value("name");
   departments.clearFilter();
@@ -80,7 +82,7 @@ void Invoice::addQuickLine(Recordset& table, std::string_view type, const Varian
                 {totalSurcharge, 0},
                 {prepay, 0},
                 {taxableAmt, amount},
-                {daysToProcess, daysUntilDate(due.toDate())},
+                {daysToProcess, calendarOf(*this).daysUntil(due.toDate())},
                 {dueDate, due},
                 {notes, Variant::null()},
                 {balance, 0},

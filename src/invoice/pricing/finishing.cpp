@@ -24,9 +24,8 @@
 #include <fmt/format.h>
 
 #include "data/query_database.h"
-#include "data/store_loading.h"
 #include "data/values.h"
-#include "invoice/calendar/ticket_dates.h"
+#include "invoice/calendar/due_dates.h"
 #include "invoice/invoice.h"
 #include "invoice/pricing/offers.h"
 #include "invoice/pricing/passes.h"
@@ -66,7 +65,7 @@ void setFinishedDueDate(Invoice& invoice) {
   if (dated)
     invoice.InvDueDate = latestDueDate(*dated, col::dueDate, invoice.createdDate);
   else
-    invoice.InvDueDate = addStoreDays(*invoice.apartment(), invoice.apartment()->store.defaultProcessingDays);
+    invoice.InvDueDate = calendarOf(invoice).usualDate();
 }
 
 }  // namespace
